@@ -1,0 +1,41 @@
+# The two shapes of target in this tree: a folder of sources, and a library made of folders.
+
+# Compiles one folder of src/ as an object library of the folder's name.
+function(add_source_folder name)
+  add_library(folder_${name} OBJECT ${ARGN})
+  target_include_directories(folder_${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+endfunction()
+
+# Links folders into a shared library <name>, whose symbols the version script cmake/<name>.map
+# lists, and into a static library <name>_static, which hides nothing, for the program, the tests,
+# the fuzzers and the benchmarks.
+function(add_folder_library name)
+  cmake_parse_arguments(ARG "" "" "FOLDERS;LINK;LINK_PRIVATE" ${ARGN})
+  foreach(kind SHARED STATIC)
+    set(target ${name})
+    if(kind STREQUAL "STATIC")
+      set(target ${name}_static)
+    endif()
+    add_library(${target} ${kind})
+    foreach(folder ${ARG_FOLDERS})
+      target_sources(${target} PRIVATE $<TARGET_OBJECTS:folder_${folder}>)
+    endforeach()
+    target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+    target_link_libraries(${target} PRIVATE ${ARG_LINK_PRIVATE} Threads::Threads)
+    foreach(library ${ARG_LINK})
+      if(kind STREQUAL "STATIC")
+        target_link_libraries(${target} PUBLIC ${library}_static)
+      else()
+        target_link_libraries(${target} PUBLIC ${library})
+      endif()
+    endforeach()
+  endforeach()
+
+  set(map "${PROJECT_SOURCE_DIR}/cmake/lib${name}.map")
+  set_target_properties(${name} PROPERTIES
+    VERSION ${PROJECT_VERSION} SOVERSION ${PROJECT_VERSION_MAJOR} LINK_DEPENDS "${map}")
+  target_link_options(${name} PRIVATE "LINKER:--version-script=${map}")
+  if(NOT EXPRPARSER_INSTRUMENT)
+    target_link_options(${name} PRIVATE "LINKER:--no-undefined")
+  endif()
+endfunction()

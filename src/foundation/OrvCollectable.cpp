@@ -1,0 +1,3 @@
+#include "foundation/OrvCollectable.h"
+
+OrvCollectable::~OrvCollectable() = default;

@@ -1,0 +1,164 @@
+// Shared ownership by a plain count.
+#pragma once
+
+#include <cstdint>
+#include <type_traits>
+#include <utility>
+
+#include "foundation/OrvCyclicPtrBody.h"
+
+template <class To, class From>
+class OrvConverter;
+
+/// The count of a shared object together with what is needed to end it.
+///
+/// Made by the first OrvCountedPtr to an object and shared by its copies. A count of all ones
+/// belongs to an object that the whole process shares (OrvPinnedRegistry): it is never written,
+/// so any number of threads may copy such pointers.
+struct __attribute__((visibility("default"))) OrvCountedBlock {
+    static constexpr std::uint32_t pinned = 0xFFFFFFFFU;
+
+    std::uint32_t count;
+    void (*dispose)(void* object) noexcept;
+    void* object;
+    OrvCountedBlock* next = nullptr;  // objects that wait for their end; pinned objects
+
+    void hold() noexcept {
+        if (count != pinned) {
+            ++count;
+        }
+    }
+    void release() noexcept {
+        if (count != pinned && --count == 0) {
+            end();
+        }
+    }
+
+private:
+    /// Ends the object and frees the block. Objects whose last pointer goes while another object
+    /// is ended wait in a list through the blocks, so that a chain of any length neither recurses
+    /// nor allocates.
+    void end() noexcept;
+};
+
+/// A shared pointer: the object goes with the last copy.
+///
+/// A body of a graph (OrvCyclicPtrBody) is not deleted by itself: the last copy takes back one
+/// hold on its group. A pointer may be copied and destroyed where T is incomplete. Counts are not
+/// atomic: an object and its pointers belong to one thread, unless they are pinned.
+/// Dereferencing an empty pointer throws OrvException "Bad dereference".
+template <class T>
+class OrvCountedPtr {
+public:
+    OrvCountedPtr() noexcept = default;
+    // NOLINTNEXTLINE(google-explicit-constructor): an empty pointer is written nullptr
+    OrvCountedPtr(std::nullptr_t) noexcept {}
+
+    /// Takes over `object`, made with new; where the count cannot be allocated, deletes it and
+    /// throws std::bad_alloc.
+    template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
+    explicit OrvCountedPtr(U* object) : block_(makeBlock(object)), object_(object) {}
+
+    OrvCountedPtr(const OrvCountedPtr& other) noexcept
+        : OrvCountedPtr(other.block_, other.object_) {}
+    OrvCountedPtr(OrvCountedPtr&& other) noexcept
+        : block_(std::exchange(other.block_, nullptr)),
+          object_(std::exchange(other.object_, nullptr)) {}
+    template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
+    // NOLINTNEXTLINE(google-explicit-constructor): as with plain pointers, upward
+    OrvCountedPtr(const OrvCountedPtr<U>& other) noexcept
+        : OrvCountedPtr(other.block_, other.object_) {}
+    template <class U, class = std::enable_if_t<std::is_convertible_v<U*, T*>>>
+    // NOLINTNEXTLINE(google-explicit-constructor): as with plain pointers, upward
+    OrvCountedPtr(OrvCountedPtr<U>&& other) noexcept
+        : block_(std::exchange(other.block_, nullptr)),
+          object_(std::exchange(other.object_, nullptr)) {}
+
+    ~OrvCountedPtr() {
+        if (block_ != nullptr) {
+            block_->release();
+        }
+    }
+
+    OrvCountedPtr& operator=(OrvCountedPtr other) noexcept {
+        std::swap(block_, other.block_);
+        std::swap(object_, other.object_);
+        return *this;
+    }
+
+    T* get() const noexcept { return object_; }
+    explicit operator bool() const noexcept { return object_ != nullptr; }
+    T* operator->() const { return checked(); }
+    T& operator*() const { return *checked(); }
+
+    friend bool operator==(const OrvCountedPtr& left, const OrvCountedPtr& right) noexcept {
+        return left.object_ == right.object_;
+    }
+
+private:
+    template <class U>
+    friend class OrvCountedPtr;
+    template <class To, class From>
+    friend class OrvConverter;
+    friend class OrvPinnedRegistry;
+
+    OrvCountedPtr(OrvCountedBlock* block, T* object) noexcept : block_(block), object_(object) {
+        if (block_ != nullptr) {
+            block_->hold();
+        }
+    }
+
+    template <class U>
+    static OrvCountedBlock* makeBlock(U* object);
+
+    T* checked() const;
+
+    OrvCountedBlock* block_ = nullptr;
+    T* object_ = nullptr;
+};
+
+/// Throws the exception of a bad dereference with this text; never returns.
+[[noreturn]] __attribute__((visibility("default"))) void throwBadDereference(const char* text);
+
+template <class T>
+T* OrvCountedPtr<T>::checked() const {
+    if (object_ == nullptr) {
+        throwBadDereference("Bad dereference");
+    }
+    return object_;
+}
+
+/// Ends an object that lost its owner: deletes it, or takes back a hold on its group.
+template <class T>
+void disposeOwned(void* object) noexcept {
+    if constexpr (std::is_base_of_v<OrvCyclicPtrBody, T>) {
+        static_cast<T*>(object)->release();
+    } else {
+        delete static_cast<T*>(object);
+    }
+}
+
+/// Begins the ownership of an object: a body is held, anything else needs nothing.
+template <class T>
+void beginOwned(T* object) noexcept {
+    if constexpr (std::is_base_of_v<OrvCyclicPtrBody, T>) {
+        object->hold();
+    }
+}
+
+template <class T>
+template <class U>
+OrvCountedBlock* OrvCountedPtr<T>::makeBlock(U* object) {
+    using Object = std::remove_const_t<U>;
+    if (object == nullptr) {
+        return nullptr;
+    }
+    Object* const owned = const_cast<Object*>(object);
+    beginOwned(owned);
+    try {
+        return new OrvCountedBlock{1, &disposeOwned<Object>, owned};
+    } catch (...) {
+        disposeOwned<Object>(owned);
+        throw;
+    }
+}

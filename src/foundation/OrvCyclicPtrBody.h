@@ -1,0 +1,55 @@
+// The base of objects that form graphs with cycles, and the groups in which such objects live.
+#pragma once
+
+#include <cstdint>
+
+/// A member of a graph that lives and dies as a whole: every target expression is one.
+///
+/// Bodies that refer to each other belong to one group. Every OrvCyclicPtr, OrvCountedPtr or
+/// OrvSimplePtr held outside the graph is a hold on its body's whole group; a pointer that is a
+/// member of a body (OrvCyclicMember) joins the two groups and holds nothing. When the last hold
+/// goes, every body of the group is deleted, in one loop without recursion or allocation. So
+/// cycles are freed like trees, at any depth. While a group is swept, a destructor must not look
+/// at other bodies of its group.
+///
+/// Groups are a union-find forest over private fields, and a ring of the bodies of each group:
+/// making, copying and dropping pointers never allocates and never throws. Groups never split.
+/// Nothing here is atomic: a group belongs to one thread at a time.
+class __attribute__((visibility("default"))) OrvCyclicPtrBody {
+public:
+    /// Whether an owner (the let of a binding) has claimed this body.
+    bool isOwned() const { return owned_; }
+    /// Marks the body as claimed; a constant operation, since it does not change its meaning.
+    void becomeOwned() const { owned_ = true; }
+
+    /// Adds a hold on the group.
+    void hold() const noexcept;
+    /// Takes a hold back; the last one deletes the group.
+    void release() const noexcept;
+    /// Takes a hold back without looking whether it was the last one: for handing a body over to
+    /// a holder that is still under construction and is held only afterwards.
+    void surrender() const noexcept;
+    /// Joins the group of `target` with this body's.
+    void join(const OrvCyclicPtrBody& target) const noexcept;
+    /// True when both bodies live in one group.
+    bool isJoinedWith(const OrvCyclicPtrBody& other) const noexcept;
+
+protected:
+    OrvCyclicPtrBody() noexcept;
+    /// A copy is a new body, alone in its group, unclaimed.
+    OrvCyclicPtrBody(const OrvCyclicPtrBody& other) noexcept;
+    /// Changes nothing: groups and claims are an object's own.
+    OrvCyclicPtrBody& operator=(const OrvCyclicPtrBody& other) noexcept;
+    virtual ~OrvCyclicPtrBody();
+
+private:
+    OrvCyclicPtrBody* root() const noexcept;
+    void sweep() const noexcept;
+    void leaveGroup() noexcept;
+
+    mutable OrvCyclicPtrBody* parent_;  // itself in a root
+    mutable OrvCyclicPtrBody* next_;    // the ring of the group
+    mutable std::uint32_t holds_ = 0;   // of the whole group; valid in a root
+    mutable std::uint32_t size_ = 1;    // of the whole group; valid in a root
+    mutable bool owned_ = false;
+};

@@ -1,0 +1,3 @@
+#include "foundation/OrvObject.h"
+
+OrvObject::~OrvObject() = default;

@@ -1,0 +1,3 @@
+#include "rw/RWCollectable.h"
+
+RWCollectable::~RWCollectable() = default;
