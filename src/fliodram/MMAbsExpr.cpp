@@ -1,0 +1,81 @@
+#include "fliodram/MMAbsExpr.h"
+
+#include <new>
+
+#include "fliodram/MMEvaluationError.h"
+#include "fliodram/MMObjectSet.h"
+#include "fliodram/MMTargetPrinter.h"
+
+namespace {
+
+// Runs an evaluation from outside: what leaves it is an evaluation error or std::bad_alloc.
+template <class Evaluation>
+auto evaluateGuarded(MMEvaluationContext& context, const Evaluation& evaluation) {
+    context.begin();
+    try {
+        return evaluation();
+    } catch (const MMEvaluationError&) {
+        throw;
+    } catch (const std::bad_alloc&) {
+        throw;
+    } catch (const std::exception& exception) {
+        throwEvaluationFailure(exception.what());
+    } catch (...) {
+        throwEvaluationFailure("The model failed without saying why.");
+    }
+}
+
+}  // namespace
+
+MMValueAbsExpr::MMValueAbsExpr(const OrvCyclicPtr<MMObjectVarExpr>& variable,
+                               const OrvCyclicPtr<MMValueExpr>& body)
+    : variable_(*this, variable), body_(*this, body) {}
+
+MMValueAbsExpr::~MMValueAbsExpr() = default;
+
+MMValue MMValueAbsExpr::evaluateFor(MMEvaluationContext& context, MMObject object) const {
+    const MMVariableBinding binding(*variable_, object);
+    return body_->evaluate(context);
+}
+
+bool MMValueAbsExpr::evaluateBooleanFor(MMEvaluationContext& context, MMObject object) const {
+    const MMVariableBinding binding(*variable_, object);
+    return body_->evaluateBoolean(context);
+}
+
+void MMValueAbsExpr::print(MMTargetPrinter& printer) const {
+    printer.begin("MMValueAbsExpr").operand(variable_.get()).operand(body_.get()).end();
+}
+
+MMValue MMValueAbsExpr::apply(MMEvaluationContext& context, MMObject object) const {
+    return evaluateGuarded(context, [&] {
+        MMValue value = evaluateFor(context, object);
+        value.own();
+        return value;
+    });
+}
+
+MMObjectCollectionAbsExpr::MMObjectCollectionAbsExpr(
+    const OrvCyclicPtr<MMObjectVarExpr>& variable, const OrvCyclicPtr<MMObjectCollectionExpr>& body)
+    : variable_(*this, variable), body_(*this, body) {}
+
+MMObjectCollectionAbsExpr::~MMObjectCollectionAbsExpr() = default;
+
+bool MMObjectCollectionAbsExpr::forEachOf(MMEvaluationContext& context, MMObject object,
+                                          MMObjectConsumer& consumer) const {
+    const MMVariableBinding binding(*variable_, object);
+    return body_->forEach(context, consumer);
+}
+
+void MMObjectCollectionAbsExpr::print(MMTargetPrinter& printer) const {
+    printer.begin("MMObjectCollectionAbsExpr").operand(variable_.get()).operand(body_.get()).end();
+}
+
+std::vector<MMObject> MMObjectCollectionAbsExpr::apply(MMEvaluationContext& context,
+                                                       MMObject object) const {
+    return evaluateGuarded(context, [&] {
+        MMObjectCollector collector(context);
+        forEachOf(context, object, collector);
+        return collector.release();
+    });
+}

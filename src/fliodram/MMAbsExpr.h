@@ -1,0 +1,52 @@
+// Abstractions: expressions as functions of one object, which is what a compilation returns.
+#pragma once
+
+#include <vector>
+
+#include "fliodram/MMExpr.h"
+#include "fliodram/MMObjectVarExpr.h"
+
+/// A function of one object that yields a value: binds the variable and evaluates the body.
+class __attribute__((visibility("default"))) MMValueAbsExpr : public MMExpr {
+public:
+    MMValueAbsExpr(const OrvCyclicPtr<MMObjectVarExpr>& variable,
+                   const OrvCyclicPtr<MMValueExpr>& body);
+    ~MMValueAbsExpr() override;
+
+    /// Applies the function to an object of the context's model, from outside any evaluation: the
+    /// context's limits count from here. The value's text is its own. Throws MMEvaluationError,
+    /// and std::bad_alloc where memory is short; nothing else leaves, and whatever leaves, the
+    /// expression can be applied again.
+    MMValue apply(MMEvaluationContext& context, MMObject object) const;
+
+    /// Apply the function inside an evaluation; as a condition, where a boolean is wanted.
+    MMValue evaluateFor(MMEvaluationContext& context, MMObject object) const;
+    bool evaluateBooleanFor(MMEvaluationContext& context, MMObject object) const;
+
+    void print(MMTargetPrinter& printer) const override;
+
+private:
+    OrvCyclicMember<MMObjectVarExpr> variable_;
+    OrvCyclicMember<MMValueExpr> body_;
+};
+
+/// A function of one object that yields a collection of objects.
+class __attribute__((visibility("default"))) MMObjectCollectionAbsExpr : public MMExpr {
+public:
+    MMObjectCollectionAbsExpr(const OrvCyclicPtr<MMObjectVarExpr>& variable,
+                              const OrvCyclicPtr<MMObjectCollectionExpr>& body);
+    ~MMObjectCollectionAbsExpr() override;
+
+    /// Applies the function from outside any evaluation, as MMValueAbsExpr::apply() does; returns
+    /// the objects in order.
+    std::vector<MMObject> apply(MMEvaluationContext& context, MMObject object) const;
+
+    /// Applies the function inside an evaluation, as MMObjectCollectionExpr::forEach() does.
+    bool forEachOf(MMEvaluationContext& context, MMObject object, MMObjectConsumer& consumer) const;
+
+    void print(MMTargetPrinter& printer) const override;
+
+private:
+    OrvCyclicMember<MMObjectVarExpr> variable_;
+    OrvCyclicMember<MMObjectCollectionExpr> body_;
+};

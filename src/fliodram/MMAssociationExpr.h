@@ -1,0 +1,78 @@
+// Paths of associations: the steps of a path, and the objects that they reach.
+#pragma once
+
+#include <vector>
+
+#include "fliodram/MMAbsExpr.h"
+#include "fliodram/MMExpr.h"
+#include "fliodram/MMKeyCache.h"
+#include "foundation/OrvString.h"
+
+/// One step along a named association, a node of a graph of steps.
+///
+/// From an object it reaches the objects of the association, in order, for which its condition
+/// holds. The child is the step taken from each object reached; the sibling is a further step
+/// taken from the same objects as this one. A step may be reached again from its own child or
+/// sibling.
+class __attribute__((visibility("default"))) MMAssociationTraversal final : public MMTarget {
+public:
+    /// With `addToResult`, the objects reached belong to the result although a child follows.
+    MMAssociationTraversal(const OrvString& associationName, bool addToResult);
+
+    void setChild(const OrvCyclicPtr<MMAssociationTraversal>& child);
+    void setSibling(const OrvCyclicPtr<MMAssociationTraversal>& sibling);
+    void setCondition(const OrvCountedPtr<MMValueAbsExpr>& condition);
+    /// Whether each object reached is followed to its end before the next one.
+    void setDepthFirstEvaluation(bool depthFirst);
+
+    const MMAssociationTraversal* child() const { return child_.get(); }
+    /// This step and its siblings, each once, although siblings may lead round in a circle. All
+    /// links must be set before it is first asked for.
+    const std::vector<const MMAssociationTraversal*>& alternatives() const;
+    bool isDepthFirst() const { return depthFirst_; }
+    /// Whether the objects reached belong to the result.
+    bool isResult() const { return addToResult_ || !child_; }
+    /// Whether the step is a whole path, and reaches all its targets.
+    bool isSingle() const { return !child_ && !sibling_; }
+    bool hasCondition() const { return static_cast<bool>(condition_); }
+
+    /// The objects of the association, whatever the condition.
+    MMObjectRange targets(MMEvaluationContext& context, MMObject object,
+                          std::vector<MMObject>& buffer) const;
+    /// Whether the condition holds for an object; true without a condition.
+    bool admits(MMEvaluationContext& context, MMObject object) const {
+        return !condition_ || condition_->evaluateBooleanFor(context, object);
+    }
+
+    void print(MMTargetPrinter& printer) const override;
+    void printCall(MMTargetPrinter& printer) const;
+
+private:
+    OrvString name_;
+    bool addToResult_;
+    bool depthFirst_ = false;
+    OrvCyclicMember<MMValueAbsExpr> condition_;
+    OrvCyclicMember<MMAssociationTraversal> child_;
+    OrvCyclicMember<MMAssociationTraversal> sibling_;
+    mutable MMKeyCache key_;
+    mutable std::vector<const MMAssociationTraversal*> alternatives_;
+};
+
+/// The objects that a graph of steps reaches from an object.
+///
+/// The result holds the objects reached by steps without a child and by steps marked so, each once,
+/// at its first reach. Breadth first: what a step reached is followed after all that was reached
+/// before it; below a step that is marked depth first, at once, whatever is marked there. A step
+/// follows an object once in one evaluation, the first time its turn comes, so cycles end.
+class __attribute__((visibility("default"))) MMAssociationExpr : public MMObjectCollectionExpr {
+public:
+    MMAssociationExpr(const OrvCyclicPtr<MMAssociationTraversal>& traversal,
+                      const OrvCyclicPtr<MMObjectExpr>& object);
+
+    bool forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const override;
+    void print(MMTargetPrinter& printer) const override;
+
+private:
+    OrvCyclicMember<MMAssociationTraversal> traversal_;
+    OrvCyclicMember<MMObjectExpr> object_;
+};

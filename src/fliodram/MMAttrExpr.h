@@ -1,0 +1,46 @@
+// What is read of an object: attributes, the name of its class, its identifier.
+#pragma once
+
+#include "fliodram/MMExpr.h"
+#include "fliodram/MMKeyCache.h"
+
+/// The value of the named attribute of an object, as a text; the empty text where there is no
+/// such attribute or no object.
+class __attribute__((visibility("default"))) MMAttrExpr : public MMValueExpr {
+public:
+    MMAttrExpr(const OrvCyclicPtr<MMValueExpr>& name, const OrvCyclicPtr<MMObjectExpr>& object);
+
+    MMValue evaluate(MMEvaluationContext& context) const override;
+    void print(MMTargetPrinter& printer) const override;
+
+private:
+    MMKey findKey(MMEvaluationContext& context) const;
+
+    OrvCyclicMember<MMValueExpr> name_;
+    OrvCyclicMember<MMObjectExpr> object_;
+    mutable MMKeyCache key_;
+};
+
+/// The name of an object's class; the empty text for no object.
+class __attribute__((visibility("default"))) MMClassNameExpr : public MMValueExpr {
+public:
+    explicit MMClassNameExpr(const OrvCyclicPtr<MMObjectExpr>& object);
+
+    MMValue evaluate(MMEvaluationContext& context) const override;
+    void print(MMTargetPrinter& printer) const override;
+
+private:
+    OrvCyclicMember<MMObjectExpr> object_;
+};
+
+/// The text that identifies an object; the empty text for no object.
+class __attribute__((visibility("default"))) MMUidExpr : public MMValueExpr {
+public:
+    explicit MMUidExpr(const OrvCyclicPtr<MMObjectExpr>& object);
+
+    MMValue evaluate(MMEvaluationContext& context) const override;
+    void print(MMTargetPrinter& printer) const override;
+
+private:
+    OrvCyclicMember<MMObjectExpr> object_;
+};

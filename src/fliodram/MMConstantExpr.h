@@ -1,0 +1,21 @@
+// Constants.
+#pragma once
+
+#include "fliodram/MMExpr.h"
+
+/// A value that is the same for every object.
+class __attribute__((visibility("default"))) MMConstantExpr : public MMValueExpr {
+public:
+    explicit MMConstantExpr(const MMValue& value);
+    /// A text.
+    explicit MMConstantExpr(const char* text);
+
+    const MMValue& getValue() const { return value_; }
+
+    /// Borrows the text of a text constant from the expression.
+    MMValue evaluate(MMEvaluationContext& context) const override;
+    void print(MMTargetPrinter& printer) const override;
+
+private:
+    MMValue value_;
+};

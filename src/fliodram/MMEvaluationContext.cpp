@@ -1,0 +1,58 @@
+#include "fliodram/MMEvaluationContext.h"
+
+#include <algorithm>
+#include <string>
+
+#include "fliodram/MMEvaluationError.h"
+
+namespace {
+
+// How many steps pass between two looks at the clock: well below a millisecond.
+constexpr std::uint64_t stepsPerLook = 4096;
+
+}  // namespace
+
+MMEvaluationContext::MMEvaluationContext(const MMModel& model, const MMEvaluationLimits& limits)
+    : model_(model), limits_(limits) {}
+
+void MMEvaluationContext::begin() {
+    stackLimit_ = OrvStack::limit();
+    budget_ = 0;
+    remaining_ = limits_.steps;
+    if (limits_.time.count() > 0) {
+        deadline_ = std::chrono::steady_clock::now() + limits_.time;
+    }
+}
+
+void MMEvaluationContext::refill(std::uint64_t count) {
+    if (count > budget_ + remaining_) {
+        throwLogged(MMEvaluationError(
+            MMEvaluationError::Kind::stepLimit,
+            "The evaluation needs more than " + std::to_string(limits_.steps) + " steps."));
+    }
+    if (limits_.time.count() > 0 && std::chrono::steady_clock::now() > deadline_) {
+        throwLogged(MMEvaluationError(MMEvaluationError::Kind::timeLimit,
+                                      "The evaluation takes longer than its time limit."));
+    }
+    const std::uint64_t granted =
+        std::min(remaining_, std::max(stepsPerLook, count - std::min(count, budget_)));
+    budget_ += granted;
+    remaining_ -= granted;
+}
+
+void MMEvaluationContext::throwTooDeep() {
+    throwLogged(MMEvaluationError(MMEvaluationError::Kind::depthLimit,
+                                  "The evaluation is nested too deeply."));
+}
+
+void MMEvaluationContext::throwCollectionTooLarge() const {
+    throwLogged(MMEvaluationError(
+        MMEvaluationError::Kind::collectionLimit,
+        "A collection has more than " + std::to_string(limits_.collectionSize) + " elements."));
+}
+
+void MMEvaluationContext::throwTextTooLong() const {
+    throwLogged(
+        MMEvaluationError(MMEvaluationError::Kind::textLimit,
+                          "A text is longer than " + std::to_string(limits_.textSize) + " bytes."));
+}

@@ -1,0 +1,112 @@
+// The abstract target expressions, one class a kind of result.
+#pragma once
+
+#include <string_view>
+
+#include "fliodram/MMEvaluationContext.h"
+#include "fliodram/MMValue.h"
+#include "foundation/OrvCyclicPtr.h"
+#include "foundation/OrvObject.h"
+
+class MMOperatorExpr;
+class MMTargetPrinter;
+
+/// The base of everything that a compilation builds: a body of its graph.
+///
+/// Targets are made with new, handed at once to an OrvCyclicPtr, and live and die as a whole
+/// graph. A graph belongs to one thread at a time: variables and caches are bound inside it while
+/// it is evaluated. An operand may be empty only where a constructor says so.
+class __attribute__((visibility("default"))) MMTarget : public OrvObject, public OrvCyclicPtrBody {
+public:
+    ~MMTarget() override;
+
+    /// Writes the constructor call that makes this target: see MMTargetPrinter.
+    virtual void print(MMTargetPrinter& printer) const = 0;
+
+protected:
+    MMTarget() = default;
+};
+
+/// The base of all expressions.
+class __attribute__((visibility("default"))) MMExpr : public MMTarget {
+public:
+    ~MMExpr() override;
+
+protected:
+    MMExpr() = default;
+};
+
+/// An expression that yields one value.
+class __attribute__((visibility("default"))) MMValueExpr : public MMExpr {
+public:
+    MMValueExpr();
+    ~MMValueExpr() override;
+
+    /// The value, for the variables as they are bound now. Throws MMEvaluationError.
+    virtual MMValue evaluate(MMEvaluationContext& context) const = 0;
+
+    /// The same for an expression that is used as a condition, as a boolean.
+    virtual bool evaluateBoolean(MMEvaluationContext& context) const;
+
+    /// This expression if it is an operator, whose left operand may lead further down; else null.
+    virtual const MMOperatorExpr* asOperator() const { return nullptr; }
+};
+
+/// An expression that yields one object, or none.
+class __attribute__((visibility("default"))) MMObjectExpr : public MMExpr {
+public:
+    MMObjectExpr();
+    ~MMObjectExpr() override;
+
+    /// The object, or mmNoObject. Throws MMEvaluationError.
+    virtual MMObject evaluate(MMEvaluationContext& context) const = 0;
+};
+
+/// Takes the objects of a collection as they are found, so that counting, quantifiers and the like
+/// need not have the whole collection. Made on the stack by the expression that needs it.
+class MMObjectConsumer {
+public:
+    MMObjectConsumer() = default;
+    MMObjectConsumer(const MMObjectConsumer&) = delete;
+    MMObjectConsumer& operator=(const MMObjectConsumer&) = delete;
+
+    /// Takes the next objects, in order; returns false when no more are wanted.
+    virtual bool take(MMObjectRange objects) = 0;
+
+protected:
+    ~MMObjectConsumer() = default;
+};
+
+/// An expression that yields an ordered collection of objects.
+class __attribute__((visibility("default"))) MMObjectCollectionExpr : public MMExpr {
+public:
+    MMObjectCollectionExpr();
+    ~MMObjectCollectionExpr() override;
+
+    /// Hands the objects to `consumer`, in order, each as soon as it is known, and no more of them
+    /// than it wants; returns false when the consumer stopped. Throws MMEvaluationError.
+    virtual bool forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const = 0;
+};
+
+/// Takes the texts of a collection as they are made; the view is valid during the call.
+class MMTextConsumer {
+public:
+    MMTextConsumer() = default;
+    MMTextConsumer(const MMTextConsumer&) = delete;
+    MMTextConsumer& operator=(const MMTextConsumer&) = delete;
+
+    virtual void take(std::string_view text) = 0;
+
+protected:
+    ~MMTextConsumer() = default;
+};
+
+/// An expression that yields an ordered collection of strings.
+class __attribute__((visibility("default"))) MMStringCollectionExpr : public MMExpr {
+public:
+    MMStringCollectionExpr();
+    ~MMStringCollectionExpr() override;
+
+    /// Hands the strings to `consumer`, in order. Throws MMEvaluationError.
+    virtual void forEach(MMEvaluationContext& context, MMTextConsumer& consumer) const = 0;
+};

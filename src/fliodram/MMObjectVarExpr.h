@@ -1,0 +1,75 @@
+// Single objects: variables, the model of an object, an object out of a collection.
+#pragma once
+
+#include <optional>
+
+#include "fliodram/MMExpr.h"
+
+/// A variable: reads as the object that an abstraction or a quantifier has bound to it.
+///
+/// What is bound is this very expression object; names play no part. Unbound it reads as no
+/// object.
+class __attribute__((visibility("default"))) MMObjectVarExpr : public MMObjectExpr {
+public:
+    MMObjectVarExpr();
+    ~MMObjectVarExpr() override;
+
+    MMObject evaluate(MMEvaluationContext& context) const override;
+    void print(MMTargetPrinter& printer) const override;
+
+private:
+    friend class MMVariableBinding;
+
+    mutable MMObject object_ = mmNoObject;
+};
+
+/// Binds a variable for as long as this object lives and restores what was bound before, also
+/// when an exception passes: a step's condition may be entered again while it is evaluated.
+class MMVariableBinding {
+public:
+    explicit MMVariableBinding(const MMObjectVarExpr& variable)
+        : variable_(variable), outer_(variable.object_) {}
+    MMVariableBinding(const MMObjectVarExpr& variable, MMObject object)
+        : MMVariableBinding(variable) {
+        set(object);
+    }
+    MMVariableBinding(const MMVariableBinding&) = delete;
+    MMVariableBinding& operator=(const MMVariableBinding&) = delete;
+    ~MMVariableBinding() { variable_.object_ = outer_; }
+
+    void set(MMObject object) { variable_.object_ = object; }
+
+private:
+    const MMObjectVarExpr& variable_;
+    MMObject outer_;
+};
+
+/// The outermost object that contains an object: the root of its model. Of no object, no object.
+class __attribute__((visibility("default"))) MMModelExpr : public MMObjectExpr {
+public:
+    explicit MMModelExpr(const OrvCyclicPtr<MMObjectExpr>& object);
+
+    MMObject evaluate(MMEvaluationContext& context) const override;
+    void print(MMTargetPrinter& printer) const override;
+
+private:
+    OrvCyclicMember<MMObjectExpr> object_;
+};
+
+/// One object out of a collection, or no object out of an empty one. The choice is first: the
+/// first object; or only, which is the choice where none was set: the one object that there is,
+/// and an error where there are more.
+class __attribute__((visibility("default"))) MMObjectExtractionExpr : public MMObjectExpr {
+public:
+    enum Choice { only = 0, first = 1 };
+
+    explicit MMObjectExtractionExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection);
+    void choice(Choice choice);
+
+    MMObject evaluate(MMEvaluationContext& context) const override;
+    void print(MMTargetPrinter& printer) const override;
+
+private:
+    OrvCyclicMember<MMObjectCollectionExpr> collection_;
+    std::optional<Choice> choice_;
+};

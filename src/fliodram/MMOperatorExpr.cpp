@@ -1,0 +1,233 @@
+#include "fliodram/MMOperatorExpr.h"
+
+#include <string>
+#include <vector>
+
+#include "fliodram/MMEvaluationError.h"
+#include "fliodram/MMTargetPrinter.h"
+#include "foundation/TextOutput.h"
+
+namespace {
+
+const char* symbolOf(int op) {
+    switch (op) {
+        case MM_ADD:
+            return " + ";
+        case MM_SUBTRACT:
+            return " - ";
+        case MM_MULTIPLY:
+            return " * ";
+        default:
+            return " / ";
+    }
+}
+
+[[noreturn]] void failOverflow(int left, int op, int right) {
+    std::string sentence = "The result of ";
+    appendInteger(sentence, left);
+    sentence += symbolOf(op);
+    appendInteger(sentence, right);
+    throwEvaluationFailure(sentence + " is out of the range of integers.");
+}
+
+int calculate(int left, int op, int right) {
+    int result = 0;
+    bool isOverflow = false;
+    switch (op) {
+        case MM_ADD:
+            isOverflow = __builtin_add_overflow(left, right, &result);
+            break;
+        case MM_SUBTRACT:
+            isOverflow = __builtin_sub_overflow(left, right, &result);
+            break;
+        case MM_MULTIPLY:
+            isOverflow = __builtin_mul_overflow(left, right, &result);
+            break;
+        default:
+            if (right == 0) {
+                throwEvaluationFailure("Division by zero.");
+            }
+            isOverflow = right == -1 && __builtin_sub_overflow(0, left, &result);
+            result = isOverflow || right == -1 ? result : left / right;
+    }
+    if (isOverflow) {
+        failOverflow(left, op, right);
+    }
+    return result;
+}
+
+double calculate(double left, int op, double right) {
+    switch (op) {
+        case MM_ADD:
+            return left + right;
+        case MM_SUBTRACT:
+            return left - right;
+        case MM_MULTIPLY:
+            return left * right;
+        default:
+            return left / right;
+    }
+}
+
+bool isNumber(const MMValue& value) {
+    return value.getKind() == MMValue::Kind::integer || value.getKind() == MMValue::Kind::real;
+}
+
+double realOf(const MMValue& value) {
+    return value.getKind() == MMValue::Kind::integer ? value.getInteger() : value.getReal();
+}
+
+void joinTexts(MMEvaluationContext& context, MMValue& left, const MMValue& right) {
+    std::string buffer;
+    const std::string_view more = right.asText(buffer);
+    if (left.getKind() != MMValue::Kind::text) {
+        left = MMValue(left.asString());
+    }
+    context.countText(left.getText().size(), more.size());
+    left.appendText(more);
+}
+
+void negate(MMValue& value) {
+    if (value.getKind() == MMValue::Kind::integer) {
+        value = MMValue(calculate(0, MM_SUBTRACT, value.getInteger()));
+    } else if (value.getKind() == MMValue::Kind::real) {
+        value = MMValue(-value.getReal());
+    } else {
+        throwEvaluationFailure("Only a number can be negated.");
+    }
+}
+
+}  // namespace
+
+MMOperatorExpr::MMOperatorExpr(const OrvCyclicPtr<MMValueExpr>& lhs, int op,
+                               const OrvCyclicPtr<MMValueExpr>& rhs)
+    : lhs_(*this, lhs), op_(op), rhs_(*this, rhs), chainLength_(1) {
+    const MMOperatorExpr* const left = lhs ? lhs->asOperator() : nullptr;
+    chainLength_ += left != nullptr ? left->chainLength_ : 0;
+}
+
+MMOperatorExpr::~MMOperatorExpr() = default;
+
+MMValue MMOperatorExpr::evaluate(MMEvaluationContext& context) const {
+    context.checkDepth();
+    if (!isLongChain()) {
+        MMValue value = lhs_->evaluate(context);
+        apply(context, value);
+        return value;
+    }
+    std::vector<const MMOperatorExpr*> chain;
+    chain.reserve(chainLength_);
+    for (const MMOperatorExpr* next = this; next != nullptr; next = next->lhs_->asOperator()) {
+        chain.push_back(next);
+    }
+    MMValue value = chain.back()->lhs_->evaluate(context);
+    for (auto next = chain.rbegin(); next != chain.rend(); ++next) {
+        (*next)->apply(context, value);
+    }
+    return value;
+}
+
+void MMOperatorExpr::print(MMTargetPrinter& printer) const {
+    std::vector<const MMOperatorExpr*> chain;
+    for (const MMOperatorExpr* next = this; next != nullptr;
+         next = next->lhs_ ? next->lhs_->asOperator() : nullptr) {
+        chain.push_back(next);
+        printer.begin(next->className());
+    }
+    printer.operand(chain.back()->lhs_.get());
+    for (auto next = chain.rbegin(); next != chain.rend(); ++next) {
+        printer.number((*next)->op_).operand((*next)->rhs_.get()).end();
+    }
+}
+
+MMArithmeticExpr::MMArithmeticExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMArithOp op,
+                                   const OrvCyclicPtr<MMValueExpr>& rhs)
+    : MMOperatorExpr(lhs, op, rhs) {}
+
+const char* MMArithmeticExpr::className() const { return "MMArithmeticExpr"; }
+
+void MMArithmeticExpr::apply(MMEvaluationContext& context, MMValue& value) const {
+    if (!rhs()) {
+        negate(value);
+        return;
+    }
+    const MMValue right = rhs()->evaluate(context);
+    if (value.getKind() == MMValue::Kind::integer && right.getKind() == MMValue::Kind::integer) {
+        value = MMValue(calculate(value.getInteger(), op(), right.getInteger()));
+    } else if (isNumber(value) && isNumber(right)) {
+        value = MMValue(calculate(realOf(value), op(), realOf(right)));
+    } else if (op() == MM_ADD) {
+        joinTexts(context, value, right);
+    } else {
+        throwEvaluationFailure("Texts can be joined with +, and nothing else.");
+    }
+}
+
+MMBooleanExpr::MMBooleanExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMLogOp op,
+                             const OrvCyclicPtr<MMValueExpr>& rhs)
+    : MMOperatorExpr(lhs, op, rhs) {}
+
+const char* MMBooleanExpr::className() const { return "MMBooleanExpr"; }
+
+bool MMBooleanExpr::combine(MMEvaluationContext& context, bool left) const {
+    switch (op()) {
+        case MM_AND:
+            return left && rhs()->evaluateBoolean(context);
+        case MM_OR:
+            return left || rhs()->evaluateBoolean(context);
+        case MM_IMPLIES:
+            return !left || rhs()->evaluateBoolean(context);
+        default:
+            return !left;
+    }
+}
+
+void MMBooleanExpr::apply(MMEvaluationContext& context, MMValue& value) const {
+    value = MMValue(combine(context, value.toBoolean()));
+}
+
+bool MMBooleanExpr::evaluateBoolean(MMEvaluationContext& context) const {
+    if (isLongChain()) {
+        return evaluate(context).toBoolean();
+    }
+    context.checkDepth();
+    return combine(context, lhs()->evaluateBoolean(context));
+}
+
+MMRelationalExpr::MMRelationalExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMRelOp op,
+                                   const OrvCyclicPtr<MMValueExpr>& rhs)
+    : MMOperatorExpr(lhs, op, rhs) {}
+
+const char* MMRelationalExpr::className() const { return "MMRelationalExpr"; }
+
+bool MMRelationalExpr::holds(std::partial_ordering order) const {
+    switch (op()) {
+        case MM_EQUAL:
+            return order == 0;
+        case MM_NOT_EQUAL:
+            return order != 0;
+        case MM_LESS:
+            return order < 0;
+        case MM_GREATER:
+            return order > 0;
+        case MM_LESS_EQUAL:
+            return order <= 0;
+        case MM_GREATER_EQUAL:
+            return order >= 0;
+        default:
+            throwEvaluationFailure("A comparison has no known operator.");
+    }
+}
+
+void MMRelationalExpr::apply(MMEvaluationContext& context, MMValue& value) const {
+    value = MMValue(holds(value.compare(rhs()->evaluate(context))));
+}
+
+bool MMRelationalExpr::evaluateBoolean(MMEvaluationContext& context) const {
+    if (isLongChain()) {
+        return evaluate(context).toBoolean();
+    }
+    context.checkDepth();
+    const MMValue left = lhs()->evaluate(context);
+    return holds(left.compare(rhs()->evaluate(context)));
+}

@@ -1,0 +1,106 @@
+// Operators on values: arithmetic, logic, comparison.
+#pragma once
+
+#include <cstddef>
+
+#include "fliodram/MMExpr.h"
+
+/// The base of the operators: a left operand, a number that says which operator, a right operand.
+///
+/// Left operands that are operators themselves form chains as long as the text of an expression:
+/// evaluating and printing a long chain is a loop, from the innermost left operand outward.
+class __attribute__((visibility("default"))) MMOperatorExpr : public MMValueExpr {
+public:
+    ~MMOperatorExpr() override;
+
+    MMValue evaluate(MMEvaluationContext& context) const override;
+    const MMOperatorExpr* asOperator() const override { return this; }
+    void print(MMTargetPrinter& printer) const override;
+
+protected:
+    /// Both operands, of which the right one may be empty.
+    MMOperatorExpr(const OrvCyclicPtr<MMValueExpr>& lhs, int op,
+                   const OrvCyclicPtr<MMValueExpr>& rhs);
+
+    /// Replaces the value of the left operand by the value of the whole.
+    virtual void apply(MMEvaluationContext& context, MMValue& value) const = 0;
+    virtual const char* className() const = 0;
+
+    int op() const { return op_; }
+    const OrvCyclicMember<MMValueExpr>& lhs() const { return lhs_; }
+    const OrvCyclicMember<MMValueExpr>& rhs() const { return rhs_; }
+    /// True when the chain of left operands is too long to recurse into.
+    bool isLongChain() const { return chainLength_ > longestRecursion; }
+
+private:
+    static constexpr std::size_t longestRecursion = 16;
+
+    OrvCyclicMember<MMValueExpr> lhs_;
+    int op_;
+    OrvCyclicMember<MMValueExpr> rhs_;
+    std::size_t chainLength_;
+};
+
+/// Arithmetic operators; subtraction without a right operand is negation.
+enum MMArithOp { MM_ADD = 1, MM_SUBTRACT = 2, MM_MULTIPLY = 3, MM_DIVIDE = 4 };
+
+/// Arithmetic on two integers or on two reals, and joining of texts by addition.
+///
+/// Integers have 32 bits; a result that does not fit, and division by zero, are errors, and
+/// division drops the fraction. Reals follow IEEE 754. An integer beside a real counts as a real.
+class __attribute__((visibility("default"))) MMArithmeticExpr : public MMOperatorExpr {
+public:
+    /// With an empty `rhs` and MM_SUBTRACT, the negation of `lhs`.
+    MMArithmeticExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMArithOp op,
+                     const OrvCyclicPtr<MMValueExpr>& rhs);
+
+protected:
+    void apply(MMEvaluationContext& context, MMValue& value) const override;
+    const char* className() const override;
+};
+
+/// Logical operators; "not" has no right operand.
+enum MMLogOp { MM_AND = 1, MM_OR = 2, MM_NOT = 3, MM_IMPLIES = 4 };
+
+/// Logic. The right operand is evaluated only where the left one does not decide.
+class __attribute__((visibility("default"))) MMBooleanExpr : public MMOperatorExpr {
+public:
+    /// With an empty `rhs` and MM_NOT, the negation of `lhs`.
+    MMBooleanExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMLogOp op,
+                  const OrvCyclicPtr<MMValueExpr>& rhs);
+
+    bool evaluateBoolean(MMEvaluationContext& context) const override;
+
+protected:
+    void apply(MMEvaluationContext& context, MMValue& value) const override;
+    const char* className() const override;
+
+private:
+    bool combine(MMEvaluationContext& context, bool left) const;
+};
+
+/// Comparisons of values and of objects; the order of the numbers is not that of sets.
+enum MMRelOp {
+    MM_EQUAL = 1,
+    MM_NOT_EQUAL = 2,
+    MM_LESS = 3,
+    MM_GREATER = 4,
+    MM_LESS_EQUAL = 5,
+    MM_GREATER_EQUAL = 6
+};
+
+/// Comparison of two values, as MMValue::compare() has it.
+class __attribute__((visibility("default"))) MMRelationalExpr : public MMOperatorExpr {
+public:
+    MMRelationalExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMRelOp op,
+                     const OrvCyclicPtr<MMValueExpr>& rhs);
+
+    bool evaluateBoolean(MMEvaluationContext& context) const override;
+
+protected:
+    void apply(MMEvaluationContext& context, MMValue& value) const override;
+    const char* className() const override;
+
+private:
+    bool holds(std::partial_ordering order) const;
+};

@@ -1,0 +1,72 @@
+#include "fliodram/MMQuantifierExpr.h"
+
+#include "fliodram/MMTargetPrinter.h"
+
+namespace {
+
+/// Evaluates the predicate for each object until it has the decisive value.
+class PredicateTest : public MMObjectConsumer {
+public:
+    PredicateTest(MMEvaluationContext& context, const MMObjectVarExpr& variable,
+                  const MMValueExpr& predicate, bool decisive)
+        : context_(context), binding_(variable), predicate_(predicate), decisive_(decisive) {}
+
+    bool take(MMObjectRange objects) override {
+        for (const MMObject object : objects) {
+            context_.step();
+            binding_.set(object);
+            if (predicate_.evaluateBoolean(context_) == decisive_) {
+                return false;
+            }
+        }
+        return true;
+    }
+
+private:
+    MMEvaluationContext& context_;
+    MMVariableBinding binding_;
+    const MMValueExpr& predicate_;
+    bool decisive_;
+};
+
+}  // namespace
+
+MMQuantifierExpr::MMQuantifierExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection,
+                                   const OrvCyclicPtr<MMValueExpr>& predicate,
+                                   const OrvCyclicPtr<MMObjectVarExpr>& variable, bool decisive)
+    : collection_(*this, collection),
+      predicate_(*this, predicate),
+      variable_(*this, variable),
+      decisive_(decisive) {}
+
+MMQuantifierExpr::~MMQuantifierExpr() = default;
+
+bool MMQuantifierExpr::evaluateBoolean(MMEvaluationContext& context) const {
+    context.checkDepth();
+    PredicateTest test(context, *variable_, *predicate_, decisive_);
+    const bool isUndecided = collection_->forEach(context, test);
+    return isUndecided ? !decisive_ : decisive_;
+}
+
+MMValue MMQuantifierExpr::evaluate(MMEvaluationContext& context) const {
+    return MMValue(evaluateBoolean(context));
+}
+
+void MMQuantifierExpr::print(MMTargetPrinter& printer) const {
+    printer.begin(decisive_ ? "MMSomeExpr" : "MMAllExpr");
+    printer.operand(collection_.get()).operand(predicate_.get()).operand(variable_.get()).end();
+}
+
+MMAllExpr::MMAllExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection,
+                     const OrvCyclicPtr<MMValueExpr>& predicate,
+                     const OrvCyclicPtr<MMObjectVarExpr>& variable)
+    : MMQuantifierExpr(collection, predicate, variable, false) {}
+
+MMAllExpr::~MMAllExpr() = default;
+
+MMSomeExpr::MMSomeExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection,
+                       const OrvCyclicPtr<MMValueExpr>& predicate,
+                       const OrvCyclicPtr<MMObjectVarExpr>& variable)
+    : MMQuantifierExpr(collection, predicate, variable, true) {}
+
+MMSomeExpr::~MMSomeExpr() = default;

@@ -1,0 +1,169 @@
+#include "fliodram/MMRegExpExpr.h"
+
+#include "fliodram/MMEvaluationError.h"
+#include "fliodram/MMTargetPrinter.h"
+#include "foundation/TextOutput.h"
+
+namespace {
+
+/// An evaluated operand as a text.
+class TextOperand {
+public:
+    TextOperand(MMEvaluationContext& context, const MMValueExpr& expression)
+        : value_(expression.evaluate(context)), view_(value_.asText(buffer_)) {}
+
+    std::string_view view() const { return view_; }
+
+private:
+    MMValue value_;
+    std::string buffer_;
+    std::string_view view_;
+};
+
+bool isContinuationByte(std::string_view text, std::size_t position) {
+    return position < text.size() && (static_cast<unsigned char>(text[position]) & 0xC0U) == 0x80U;
+}
+
+// The start of the character after the one at `position`.
+std::size_t nextCharacter(std::string_view text, std::size_t position) {
+    ++position;
+    while (isContinuationByte(text, position)) {
+        ++position;
+    }
+    return position;
+}
+
+/// Writes a text with matches replaced, match by match.
+class Replacing {
+public:
+    Replacing(MMEvaluationContext& context, std::string_view text, std::string_view replacement)
+        : context_(context), text_(text), replacement_(replacement) {}
+
+    std::string run(const RWCRegexp& pattern, bool replaceAll) {
+        RWCRegexp::Groups groups;
+        while (position_ <= text_.size()) {
+            context_.countText(0, text_.size() - position_);
+            if (!pattern.search(text_, position_, groups)) {
+                break;
+            }
+            replace(groups);
+            if (!replaceAll) {
+                break;
+            }
+        }
+        append(text_.substr(copied_));
+        return std::move(result_);
+    }
+
+private:
+    // An empty match right behind the last match is none, so that "x*" does not match twice.
+    void replace(const RWCRegexp::Groups& groups) {
+        const auto start = static_cast<std::size_t>(groups[0].data() - text_.data());
+        const std::size_t end = start + groups[0].size();
+        if (!(groups[0].empty() && hasMatched_ && start == copied_)) {
+            append(text_.substr(copied_, start - copied_));
+            const std::size_t size = result_.size();
+            RWCRegexp::appendReplacement(result_, replacement_, groups);
+            context_.countText(size, result_.size() - size);
+            copied_ = end;
+            hasMatched_ = true;
+        }
+        position_ = groups[0].empty() ? nextCharacter(text_, start) : end;
+    }
+
+    void append(std::string_view piece) {
+        context_.countText(result_.size(), piece.size());
+        result_.append(piece);
+    }
+
+    MMEvaluationContext& context_;
+    std::string_view text_;
+    std::string_view replacement_;
+    std::string result_;
+    std::size_t position_ = 0;  // where the next search starts
+    std::size_t copied_ = 0;    // up to where the text has been written
+    bool hasMatched_ = false;
+};
+
+}  // namespace
+
+const RWCRegexp& MMPatternCache::compiled(std::string_view pattern) {
+    if (!compiled_ || pattern_ != pattern) {
+        compiled_.reset();
+        pattern_ = pattern;
+        compiled_.emplace(pattern);
+    }
+    if (compiled_->status() != RWCRegexp::ok) {
+        std::string sentence = "The pattern ";
+        appendJsonString(sentence, pattern);
+        throwEvaluationFailure(sentence + (compiled_->status() == RWCRegexp::tooLong
+                                               ? " is too long."
+                                               : " is malformed."));
+    }
+    return *compiled_;
+}
+
+MMRegExpMatchExpr::MMRegExpMatchExpr(const OrvCyclicPtr<MMValueExpr>& pattern,
+                                     const OrvCyclicPtr<MMValueExpr>& text)
+    : pattern_(*this, pattern), text_(*this, text) {}
+
+bool MMRegExpMatchExpr::evaluateBoolean(MMEvaluationContext& context) const {
+    context.checkDepth();
+    const TextOperand pattern(context, *pattern_);
+    const TextOperand text(context, *text_);
+    context.countText(0, text.view().size());
+    return cache_.compiled(pattern.view()).matches(text.view());
+}
+
+MMValue MMRegExpMatchExpr::evaluate(MMEvaluationContext& context) const {
+    return MMValue(evaluateBoolean(context));
+}
+
+void MMRegExpMatchExpr::print(MMTargetPrinter& printer) const {
+    printer.begin("MMRegExpMatchExpr").operand(pattern_.get()).operand(text_.get()).end();
+}
+
+MMRegExpFindExpr::MMRegExpFindExpr(const OrvCyclicPtr<MMValueExpr>& pattern,
+                                   const OrvCyclicPtr<MMValueExpr>& text)
+    : pattern_(*this, pattern), text_(*this, text) {}
+
+MMValue MMRegExpFindExpr::evaluate(MMEvaluationContext& context) const {
+    context.checkDepth();
+    const TextOperand pattern(context, *pattern_);
+    const TextOperand text(context, *text_);
+    context.countText(0, text.view().size());
+    RWCRegexp::Groups groups;
+    return cache_.compiled(pattern.view()).search(text.view(), 0, groups)
+               ? MMValue(std::string(groups[0]))
+               : MMValue::borrow({});
+}
+
+void MMRegExpFindExpr::print(MMTargetPrinter& printer) const {
+    printer.begin("MMRegExpFindExpr").operand(pattern_.get()).operand(text_.get()).end();
+}
+
+MMRegExpReplaceExpr::MMRegExpReplaceExpr(const OrvCyclicPtr<MMValueExpr>& pattern,
+                                         const OrvCyclicPtr<MMValueExpr>& text,
+                                         const OrvCyclicPtr<MMValueExpr>& replacement)
+    : pattern_(*this, pattern), text_(*this, text), replacement_(*this, replacement) {}
+
+void MMRegExpReplaceExpr::replaceAll(bool replaceAll) { replaceAll_ = replaceAll; }
+
+MMValue MMRegExpReplaceExpr::evaluate(MMEvaluationContext& context) const {
+    context.checkDepth();
+    const TextOperand pattern(context, *pattern_);
+    const TextOperand text(context, *text_);
+    const TextOperand replacement(context, *replacement_);
+    const RWCRegexp& expression = cache_.compiled(pattern.view());
+    return MMValue(
+        Replacing(context, text.view(), replacement.view()).run(expression, replaceAll_));
+}
+
+void MMRegExpReplaceExpr::print(MMTargetPrinter& printer) const {
+    printer.begin("MMRegExpReplaceExpr");
+    printer.operand(pattern_.get()).operand(text_.get()).operand(replacement_.get());
+    if (replaceAll_) {
+        printer.flag(true, "replaceAll");
+    }
+    printer.end();
+}

@@ -1,0 +1,145 @@
+#include "fliodram/MMTextExpr.h"
+
+#include <limits>
+#include <string>
+
+#include "fliodram/MMEvaluationError.h"
+#include "fliodram/MMTargetPrinter.h"
+
+namespace {
+
+/// Counts without looking at the objects.
+class Counter : public MMObjectConsumer {
+public:
+    explicit Counter(MMEvaluationContext& context) : context_(context) {}
+
+    bool take(MMObjectRange objects) override {
+        context_.step();
+        count_ += objects.size();
+        return true;
+    }
+
+    std::size_t count() const { return count_; }
+
+private:
+    MMEvaluationContext& context_;
+    std::size_t count_ = 0;
+};
+
+/// Joins the texts that it takes.
+class Joiner : public MMTextConsumer {
+public:
+    Joiner(MMEvaluationContext& context, std::string_view delimiter)
+        : context_(context), delimiter_(delimiter) {}
+
+    void take(std::string_view text) override {
+        context_.countText(joined_.size(), delimiter_.size() + text.size());
+        if (!isFirst_) {
+            joined_.append(delimiter_);
+        }
+        isFirst_ = false;
+        joined_.append(text);
+    }
+
+    std::string release() { return std::move(joined_); }
+
+private:
+    MMEvaluationContext& context_;
+    std::string_view delimiter_;
+    std::string joined_;
+    bool isFirst_ = true;
+};
+
+std::string_view trimmed(std::string_view text) {
+    constexpr std::string_view whiteSpace = " \t\n\v\f\r";
+    const std::size_t start = text.find_first_not_of(whiteSpace);
+    return start == std::string_view::npos
+               ? std::string_view()
+               : text.substr(start, text.find_last_not_of(whiteSpace) - start + 1);
+}
+
+}  // namespace
+
+MMCountExpr::MMCountExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection)
+    : collection_(*this, collection) {}
+
+MMValue MMCountExpr::evaluate(MMEvaluationContext& context) const {
+    context.checkDepth();
+    Counter counter(context);
+    collection_->forEach(context, counter);
+    if (counter.count() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+        throwEvaluationFailure("The size of a collection is out of the range of integers.");
+    }
+    return MMValue(static_cast<int>(counter.count()));
+}
+
+void MMCountExpr::print(MMTargetPrinter& printer) const {
+    printer.begin("MMCountExpr").operand(collection_.get()).end();
+}
+
+MMDelimiterExpr::MMDelimiterExpr(const OrvCyclicPtr<MMValueExpr>& delimiter,
+                                 const OrvCyclicPtr<MMStringCollectionExpr>& strings)
+    : delimiter_(*this, delimiter), strings_(*this, strings) {}
+
+MMValue MMDelimiterExpr::evaluate(MMEvaluationContext& context) const {
+    context.checkDepth();
+    const MMValue delimiter = delimiter_->evaluate(context);
+    std::string buffer;
+    Joiner joiner(context, delimiter.asText(buffer));
+    strings_->forEach(context, joiner);
+    return MMValue(joiner.release());
+}
+
+void MMDelimiterExpr::print(MMTargetPrinter& printer) const {
+    printer.begin("MMDelimiterExpr").operand(delimiter_.get()).operand(strings_.get()).end();
+}
+
+MMStringManipulationExpr::MMStringManipulationExpr(MMStringOp op,
+                                                   const OrvCyclicPtr<MMValueExpr>& text)
+    : op_(op), text_(*this, text) {}
+
+MMValue MMStringManipulationExpr::evaluate(MMEvaluationContext& context) const {
+    context.checkDepth();
+    OrvString text = text_->evaluate(context).asString();
+    context.countText(0, text.length());
+    switch (op_) {
+        case MM_LOWER:
+            text.toLower();
+            break;
+        case MM_UPPER:
+            text.toUpper();
+            break;
+        case MM_TRIM:
+            return MMValue(std::string(trimmed(text.view())));
+    }
+    return MMValue(text);
+}
+
+void MMStringManipulationExpr::print(MMTargetPrinter& printer) const {
+    printer.begin("MMStringManipulationExpr").number(op_).operand(text_.get()).end();
+}
+
+MMConversionExpr::MMConversionExpr(const OrvCyclicPtr<MMValueExpr>& value, MMValueType type)
+    : value_(*this, value), type_(type) {}
+
+MMValue MMConversionExpr::evaluate(MMEvaluationContext& context) const {
+    context.checkDepth();
+    return value_->evaluate(context).convertedTo(type_);
+}
+
+void MMConversionExpr::print(MMTargetPrinter& printer) const {
+    printer.begin("MMConversionExpr").operand(value_.get()).number(type_).end();
+}
+
+MMApplyValueExpr::MMApplyValueExpr(const OrvCyclicPtr<MMValueAbsExpr>& function,
+                                   const OrvCyclicPtr<MMObjectExpr>& object)
+    : function_(*this, function), object_(*this, object) {}
+
+MMValue MMApplyValueExpr::evaluate(MMEvaluationContext& context) const {
+    context.checkDepth();
+    return function_->evaluateFor(context, object_->evaluate(context));
+}
+
+void MMApplyValueExpr::print(MMTargetPrinter& printer) const {
+    printer.begin("MMApplyValueExpr").operand(function_.get()).operand(object_.get()).end();
+}
