@@ -1,0 +1,42 @@
+// The objects that refer to an object through a feature.
+#pragma once
+
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "repository/ModelTables.h"
+
+/// Associations backwards, each worked out when it is first asked for.
+///
+/// Reads the tables it was made of, which must outlive it. Any number of threads may ask at once.
+class InverseIndex {
+public:
+    explicit InverseIndex(const ModelTables& tables);
+    InverseIndex(const InverseIndex&) = delete;
+    InverseIndex& operator=(const InverseIndex&) = delete;
+    ~InverseIndex();
+
+    /// Works the inverse of a feature out, unless that was done before.
+    void prepare(MMKey feature) const;
+
+    /// The objects that refer to `target` through a feature that was prepared, each once, in
+    /// document order.
+    MMObjectRange at(MMKey feature, MMObject target) const;
+
+private:
+    struct Inverse {
+        std::once_flag once;
+        std::vector<TargetColumn> byClass;  // of the targets
+    };
+    struct Pair {
+        MMObject target;
+        ObjectNumber source;
+    };
+
+    void build(MMKey feature, Inverse& inverse) const;
+    std::vector<Pair> gather(MMKey feature) const;
+
+    const ModelTables& tables_;
+    std::unique_ptr<Inverse[]> inverses_;  // by feature
+};
