@@ -1,0 +1,3 @@
+#include "api/ExprParserDialogs.h"
+
+ExprParserDialogs::~ExprParserDialogs() = default;

@@ -1,0 +1,59 @@
+// The base of the syntax tree's nodes, and its root.
+#pragma once
+
+#include <cstdint>
+
+#include "foundation/OrvCountedPtr.h"
+
+class ASTVisitor;
+class ExpressionNode;
+
+enum class NodeKind : std::uint32_t { specification = 0, expression = 1, association = 2 };
+
+/// A node of the syntax tree that the parser builds, one tree a text.
+///
+/// Nodes hold their children by counted pointers, an absent child by an empty one; they are shared
+/// and never copied. They are plain data: what is done with a tree is done by visitors, which
+/// decide themselves in which order the children accept them. Later passes annotate nodes in
+/// place. A tree belongs to the thread of its compilation.
+class ASTNode {
+public:
+    ASTNode(const ASTNode&) = delete;
+    ASTNode& operator=(const ASTNode&) = delete;
+    virtual ~ASTNode();
+
+    /// Calls the visitor's operation for the class of this node.
+    virtual void accept(ASTVisitor& visitor) = 0;
+
+    NodeKind getNodeKind() const { return nodeKind_; }
+
+    /// The place in the text at which a person would point for this node: the operator of a binary
+    /// or relational expression, else the first token. Counted from 1; -1 until it is set.
+    std::int32_t getLine() const { return line_; }
+    std::int32_t getColumn() const { return column_; }
+    void setPosition(std::int32_t line, std::int32_t column) {
+        line_ = line;
+        column_ = column;
+    }
+
+protected:
+    explicit ASTNode(NodeKind nodeKind) : nodeKind_(nodeKind) {}
+
+private:
+    NodeKind nodeKind_;
+    std::int32_t line_ = -1;
+    std::int32_t column_ = -1;
+};
+
+/// The root of a tree: a whole expression.
+class SpecificationNode : public ASTNode {
+public:
+    explicit SpecificationNode(const OrvCountedPtr<ExpressionNode>& expr)
+        : ASTNode(NodeKind::specification), expr_(expr) {}
+    void accept(ASTVisitor& visitor) override;
+
+    const OrvCountedPtr<ExpressionNode>& getExpr() const { return expr_; }
+
+private:
+    OrvCountedPtr<ExpressionNode> expr_;
+};

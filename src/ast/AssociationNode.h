@@ -1,0 +1,82 @@
+// The steps of association paths.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "ast/ASTNode.h"
+
+class LabelSymbol;
+
+enum class AssociationKind : std::uint32_t { reference = 0, definition = 1 };
+
+/// A step of a path. Steps form a tree of first children and next siblings below a PathNode: the
+/// child is the step that follows, the siblings are the alternatives. A step that follows a group
+/// is the child of the last step of each alternative, one node with several parents.
+class AssociationNode : public ASTNode {
+public:
+    AssociationKind getAssociationKind() const { return associationKind_; }
+    const OrvCountedPtr<AssociationNode>& getChild() const { return child_; }
+    void setChild(const OrvCountedPtr<AssociationNode>& child) { child_ = child; }
+    const OrvCountedPtr<AssociationNode>& getSibling() const { return sibling_; }
+    void setSibling(const OrvCountedPtr<AssociationNode>& sibling) { sibling_ = sibling; }
+
+    /// The symbol of the label that the step uses or declares; set by the type checker.
+    const OrvCountedPtr<LabelSymbol>& getLabelSymbol() const { return labelSymbol_; }
+    void setLabelSymbol(const OrvCountedPtr<LabelSymbol>& symbol) { labelSymbol_ = symbol; }
+
+protected:
+    explicit AssociationNode(AssociationKind associationKind)
+        : ASTNode(NodeKind::association), associationKind_(associationKind) {}
+
+private:
+    AssociationKind associationKind_;
+    OrvCountedPtr<AssociationNode> child_;
+    OrvCountedPtr<AssociationNode> sibling_;
+    OrvCountedPtr<LabelSymbol> labelSymbol_;
+};
+
+/// A use of a label: "@name". It stands for the step that declares the label, with all that
+/// follows there.
+class ReferenceAssociationNode : public AssociationNode {
+public:
+    explicit ReferenceAssociationNode(const std::string& name)
+        : AssociationNode(AssociationKind::reference), name_(name) {}
+    void accept(ASTVisitor& visitor) override;
+
+    const std::string& getName() const { return name_; }
+
+private:
+    std::string name_;
+};
+
+/// A step along an association: "label: ^ _ [name] { condition }".
+class DefinitionAssociationNode : public AssociationNode {
+public:
+    explicit DefinitionAssociationNode(const std::string& name)
+        : AssociationNode(AssociationKind::definition), name_(name) {}
+    void accept(ASTVisitor& visitor) override;
+
+    const std::string& getName() const { return name_; }
+
+    const OrvCountedPtr<ExpressionNode>& getCondition() const { return condition_; }
+    void setCondition(const OrvCountedPtr<ExpressionNode>& condition) { condition_ = condition; }
+
+    /// The label that the step declares; empty where it declares none.
+    const std::string& getLabel() const { return label_; }
+    void setLabel(const std::string& label) { label_ = label; }
+
+    /// Whether the objects reached belong to the result although a step follows.
+    bool getAddToResult() const { return addToResult_; }
+    void setAddToResult(bool addToResult) { addToResult_ = addToResult; }
+
+    bool getDepthFirstEvaluation() const { return depthFirstEvaluation_; }
+    void setDepthFirstEvaluation(bool depthFirst) { depthFirstEvaluation_ = depthFirst; }
+
+private:
+    std::string name_;
+    OrvCountedPtr<ExpressionNode> condition_;
+    std::string label_;
+    bool addToResult_ = false;
+    bool depthFirstEvaluation_ = false;
+};

@@ -1,0 +1,464 @@
+// The twenty kinds of expressions.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ast/ASTNode.h"
+#include "ast/AssociationNode.h"
+
+class FunctionSymbol;
+class TypeExpression;
+class VariableSymbol;
+
+enum class ExpressionKind : std::uint32_t {
+    universalQuantifier = 0,
+    existentialQuantifier = 1,
+    binaryExpression = 2,
+    unaryExpression = 3,
+    relationalExpression = 4,
+    applicationExpression = 5,
+    mapExpression = 6,
+    filterExpression = 7,
+    traverseExpression = 8,
+    sortExpression = 9,
+    letExpression = 10,
+    ifExpression = 11,
+    tupleExpression = 12,
+    unitExpression = 13,
+    regExpConstant = 14,
+    stringConstant = 15,
+    integerConstant = 16,
+    realConstant = 17,
+    booleanConstant = 18,
+    path = 19
+};
+
+/// Values 0 to 2 are the logical operators, 3 to 6 the arithmetic ones.
+enum class BinaryOperator : std::uint32_t {
+    IMPLIES = 0,
+    AND = 1,
+    OR = 2,
+    ADD = 3,
+    SUBTRACT = 4,
+    MULTIPLY = 5,
+    DIVIDE = 6
+};
+
+enum class UnaryOperator : std::uint32_t { MINUS = 0, NOT = 1 };
+
+enum class RelationalOperator : std::uint32_t {
+    EQUAL = 0,
+    NOT_EQUAL = 1,
+    REGEXP_EQUAL = 2,
+    REGEXP_NOT_EQUAL = 3,
+    LESS = 4,
+    LESS_EQUAL = 5,
+    GREATER = 6,
+    GREATER_EQUAL = 7
+};
+
+/// The predefined anchors of paths: "this", "current" and "model".
+enum class AnchorKind : std::uint32_t { THIS = 0, CURRENT = 1, MODEL = 2 };
+
+/// An expression of any kind.
+class ExpressionNode : public ASTNode {
+public:
+    ExpressionKind getExpressionKind() const { return expressionKind_; }
+
+protected:
+    explicit ExpressionNode(ExpressionKind expressionKind)
+        : ASTNode(NodeKind::expression), expressionKind_(expressionKind) {}
+
+private:
+    ExpressionKind expressionKind_;
+};
+
+using ExpressionPtr = OrvCountedPtr<ExpressionNode>;
+using AssociationPtr = OrvCountedPtr<AssociationNode>;
+
+/// A quantifier: a test of the objects of a source set, each bound to a variable in turn.
+class QuantifierNode : public ExpressionNode {
+public:
+    const std::string& getName() const { return name_; }
+    const ExpressionPtr& getSource() const { return source_; }
+    const ExpressionPtr& getExpr() const { return expr_; }
+
+    /// The quantifier's own variable; set by name space construction.
+    const OrvCountedPtr<VariableSymbol>& getBoundVariable() const { return boundVariable_; }
+    void setBoundVariable(const OrvCountedPtr<VariableSymbol>& symbol) { boundVariable_ = symbol; }
+
+protected:
+    QuantifierNode(ExpressionKind kind, const std::string& name, const ExpressionPtr& source,
+                   const ExpressionPtr& expr)
+        : ExpressionNode(kind), name_(name), source_(source), expr_(expr) {}
+
+private:
+    std::string name_;
+    ExpressionPtr source_;
+    ExpressionPtr expr_;
+    OrvCountedPtr<VariableSymbol> boundVariable_;
+};
+
+/// "for_all name in source => expr".
+class UniversalQuantifierNode : public QuantifierNode {
+public:
+    UniversalQuantifierNode(const std::string& name, const ExpressionPtr& source,
+                            const ExpressionPtr& expr)
+        : QuantifierNode(ExpressionKind::universalQuantifier, name, source, expr) {}
+    void accept(ASTVisitor& visitor) override;
+};
+
+/// "there_exists name in source => expr".
+class ExistentialQuantifierNode : public QuantifierNode {
+public:
+    ExistentialQuantifierNode(const std::string& name, const ExpressionPtr& source,
+                              const ExpressionPtr& expr)
+        : QuantifierNode(ExpressionKind::existentialQuantifier, name, source, expr) {}
+    void accept(ASTVisitor& visitor) override;
+};
+
+/// A logical or arithmetic operation. Operators that are left-associative form chains through
+/// `lhs` that may be as long as a text: see LeftSpine.
+class BinaryExpressionNode : public ExpressionNode {
+public:
+    BinaryExpressionNode(BinaryOperator op, const ExpressionPtr& lhs, const ExpressionPtr& rhs)
+        : ExpressionNode(ExpressionKind::binaryExpression), op_(op), lhs_(lhs), rhs_(rhs) {}
+    void accept(ASTVisitor& visitor) override;
+
+    BinaryOperator getOp() const { return op_; }
+    const ExpressionPtr& getLhs() const { return lhs_; }
+    const ExpressionPtr& getRhs() const { return rhs_; }
+
+private:
+    BinaryOperator op_;
+    ExpressionPtr lhs_;
+    ExpressionPtr rhs_;
+};
+
+/// "-expr" or "not expr".
+class UnaryExpressionNode : public ExpressionNode {
+public:
+    UnaryExpressionNode(UnaryOperator op, const ExpressionPtr& expr)
+        : ExpressionNode(ExpressionKind::unaryExpression), op_(op), expr_(expr) {}
+    void accept(ASTVisitor& visitor) override;
+
+    UnaryOperator getOp() const { return op_; }
+    const ExpressionPtr& getExpr() const { return expr_; }
+
+private:
+    UnaryOperator op_;
+    ExpressionPtr expr_;
+};
+
+/// The overload that the type checker chose for a call or a comparison.
+class ResolvedFunctionNode : public ExpressionNode {
+public:
+    const OrvCountedPtr<FunctionSymbol>& getResolvedFunction() const { return resolvedFunction_; }
+    void setResolvedFunction(const OrvCountedPtr<FunctionSymbol>& symbol) {
+        resolvedFunction_ = symbol;
+    }
+
+protected:
+    using ExpressionNode::ExpressionNode;
+
+private:
+    OrvCountedPtr<FunctionSymbol> resolvedFunction_;
+};
+
+/// A comparison.
+class RelationalExpressionNode : public ResolvedFunctionNode {
+public:
+    RelationalExpressionNode(RelationalOperator op, const ExpressionPtr& lhs,
+                             const ExpressionPtr& rhs)
+        : ResolvedFunctionNode(ExpressionKind::relationalExpression),
+          op_(op),
+          lhs_(lhs),
+          rhs_(rhs) {}
+    void accept(ASTVisitor& visitor) override;
+
+    RelationalOperator getOp() const { return op_; }
+    const ExpressionPtr& getLhs() const { return lhs_; }
+    const ExpressionPtr& getRhs() const { return rhs_; }
+
+private:
+    RelationalOperator op_;
+    ExpressionPtr lhs_;
+    ExpressionPtr rhs_;
+};
+
+/// A function applied to its argument; several arguments are one tuple.
+class ApplicationExpressionNode : public ResolvedFunctionNode {
+public:
+    ApplicationExpressionNode(const std::string& name, const ExpressionPtr& expr)
+        : ResolvedFunctionNode(ExpressionKind::applicationExpression), name_(name), expr_(expr) {}
+    void accept(ASTVisitor& visitor) override;
+
+    const std::string& getName() const { return name_; }
+    const ExpressionPtr& getExpr() const { return expr_; }
+
+private:
+    std::string name_;
+    ExpressionPtr expr_;
+};
+
+/// "map { function } over source".
+class MapExpressionNode : public ExpressionNode {
+public:
+    MapExpressionNode(const ExpressionPtr& function, const ExpressionPtr& source)
+        : ExpressionNode(ExpressionKind::mapExpression), function_(function), source_(source) {}
+    void accept(ASTVisitor& visitor) override;
+
+    const ExpressionPtr& getFunction() const { return function_; }
+    const ExpressionPtr& getSource() const { return source_; }
+
+private:
+    ExpressionPtr function_;
+    ExpressionPtr source_;
+};
+
+/// "filter { predicate } over source".
+class FilterExpressionNode : public ExpressionNode {
+public:
+    FilterExpressionNode(const ExpressionPtr& predicate, const ExpressionPtr& source)
+        : ExpressionNode(ExpressionKind::filterExpression),
+          predicate_(predicate),
+          source_(source) {}
+    void accept(ASTVisitor& visitor) override;
+
+    const ExpressionPtr& getPredicate() const { return predicate_; }
+    const ExpressionPtr& getSource() const { return source_; }
+
+private:
+    ExpressionPtr predicate_;
+    ExpressionPtr source_;
+};
+
+/// "traverse { path } over source".
+class TraverseExpressionNode : public ExpressionNode {
+public:
+    TraverseExpressionNode(const ExpressionPtr& path, const ExpressionPtr& source)
+        : ExpressionNode(ExpressionKind::traverseExpression), path_(path), source_(source) {}
+    void accept(ASTVisitor& visitor) override;
+
+    const ExpressionPtr& getPath() const { return path_; }
+    const ExpressionPtr& getSource() const { return source_; }
+
+private:
+    ExpressionPtr path_;
+    ExpressionPtr source_;
+};
+
+/// One key of a sort: a value, not a node.
+class SortKey {
+public:
+    explicit SortKey(const ExpressionPtr& expr, bool isAscending = true)
+        : expr_(expr), isAscending_(isAscending) {}
+
+    const ExpressionPtr& getExpr() const { return expr_; }
+    bool isAscending() const { return isAscending_; }
+
+    /// The key's own variable "current"; set by name space construction.
+    const OrvCountedPtr<VariableSymbol>& getBoundVariable() const { return boundVariable_; }
+    void setBoundVariable(const OrvCountedPtr<VariableSymbol>& symbol) { boundVariable_ = symbol; }
+
+private:
+    ExpressionPtr expr_;
+    bool isAscending_;
+    OrvCountedPtr<VariableSymbol> boundVariable_;
+};
+
+/// "sort { key } & sortd { key } over source".
+class SortExpressionNode : public ExpressionNode {
+public:
+    explicit SortExpressionNode(std::vector<SortKey> keys = {}, const ExpressionPtr& source = {})
+        : ExpressionNode(ExpressionKind::sortExpression), keys_(std::move(keys)), source_(source) {}
+    void accept(ASTVisitor& visitor) override;
+
+    const std::vector<SortKey>& getKeys() const { return keys_; }
+    std::vector<SortKey>& getKeys() { return keys_; }
+    void setKeys(std::vector<SortKey> keys) { keys_ = std::move(keys); }
+    const ExpressionPtr& getSource() const { return source_; }
+    void setSource(const ExpressionPtr& source) { source_ = source; }
+
+private:
+    std::vector<SortKey> keys_;
+    ExpressionPtr source_;
+};
+
+/// The type that the type checker found for a let or an if, by which code generation chooses.
+class ResultTypeNode : public ExpressionNode {
+public:
+    const OrvCountedPtr<TypeExpression>& getResultType() const { return resultType_; }
+    void setResultType(const OrvCountedPtr<TypeExpression>& type) { resultType_ = type; }
+
+protected:
+    using ExpressionNode::ExpressionNode;
+
+private:
+    OrvCountedPtr<TypeExpression> resultType_;
+};
+
+/// "let name = source in expr".
+class LetExpressionNode : public ResultTypeNode {
+public:
+    LetExpressionNode(const std::string& name, const ExpressionPtr& source,
+                      const ExpressionPtr& expr)
+        : ResultTypeNode(ExpressionKind::letExpression),
+          name_(name),
+          source_(source),
+          expr_(expr) {}
+    void accept(ASTVisitor& visitor) override;
+
+    const std::string& getName() const { return name_; }
+    const ExpressionPtr& getSource() const { return source_; }
+    const ExpressionPtr& getExpr() const { return expr_; }
+
+    /// The let's variable; set by name space construction.
+    const OrvCountedPtr<VariableSymbol>& getBoundVariable() const { return boundVariable_; }
+    void setBoundVariable(const OrvCountedPtr<VariableSymbol>& symbol) { boundVariable_ = symbol; }
+
+private:
+    std::string name_;
+    ExpressionPtr source_;
+    ExpressionPtr expr_;
+    OrvCountedPtr<VariableSymbol> boundVariable_;
+};
+
+/// "if test then then else else".
+class IfExpressionNode : public ResultTypeNode {
+public:
+    IfExpressionNode(const ExpressionPtr& test, const ExpressionPtr& thenBranch,
+                     const ExpressionPtr& elseBranch)
+        : ResultTypeNode(ExpressionKind::ifExpression),
+          test_(test),
+          then_(thenBranch),
+          else_(elseBranch) {}
+    void accept(ASTVisitor& visitor) override;
+
+    const ExpressionPtr& getTest() const { return test_; }
+    const ExpressionPtr& getThen() const { return then_; }
+    const ExpressionPtr& getElse() const { return else_; }
+
+private:
+    ExpressionPtr test_;
+    ExpressionPtr then_;
+    ExpressionPtr else_;
+};
+
+/// "(a, b, c)".
+class TupleExpressionNode : public ExpressionNode {
+public:
+    TupleExpressionNode() : ExpressionNode(ExpressionKind::tupleExpression) {}
+    explicit TupleExpressionNode(std::vector<ExpressionPtr> elements)
+        : ExpressionNode(ExpressionKind::tupleExpression), elements_(std::move(elements)) {}
+    void accept(ASTVisitor& visitor) override;
+
+    const std::vector<ExpressionPtr>& getElements() const { return elements_; }
+    void addElement(const ExpressionPtr& element) { elements_.push_back(element); }
+
+private:
+    std::vector<ExpressionPtr> elements_;
+};
+
+/// "()".
+class UnitExpressionNode : public ExpressionNode {
+public:
+    UnitExpressionNode() : ExpressionNode(ExpressionKind::unitExpression) {}
+    void accept(ASTVisitor& visitor) override;
+};
+
+/// A pattern, without its quotes.
+class RegExpConstantNode : public ExpressionNode {
+public:
+    explicit RegExpConstantNode(const std::string& text)
+        : ExpressionNode(ExpressionKind::regExpConstant), text_(text) {}
+    void accept(ASTVisitor& visitor) override;
+
+    const std::string& getText() const { return text_; }
+
+private:
+    std::string text_;
+};
+
+/// A text, without its quotes and with its escapes replaced.
+class StringConstantNode : public ExpressionNode {
+public:
+    explicit StringConstantNode(const std::string& text)
+        : ExpressionNode(ExpressionKind::stringConstant), text_(text) {}
+    void accept(ASTVisitor& visitor) override;
+
+    const std::string& getText() const { return text_; }
+
+private:
+    std::string text_;
+};
+
+class IntegerConstantNode : public ExpressionNode {
+public:
+    explicit IntegerConstantNode(std::int32_t value)
+        : ExpressionNode(ExpressionKind::integerConstant), value_(value) {}
+    void accept(ASTVisitor& visitor) override;
+
+    std::int32_t getValue() const { return value_; }
+
+private:
+    std::int32_t value_;
+};
+
+class RealConstantNode : public ExpressionNode {
+public:
+    explicit RealConstantNode(double value)
+        : ExpressionNode(ExpressionKind::realConstant), value_(value) {}
+    void accept(ASTVisitor& visitor) override;
+
+    double getValue() const { return value_; }
+
+private:
+    double value_;
+};
+
+class BooleanConstantNode : public ExpressionNode {
+public:
+    explicit BooleanConstantNode(bool value)
+        : ExpressionNode(ExpressionKind::booleanConstant), value_(value) {}
+    void accept(ASTVisitor& visitor) override;
+
+    bool getValue() const { return value_; }
+
+private:
+    bool value_;
+};
+
+/// A variable, or the objects that a path of associations reaches from it.
+class PathNode : public ExpressionNode {
+public:
+    explicit PathNode(const std::string& anchor, const AssociationPtr& association = {})
+        : ExpressionNode(ExpressionKind::path), anchor_(anchor), association_(association) {}
+    /// A path from a predefined anchor; a kind that is none of the three stands for "this".
+    explicit PathNode(AnchorKind anchorKind, const AssociationPtr& association = {});
+    void accept(ASTVisitor& visitor) override;
+
+    /// The name of the variable or label at which the path starts.
+    const std::string& getAnchor() const { return anchor_; }
+    /// Whether the path starts at the predefined anchor of that kind, however it was built.
+    bool isAnchor(AnchorKind anchorKind) const;
+
+    const AssociationPtr& getAssociation() const { return association_; }
+
+    /// The variable at which the path starts; set by the type checker.
+    const OrvCountedPtr<VariableSymbol>& getAnchorVariable() const { return anchorVariable_; }
+    void setAnchorVariable(const OrvCountedPtr<VariableSymbol>& symbol) {
+        anchorVariable_ = symbol;
+    }
+
+private:
+    std::string anchor_;
+    AssociationPtr association_;
+    OrvCountedPtr<VariableSymbol> anchorVariable_;
+};
+
+/// The name of a predefined anchor.
+const std::string& anchorName(AnchorKind anchorKind);

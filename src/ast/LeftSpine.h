@@ -1,0 +1,36 @@
+// The chain of binary expressions that leans to the left below one of them.
+#pragma once
+
+#include <cstddef>
+#include <iterator>
+#include <vector>
+
+#include "ast/ExpressionNode.h"
+
+/// The binary expressions from `top` down through left operands, as long as these are binary
+/// expressions too. Chains of left-associative operators are as long as a text, and visitors
+/// handle them in a loop: from the top down, then the innermost left operand, then upward the
+/// right ones. Borrows the nodes; made on the stack for one visit.
+class LeftSpine {
+public:
+    explicit LeftSpine(BinaryExpressionNode& top) {
+        ExpressionNode* next = &top;
+        while (next != nullptr && next->getExpressionKind() == ExpressionKind::binaryExpression) {
+            nodes_.push_back(static_cast<BinaryExpressionNode*>(next));
+            next = nodes_.back()->getLhs().get();
+        }
+    }
+
+    /// The nodes from the top down.
+    auto begin() const { return nodes_.begin(); }
+    auto end() const { return nodes_.end(); }
+    /// The nodes from the innermost up.
+    auto rbegin() const { return nodes_.rbegin(); }
+    auto rend() const { return nodes_.rend(); }
+
+    /// The left operand of the innermost node.
+    const ExpressionPtr& innermostOperand() const { return nodes_.back()->getLhs(); }
+
+private:
+    std::vector<BinaryExpressionNode*> nodes_;
+};

@@ -1,0 +1,103 @@
+// The runtime of the lexer: position, token text, the loop that drives an automaton, and errors.
+#pragma once
+
+#include <cstddef>
+#include <iosfwd>
+#include <string>
+
+#include "parser/ColumnToken.h"
+#include "parser/DLGStringInput.h"
+
+/// Where a piece of the text stands that the lexer dropped as invalid.
+struct InvalidToken {
+    int line;
+    int column;              ///< of the first character of the token that it was to be part of
+    std::size_t offset;      ///< the first byte dropped
+    std::size_t endOffset;   ///< one past the last byte dropped
+    int stopColumn;          ///< of the character at which the automaton stopped
+    std::size_t stopOffset;  ///< of that character, or of the end of the text
+};
+
+/// Runs an automaton over the input, one token a call.
+///
+/// A token is the longest run of characters that the automaton has transitions for; there is no
+/// going back. The state then reached names the action: return a token, skip the lexeme, or keep
+/// its text and go on with the same lexeme. A state that accepts nothing is an error: a line goes
+/// to the error stream, the character at which the automaton stopped is dropped with the text
+/// gathered so far, and scanning goes on in the same mode.
+///
+/// Made on the stack for one text; the input and the error stream must outlive it.
+class DLGLexerBase {
+public:
+    /// Throws OrvException "No input stream." where `input` is null. `bufferSize` is the token
+    /// length, in characters, for which room is made beforehand.
+    DLGLexerBase(DLGStringInput* input, std::size_t bufferSize, std::ostream& errorStream);
+    DLGLexerBase(const DLGLexerBase&) = delete;
+    DLGLexerBase& operator=(const DLGLexerBase&) = delete;
+    virtual ~DLGLexerBase();
+
+    /// The next token, made by `tokenTemplate`; the end of input again and again after the last.
+    TokenPtr nextToken(const ColumnToken& tokenTemplate);
+
+    /// How many invalid tokens were dropped.
+    int lexicalErrorCount() const { return lexicalErrorCount_; }
+
+    /// The current mode, from 0. Changing it throws ParseException for a mode of 5 or more.
+    int mode() const { return mode_; }
+    void setMode(int mode);
+
+    /// The place of the current token, for what is thrown while it is scanned.
+    int line() const { return line_; }
+    int beginColumn() const { return beginColumn_; }
+    std::size_t beginOffset() const { return beginOffset_; }
+
+protected:
+    /// What an action decides about the lexeme that was recognised.
+    enum class Outcome { token, skip, more };
+
+    static constexpr int modeCount = 5;
+
+    /// The state in which a lexeme of the mode starts.
+    virtual int startState(int mode) const = 0;
+    /// The state after reading `byte` in `state`; negative where there is no transition.
+    virtual int transition(int state, int byte) const = 0;
+    /// Runs the action of the state at which the automaton stopped, for a state that has one;
+    /// `number` is the token to return, and may be changed.
+    virtual Outcome act(int& number) = 0;
+    /// The number of the token that a state accepts; TOKEN_INVALID for none.
+    virtual int acceptedToken(int state) const = 0;
+    /// Runs the action of the end of the input, met where a lexeme would start.
+    virtual Outcome actAtEnd(int& number) = 0;
+
+    /// Called for each piece of text that is dropped; writes "invalid token near line LINE (text
+    /// was 'TEXT')" and a line end to the error stream.
+    virtual void reportInvalid(const InvalidToken& invalid);
+
+    /// Throws ParseException with the message and the current text, at the current token.
+    [[noreturn]] void fail(const std::string& message) const;
+
+    // What actions work on.
+    std::string& text() { return text_; }
+    const std::string& text() const { return text_; }
+    /// Puts `replacement` in place of the last `length` characters of the text.
+    void replaceEnd(std::size_t length, const char* replacement);
+    /// Counts a line feed that was read, or a tab: the next column is a tab stop's.
+    void newline();
+    void tab();
+
+private:
+    void beginLexeme();
+    int runAutomaton();
+    void dropInvalid();
+    TokenPtr makeToken(const ColumnToken& tokenTemplate, int number);
+
+    DLGStringInput* input_;
+    std::ostream& errorStream_;
+    std::string text_;
+    int mode_ = 0;
+    int line_ = 1;
+    int endColumn_ = 0;
+    int beginColumn_ = 1;
+    std::size_t beginOffset_ = 0;
+    int lexicalErrorCount_ = 0;
+};

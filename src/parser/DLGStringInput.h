@@ -1,0 +1,22 @@
+// The input of a lexer: a text in memory.
+#pragma once
+
+#include <cstddef>
+
+/// Gives the bytes of a C string one after the other, up to its NUL. Borrows the text.
+class DLGStringInput {
+public:
+    explicit DLGStringInput(const char* text) : start_(text), next_(text) {}
+
+    /// The next byte without taking it, from 0 to 255; -1 at the end.
+    int peek() const { return *next_ != '\0' ? static_cast<unsigned char>(*next_) : -1; }
+    /// Takes the byte that peek() shows, which is not the end.
+    void advance() { ++next_; }
+
+    /// How many bytes were taken.
+    std::size_t offset() const { return static_cast<std::size_t>(next_ - start_); }
+
+private:
+    const char* start_;
+    const char* next_;
+};

@@ -1,0 +1,674 @@
+// One operation a rule, from the loosest binding to the tightest. Each decides by the next token,
+// but for what starts with an identifier, where the token after it is looked at as well. An
+// operation that reads left-associative operators loops; one that recurses enters a level, which
+// is where depth is limited. A syntax error is an exception of the parser's own, which the start
+// rule turns into a message.
+#include "parser/SyntaxParser.h"
+
+#include <algorithm>
+#include <charconv>
+#include <utility>
+
+#include "foundation/TextOutput.h"
+#include "parser/DLGLexer.h"
+#include "support/OrvStack.h"
+#include "support/ParseException.h"
+
+/// Leaves the parser as soon as a token does not fit; caught by the start rule.
+struct SyntaxParser::SyntaxError {
+    std::string message;
+    Position position;
+};
+
+/// Restores the depth that was reached when it was made.
+class SyntaxParser::Level {
+public:
+    explicit Level(SyntaxParser& parser) : depth_(parser.depth_), outer_(parser.depth_) {}
+    Level(const Level&) = delete;
+    Level& operator=(const Level&) = delete;
+    ~Level() { depth_ = outer_; }
+
+private:
+    int& depth_;
+    int outer_;
+};
+
+namespace {
+
+// A text that a message quotes, cut where it is long.
+std::string quoted(std::string_view text) {
+    constexpr std::size_t longest = 40;
+    std::string result;
+    appendJsonString(result, text.substr(0, longest));
+    return text.size() <= longest ? result : result + "...";
+}
+
+std::string describe(const ColumnToken& token) {
+    switch (token.getNumber()) {
+        case TOKEN_EOF:
+            return "the end of the text";
+        case TOKEN_STRING_LITERAL:
+            return "the string " + quoted(token.getText());
+        case TOKEN_ASSOCIATION_NAME:
+            return "the association name " + quoted(token.getText());
+        case TOKEN_REGULAR_EXPRESSION:
+            return "the pattern " + quoted(token.getText());
+        default:
+            return quoted(token.getText());
+    }
+}
+
+bool isRelationalOperator(int tokenNumber) {
+    return tokenNumber >= TOKEN_EQUAL && tokenNumber <= TOKEN_GREATER_EQUAL;
+}
+
+bool isConversion(int tokenNumber) {
+    return tokenNumber >= TOKEN_STRING && tokenNumber <= TOKEN_BOOLEAN;
+}
+
+bool isQuantified(int tokenNumber) {
+    return tokenNumber == TOKEN_FOR_ALL || tokenNumber == TOKEN_THERE_EXISTS ||
+           tokenNumber == TOKEN_LET || tokenNumber == TOKEN_IF;
+}
+
+bool isConstant(int tokenNumber) {
+    return tokenNumber == TOKEN_INTEGER_LITERAL || tokenNumber == TOKEN_REAL_LITERAL ||
+           tokenNumber == TOKEN_STRING_LITERAL || tokenNumber == TOKEN_REGULAR_EXPRESSION ||
+           tokenNumber == TOKEN_TRUE || tokenNumber == TOKEN_FALSE;
+}
+
+bool canBeginPath(int tokenNumber) {
+    return (tokenNumber >= TOKEN_THIS && tokenNumber <= TOKEN_MODEL) || tokenNumber == TOKEN_AT ||
+           tokenNumber == TOKEN_CARET || tokenNumber == TOKEN_UNDERSCORE ||
+           tokenNumber == TOKEN_ASSOCIATION_NAME || tokenNumber == TOKEN_VARIABLE_OR_FUNCTION;
+}
+
+bool canBeginPrimary(int tokenNumber) {
+    return tokenNumber == TOKEN_LEFT_PARENTHESIS || tokenNumber == TOKEN_DOLLAR ||
+           (tokenNumber >= TOKEN_MAP && tokenNumber <= TOKEN_SORTD) || isConstant(tokenNumber) ||
+           isConversion(tokenNumber) || canBeginPath(tokenNumber);
+}
+
+}  // namespace
+
+SyntaxParser::SyntaxParser(ColumnTokenBuffer& buffer, ExprParserDialogs& dialogs)
+    : buffer_(buffer), dialogs_(dialogs) {}
+
+void SyntaxParser::init() { depth_ = 0; }
+
+OrvCountedPtr<SpecificationNode> SyntaxParser::parse(ExprParserDialogs& dialogs, const char* text,
+                                                     std::ostream& errorStream) {
+    DLGStringInput input(text);
+    DLGLexer lexer(&input, DLGLexer::defaultBufferSize, errorStream);
+    ColumnTokenBuffer buffer(lexer, ColumnTokenBuffer::defaultDepth,
+                             ColumnTokenBuffer::defaultChunk);
+    const ColumnToken tokenTemplate;
+    buffer.setTemplate(tokenTemplate);
+    SyntaxParser parser(buffer, dialogs);
+    parser.init();
+    return parser.specification();
+}
+
+template <class Node, class... Fields>
+OrvCountedPtr<Node> SyntaxParser::makeNode(Position position, Fields&&... fields) {
+    OrvCountedPtr<Node> node(new Node(std::forward<Fields>(fields)...));
+    node->setPosition(position.line, position.column);
+    return node;
+}
+
+// ---------------------------------------------------------------- tokens, levels and errors
+
+bool SyntaxParser::isNext(std::initializer_list<int> tokenNumbers) {
+    return std::find(tokenNumbers.begin(), tokenNumbers.end(), look().getNumber()) !=
+           tokenNumbers.end();
+}
+
+SyntaxParser::Position SyntaxParser::position() { return {look().getLine(), look().getColumn()}; }
+
+SyntaxParser::Position SyntaxParser::skip() {
+    const TokenPtr token = buffer_.take();
+    return {token->getLine(), token->getColumn()};
+}
+
+SyntaxParser::Position SyntaxParser::expect(int tokenNumber, bool afterOperand) {
+    if (!isNext(tokenNumber)) {
+        const std::string expected = quoted(tokenName(tokenNumber));
+        if (afterOperand) {
+            failAfterOperand(expected);
+        }
+        fail(expected);
+    }
+    return skip();
+}
+
+std::string SyntaxParser::identifier() {
+    if (!isNext(TOKEN_VARIABLE_OR_FUNCTION)) {
+        fail("a name");
+    }
+    return buffer_.take()->getText();
+}
+
+void SyntaxParser::enterLevel() {
+    if (++depth_ > maximumDepth || !OrvStack::hasRoom()) {
+        const Position here = position();
+        throwLogged(ParseException("Expression is nested too deeply.", here.line, here.column));
+    }
+}
+
+void SyntaxParser::fail(const std::string& expected, const std::string& hint) {
+    throw SyntaxError{"Expected " + expected + ", but found " + describe(look()) + "." + hint,
+                      position()};
+}
+
+void SyntaxParser::failAtOperand() {
+    if (isQuantified(look().getNumber())) {
+        const std::string& word = look().getText();
+        throw SyntaxError{
+            "As an operand, \"" + word + "\" needs parentheses: write \"(" + word + " ...)\".",
+            position()};
+    }
+    fail("an expression");
+}
+
+void SyntaxParser::failAfterOperand(const std::string& expected) {
+    if (isRelationalOperator(look().getNumber())) {
+        fail(expected, " Comparisons do not chain: put one of them in parentheses.");
+    }
+    if (isNext(TOKEN_BAR_ARROW)) {
+        fail(expected, " \"|=>\" takes two operands: put two of them in parentheses.");
+    }
+    fail(expected);
+}
+
+// ---------------------------------------------------------------- rules
+
+// specification: expression EOF
+OrvCountedPtr<SpecificationNode> SyntaxParser::specification() {
+    try {
+        const Position start = position();
+        const ExpressionPtr whole = expression();
+        if (!isNext(TOKEN_EOF)) {
+            failAfterOperand("an operator or the end of the text");
+        }
+        return makeNode<SpecificationNode>(start, whole);
+    } catch (const SyntaxError& error) {
+        dialogs_.showMessage(error.position.line, error.position.column, "ExprParser",
+                             error.message, ExprParserDialogs::Error, false);
+        return {};
+    }
+}
+
+// expression: quantified [ "|=>" quantified ]
+ExpressionPtr SyntaxParser::expression() {
+    ExpressionPtr left = quantified();
+    if (!isNext(TOKEN_BAR_ARROW)) {
+        return left;
+    }
+    const Position at = skip();
+    const auto operands = makeNode<TupleExpressionNode>(at);
+    operands->addElement(left);
+    operands->addElement(quantified());
+    return makeNode<ApplicationExpressionNode>(at, "alternation", operands);
+}
+
+ExpressionPtr SyntaxParser::nestedExpression() {
+    const Level level(*this);
+    enterLevel();
+    return expression();
+}
+
+ExpressionPtr SyntaxParser::nestedQuantified() {
+    const Level level(*this);
+    enterLevel();
+    return quantified();
+}
+
+// quantified: "for_all" NAME "in" expression "=>" quantified
+//           | "there_exists" NAME "in" expression "=>" quantified
+//           | "let" NAME "=" expression "in" quantified
+//           | "if" expression "then" expression "else" quantified
+//           | implication
+ExpressionPtr SyntaxParser::quantified() {
+    switch (look().getNumber()) {
+        case TOKEN_FOR_ALL:
+            return quantifier<UniversalQuantifierNode>();
+        case TOKEN_THERE_EXISTS:
+            return quantifier<ExistentialQuantifierNode>();
+        case TOKEN_LET:
+            return letExpression();
+        case TOKEN_IF:
+            return ifExpression();
+        default:
+            return implication();
+    }
+}
+
+template <class Quantifier>
+ExpressionPtr SyntaxParser::quantifier() {
+    const Position at = skip();
+    const std::string name = identifier();
+    expect(TOKEN_IN);
+    const ExpressionPtr source = nestedExpression();
+    expect(TOKEN_DOUBLE_ARROW, true);
+    const ExpressionPtr body = nestedQuantified();
+    return makeNode<Quantifier>(at, name, source, body);
+}
+
+ExpressionPtr SyntaxParser::letExpression() {
+    const Position at = skip();
+    const std::string name = identifier();
+    expect(TOKEN_EQUAL);
+    const ExpressionPtr source = nestedExpression();
+    expect(TOKEN_IN, true);
+    const ExpressionPtr body = nestedQuantified();
+    return makeNode<LetExpressionNode>(at, name, source, body);
+}
+
+ExpressionPtr SyntaxParser::ifExpression() {
+    const Position at = skip();
+    const ExpressionPtr test = nestedExpression();
+    expect(TOKEN_THEN, true);
+    const ExpressionPtr thenBranch = nestedExpression();
+    expect(TOKEN_ELSE, true);
+    const ExpressionPtr elseBranch = nestedQuantified();
+    return makeNode<IfExpressionNode>(at, test, thenBranch, elseBranch);
+}
+
+// implication: disjunction [ "implies" implication ]
+ExpressionPtr SyntaxParser::implication() {
+    ExpressionPtr left = disjunction();
+    if (!isNext(TOKEN_IMPLIES)) {
+        return left;
+    }
+    const Level level(*this);
+    enterLevel();
+    const Position at = skip();
+    const ExpressionPtr right = implication();
+    return makeNode<BinaryExpressionNode>(at, BinaryOperator::IMPLIES, left, right);
+}
+
+// disjunction: conjunction ( "or" conjunction )*
+ExpressionPtr SyntaxParser::disjunction() {
+    ExpressionPtr left = conjunction();
+    while (isNext(TOKEN_OR)) {
+        const Position at = skip();
+        const ExpressionPtr right = conjunction();
+        left = makeNode<BinaryExpressionNode>(at, BinaryOperator::OR, left, right);
+    }
+    return left;
+}
+
+// conjunction: relation ( "and" relation )*
+ExpressionPtr SyntaxParser::conjunction() {
+    ExpressionPtr left = relation();
+    while (isNext(TOKEN_AND)) {
+        const Position at = skip();
+        const ExpressionPtr right = relation();
+        left = makeNode<BinaryExpressionNode>(at, BinaryOperator::AND, left, right);
+    }
+    return left;
+}
+
+// relation: sum [ ( "=" | "<>" | "~=" | "~<>" | "<" | "<=" | ">" | ">=" ) sum ]
+ExpressionPtr SyntaxParser::relation() {
+    ExpressionPtr left = sum();
+    const int tokenNumber = look().getNumber();
+    if (!isRelationalOperator(tokenNumber)) {
+        return left;
+    }
+    const Position at = skip();
+    const ExpressionPtr right = sum();
+    // Tokens and operators stand in the same order.
+    const auto op = static_cast<RelationalOperator>(tokenNumber - TOKEN_EQUAL);
+    return makeNode<RelationalExpressionNode>(at, op, left, right);
+}
+
+// sum: product ( ( "+" | "-" ) product )*
+ExpressionPtr SyntaxParser::sum() {
+    ExpressionPtr left = product();
+    while (isNext({TOKEN_PLUS, TOKEN_MINUS})) {
+        const auto op = isNext(TOKEN_PLUS) ? BinaryOperator::ADD : BinaryOperator::SUBTRACT;
+        const Position at = skip();
+        const ExpressionPtr right = product();
+        left = makeNode<BinaryExpressionNode>(at, op, left, right);
+    }
+    return left;
+}
+
+// product: unary ( ( "*" | "/" ) unary )*
+ExpressionPtr SyntaxParser::product() {
+    ExpressionPtr left = unary();
+    while (isNext({TOKEN_STAR, TOKEN_SLASH})) {
+        const auto op = isNext(TOKEN_STAR) ? BinaryOperator::MULTIPLY : BinaryOperator::DIVIDE;
+        const Position at = skip();
+        const ExpressionPtr right = unary();
+        left = makeNode<BinaryExpressionNode>(at, op, left, right);
+    }
+    return left;
+}
+
+// unary: "not" unary | "-" unary | primary
+ExpressionPtr SyntaxParser::unary() {
+    if (isNext(TOKEN_NOT)) {
+        return prefixed(UnaryOperator::NOT);
+    }
+    return isNext(TOKEN_MINUS) ? prefixed(UnaryOperator::MINUS) : primary();
+}
+
+ExpressionPtr SyntaxParser::prefixed(UnaryOperator op) {
+    const Level level(*this);
+    enterLevel();
+    const Position at = skip();
+    const ExpressionPtr operand = unary();
+    return makeNode<UnaryExpressionNode>(at, op, operand);
+}
+
+// primary: parentheses | constant | attribute | conversion | application | map | filter | traverse
+//        | sort | path
+// conversion: ( "string" | "integer" | "real" | "boolean" ) primary
+// application: NAME primary
+ExpressionPtr SyntaxParser::primary() {
+    const int tokenNumber = look().getNumber();
+    if (isConversion(tokenNumber) ||
+        (tokenNumber == TOKEN_VARIABLE_OR_FUNCTION && canBeginPrimary(look(2).getNumber()))) {
+        return application();
+    }
+    switch (tokenNumber) {
+        case TOKEN_LEFT_PARENTHESIS:
+            return parentheses();
+        case TOKEN_DOLLAR:
+            return attribute();
+        case TOKEN_MAP:
+            return iteration<MapExpressionNode>();
+        case TOKEN_FILTER:
+            return iteration<FilterExpressionNode>();
+        case TOKEN_TRAVERSE:
+            return iteration<TraverseExpressionNode>();
+        case TOKEN_SORT:
+        case TOKEN_SORTD:
+            return sort();
+        default:
+            break;
+    }
+    return isConstant(tokenNumber) ? constant() : path();
+}
+
+ExpressionPtr SyntaxParser::nestedPrimary() {
+    const Level level(*this);
+    enterLevel();
+    return primary();
+}
+
+// parentheses: "(" ")" | "(" expression ")" | "(" expression ( "," expression )+ ")"
+ExpressionPtr SyntaxParser::parentheses() {
+    const Level level(*this);
+    enterLevel();
+    const Position at = skip();
+    if (isNext(TOKEN_RIGHT_PARENTHESIS)) {
+        skip();
+        return makeNode<UnitExpressionNode>(at);
+    }
+    ExpressionPtr first = expression();
+    if (isNext(TOKEN_RIGHT_PARENTHESIS)) {
+        skip();
+        return first;
+    }
+    const auto tuple = makeNode<TupleExpressionNode>(at);
+    tuple->addElement(first);
+    while (isNext(TOKEN_COMMA)) {
+        skip();
+        tuple->addElement(expression());
+    }
+    if (!isNext(TOKEN_RIGHT_PARENTHESIS)) {
+        failAfterOperand("\",\" or \")\"");
+    }
+    skip();
+    return tuple;
+}
+
+// constant: INTEGER_LITERAL | REAL_LITERAL | STRING_LITERAL | RegularExpression | "true" | "false"
+ExpressionPtr SyntaxParser::constant() {
+    if (isNext(TOKEN_INTEGER_LITERAL)) {
+        return integerLiteral();
+    }
+    if (isNext(TOKEN_REAL_LITERAL)) {
+        return realLiteral();
+    }
+    const Position at = position();
+    const TokenPtr token = buffer_.take();
+    switch (token->getNumber()) {
+        case TOKEN_STRING_LITERAL:
+            return makeNode<StringConstantNode>(at, token->getText());
+        case TOKEN_REGULAR_EXPRESSION:
+            return makeNode<RegExpConstantNode>(at, token->getText());
+        default:
+            return makeNode<BooleanConstantNode>(at, token->getNumber() == TOKEN_TRUE);
+    }
+}
+
+ExpressionPtr SyntaxParser::integerLiteral() {
+    const Position at = position();
+    const TokenPtr token = buffer_.take();
+    const std::string& digits = token->getText();
+    std::int32_t value = 0;
+    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    if (result.ec != std::errc()) {
+        throwLogged(ParseException(
+            "The integer " + quoted(digits) + " is too large; the largest is 2147483647.", at.line,
+            at.column));
+    }
+    return makeNode<IntegerConstantNode>(at, value);
+}
+
+ExpressionPtr SyntaxParser::realLiteral() {
+    const Position at = position();
+    const TokenPtr token = buffer_.take();
+    const std::string& digits = token->getText();
+    double value = 0.0;
+    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    // Out of range is too large, unless nothing but zeros stands before the point.
+    if (result.ec != std::errc() && digits.find_first_not_of('0') < digits.find('.')) {
+        throwLogged(
+            ParseException("The real " + quoted(digits) + " is too large.", at.line, at.column));
+    }
+    return makeNode<RealConstantNode>(at, value);
+}
+
+// attribute: "$" NAME [ "of" primary ]
+ExpressionPtr SyntaxParser::attribute() {
+    const Position at = skip();
+    const Position nameAt = position();
+    const auto name = makeNode<StringConstantNode>(nameAt, identifier());
+    const auto arguments = makeNode<TupleExpressionNode>(at);
+    arguments->addElement(name);
+    if (isNext(TOKEN_OF)) {
+        skip();
+        arguments->addElement(nestedPrimary());
+    } else {
+        arguments->addElement(makeNode<PathNode>(at, AnchorKind::CURRENT));
+    }
+    return makeNode<ApplicationExpressionNode>(at, "attribute", arguments);
+}
+
+ExpressionPtr SyntaxParser::application() {
+    const Position at = position();
+    const std::string name = buffer_.take()->getText();
+    const ExpressionPtr argument = nestedPrimary();
+    return makeNode<ApplicationExpressionNode>(at, name, argument);
+}
+
+ExpressionPtr SyntaxParser::bracedExpression() {
+    expect(TOKEN_LEFT_BRACE);
+    ExpressionPtr inner = nestedExpression();
+    expect(TOKEN_RIGHT_BRACE, true);
+    return inner;
+}
+
+// map, filter, traverse: KEYWORD "{" expression "}" "over" primary
+template <class Iteration>
+ExpressionPtr SyntaxParser::iteration() {
+    const Position at = skip();
+    const ExpressionPtr inner = bracedExpression();
+    expect(TOKEN_OVER);
+    const ExpressionPtr source = nestedPrimary();
+    return makeNode<Iteration>(at, inner, source);
+}
+
+// sort: sort-key ( "&" sort-key )* "over" primary
+ExpressionPtr SyntaxParser::sort() {
+    const Position at = position();
+    std::vector<SortKey> keys;
+    keys.push_back(sortKey());
+    while (isNext(TOKEN_AMPERSAND)) {
+        skip();
+        keys.push_back(sortKey());
+    }
+    if (!isNext(TOKEN_OVER)) {
+        fail("\"&\" or \"over\"");
+    }
+    skip();
+    const ExpressionPtr source = nestedPrimary();
+    return makeNode<SortExpressionNode>(at, std::move(keys), source);
+}
+
+// sort-key: ( "sort" | "sortd" ) "{" expression "}"
+SortKey SyntaxParser::sortKey() {
+    if (!isNext({TOKEN_SORT, TOKEN_SORTD})) {
+        fail("\"sort\" or \"sortd\"");
+    }
+    const bool isAscending = isNext(TOKEN_SORT);
+    skip();
+    return SortKey(bracedExpression(), isAscending);
+}
+
+// path: anchor [ "->" chain ] | chain
+ExpressionPtr SyntaxParser::path() {
+    const int tokenNumber = look().getNumber();
+    if (!canBeginPath(tokenNumber)) {
+        failAtOperand();
+    }
+    const bool isAnchor = tokenNumber >= TOKEN_THIS && tokenNumber <= TOKEN_MODEL;
+    const bool isName =
+        tokenNumber == TOKEN_VARIABLE_OR_FUNCTION && look(2).getNumber() != TOKEN_COLON;
+    return isAnchor || isName ? anchoredPath() : unanchoredPath();
+}
+
+// anchor: "this" | "current" | "model" | NAME
+ExpressionPtr SyntaxParser::anchoredPath() {
+    const Position at = position();
+    const std::string anchor = buffer_.take()->getText();
+    if (!isNext(TOKEN_ARROW)) {
+        return makeNode<PathNode>(at, anchor);
+    }
+    skip();
+    const AssociationPtr steps = chain();
+    return makeNode<PathNode>(at, anchor, steps);
+}
+
+ExpressionPtr SyntaxParser::unanchoredPath() {
+    const Position at = position();
+    const AssociationPtr steps = chain();
+    return makeNode<PathNode>(at, AnchorKind::CURRENT, steps);
+}
+
+// Steps and alternatives each enter a level and leave it with the path: nested or in a row, they
+// make the tree deeper.
+AssociationPtr SyntaxParser::chain() {
+    const Level level(*this);
+    return chainSteps().first;
+}
+
+// chain: step ( "->" step )*
+SyntaxParser::Chain SyntaxParser::chainSteps() {
+    Chain steps = step();
+    while (isNext(TOKEN_ARROW)) {
+        skip();
+        Chain next = step();
+        for (AssociationNode* end : steps.ends) {
+            end->setChild(next.first);
+        }
+        steps.ends = std::move(next.ends);
+    }
+    return steps;
+}
+
+// step: definition | reference | group
+SyntaxParser::Chain SyntaxParser::step() {
+    enterLevel();
+    if (isNext(TOKEN_LEFT_PARENTHESIS)) {
+        return group();
+    }
+    return isNext(TOKEN_AT) ? reference() : definition();
+}
+
+// group: "(" chain ( ";" chain )* ")"
+SyntaxParser::Chain SyntaxParser::group() {
+    Chain all;
+    std::vector<AssociationPtr> alternatives;
+    do {
+        skip();
+        Chain alternative = chainSteps();
+        alternatives.push_back(alternative.first);
+        all.ends.insert(all.ends.end(), alternative.ends.begin(), alternative.ends.end());
+    } while (isNext(TOKEN_SEMICOLON));
+    if (!isNext(TOKEN_RIGHT_PARENTHESIS)) {
+        fail("\"->\", \";\" or \")\"");
+    }
+    skip();
+    all.first = joinAlternatives(alternatives);
+    return all;
+}
+
+// Makes the alternatives siblings. Those that begin with a reference come last: passes that do not
+// look below a reference then still reach every definition.
+AssociationPtr SyntaxParser::joinAlternatives(const std::vector<AssociationPtr>& alternatives) {
+    std::vector<AssociationPtr> siblings;
+    for (const AssociationPtr& alternative : alternatives) {
+        for (AssociationPtr step = alternative; step; step = step->getSibling()) {
+            siblings.push_back(step);
+        }
+    }
+    std::stable_partition(siblings.begin(), siblings.end(), [](const AssociationPtr& step) {
+        return step->getAssociationKind() == AssociationKind::definition;
+    });
+    for (std::size_t i = 0; i < siblings.size(); ++i) {
+        siblings[i]->setSibling(i + 1 < siblings.size() ? siblings[i + 1] : AssociationPtr());
+    }
+    return siblings.front();
+}
+
+// reference: "@" NAME
+SyntaxParser::Chain SyntaxParser::reference() {
+    const Position at = skip();
+    const AssociationPtr node = makeNode<ReferenceAssociationNode>(at, identifier());
+    return {node, {node.get()}};
+}
+
+// definition: [ NAME ":" ] [ "^" ] [ "_" ] AssociationName [ "{" expression "}" ]
+SyntaxParser::Chain SyntaxParser::definition() {
+    const Position at = position();
+    std::string label;
+    if (isNext(TOKEN_VARIABLE_OR_FUNCTION)) {
+        label = identifier();
+        expect(TOKEN_COLON);
+    }
+    const bool addToResult = isNext(TOKEN_CARET);
+    if (addToResult) {
+        skip();
+    }
+    const bool depthFirst = isNext(TOKEN_UNDERSCORE);
+    if (depthFirst) {
+        skip();
+    }
+    if (!isNext(TOKEN_ASSOCIATION_NAME)) {
+        fail("an association name in brackets");
+    }
+    const auto node = makeNode<DefinitionAssociationNode>(at, buffer_.take()->getText());
+    node->setLabel(label);
+    node->setAddToResult(addToResult);
+    node->setDepthFirstEvaluation(depthFirst);
+    if (isNext(TOKEN_LEFT_BRACE)) {
+        node->setCondition(bracedExpression());
+    }
+    return {node, {node.get()}};
+}

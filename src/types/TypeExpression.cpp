@@ -1,0 +1,126 @@
+#include "types/TypeExpression.h"
+
+#include <algorithm>
+
+#include "foundation/OrvConverter.h"
+#include "foundation/OrvPinnedRegistry.h"
+
+namespace {
+
+template <class Type>
+const Type* as(const TypePtr& type) {
+    return Type::classof(*type) ? static_cast<const Type*>(type.get()) : nullptr;
+}
+
+/// Pins the components of a type and then the type itself.
+class PinVisitor : public TypeExpressionVisitor {
+public:
+    void visitTypeError(const TETypeError& /*type*/) override {}
+    void visitBaseType(const TEBaseType& /*type*/) override {}
+    void visitCollection(const TECollection& type) override { pinType(type.getElementType()); }
+    void visitProduct(const TEProduct& type) override {
+        for (std::size_t i = 0; i < type.size(); ++i) {
+            pinType(type.component(i));
+        }
+    }
+    void visitFunction(const TEFunction& type) override {
+        pinType(type.getDomain());
+        pinType(type.getRange());
+    }
+};
+
+template <BaseTypeKind kind>
+const TypePtr& sharedBaseType() {
+    static const TypePtr type = pinType(TypePtr(new TEBaseType(kind)));
+    return type;
+}
+
+TypePtr makeCollection(BaseTypeKind elementKind) {
+    return TypePtr(new TECollection(TypePtr(new TEBaseType(elementKind))));
+}
+
+}  // namespace
+
+TypePtr pinType(const TypePtr& type) noexcept {
+    PinVisitor visitor;
+    type->accept(visitor);
+    return OrvPinnedRegistry::instance().pin(type);
+}
+
+TypeExpression::~TypeExpression() = default;
+TypeExpressionVisitor::~TypeExpressionVisitor() = default;
+
+bool TETypeError::equals(const TypePtr& other) const {
+    return other->getTypeKind() == TypeKind::typeError;
+}
+
+bool TEBaseType::equals(const TypePtr& other) const {
+    const TEBaseType* const base = as<TEBaseType>(other);
+    return base != nullptr && base->baseKind_ == baseKind_;
+}
+
+bool TECollection::equals(const TypePtr& other) const {
+    const TECollection* const collection = as<TECollection>(other);
+    return collection != nullptr && elementType_->equals(collection->elementType_);
+}
+
+bool TEProduct::equals(const TypePtr& other) const {
+    const TEProduct* const product = as<TEProduct>(other);
+    return product != nullptr &&
+           std::equal(components_.begin(), components_.end(), product->components_.begin(),
+                      product->components_.end(), [](const TypePtr& left, const TypePtr& right) {
+                          return left->equals(right);
+                      });
+}
+
+bool TEFunction::equals(const TypePtr& other) const {
+    const TEFunction* const function = as<TEFunction>(other);
+    return function != nullptr && domain_->equals(function->domain_) &&
+           range_->equals(function->range_);
+}
+
+void TETypeError::accept(TypeExpressionVisitor& visitor) const { visitor.visitTypeError(*this); }
+void TEBaseType::accept(TypeExpressionVisitor& visitor) const { visitor.visitBaseType(*this); }
+void TECollection::accept(TypeExpressionVisitor& visitor) const { visitor.visitCollection(*this); }
+void TEProduct::accept(TypeExpressionVisitor& visitor) const { visitor.visitProduct(*this); }
+void TEFunction::accept(TypeExpressionVisitor& visitor) const { visitor.visitFunction(*this); }
+
+const TypePtr& TypeExpression::typeError() {
+    static const TypePtr type = pinType(TypePtr(new TETypeError));
+    return type;
+}
+
+const TypePtr& TypeExpression::booleanType() { return sharedBaseType<BaseTypeKind::boolean>(); }
+const TypePtr& TypeExpression::regexpType() { return sharedBaseType<BaseTypeKind::regexp>(); }
+const TypePtr& TypeExpression::stringType() { return sharedBaseType<BaseTypeKind::string>(); }
+const TypePtr& TypeExpression::integerType() { return sharedBaseType<BaseTypeKind::integer>(); }
+const TypePtr& TypeExpression::realType() { return sharedBaseType<BaseTypeKind::real>(); }
+const TypePtr& TypeExpression::objectType() { return sharedBaseType<BaseTypeKind::object>(); }
+const TypePtr& TypeExpression::unitType() { return sharedBaseType<BaseTypeKind::unit>(); }
+
+const TypePtr& TypeExpression::objectCollectionType() {
+    static const TypePtr type = pinType(makeCollection(BaseTypeKind::object));
+    return type;
+}
+
+const TypePtr& TypeExpression::stringCollectionType() {
+    static const TypePtr type = pinType(makeCollection(BaseTypeKind::string));
+    return type;
+}
+
+bool TypeExpression::isTypeError(const TypePtr& type) { return typeError()->equals(type); }
+bool TypeExpression::isBoolean(const TypePtr& type) { return booleanType()->equals(type); }
+bool TypeExpression::isRegexp(const TypePtr& type) { return regexpType()->equals(type); }
+bool TypeExpression::isString(const TypePtr& type) { return stringType()->equals(type); }
+bool TypeExpression::isInteger(const TypePtr& type) { return integerType()->equals(type); }
+bool TypeExpression::isReal(const TypePtr& type) { return realType()->equals(type); }
+bool TypeExpression::isObject(const TypePtr& type) { return objectType()->equals(type); }
+bool TypeExpression::isUnit(const TypePtr& type) { return unitType()->equals(type); }
+
+bool TypeExpression::isObjectCollection(const TypePtr& type) {
+    return objectCollectionType()->equals(type);
+}
+
+bool TypeExpression::isStringCollection(const TypePtr& type) {
+    return stringCollectionType()->equals(type);
+}

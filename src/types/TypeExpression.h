@@ -1,0 +1,181 @@
+// The types of the expression language: small immutable trees, compared by their structure.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+#include "foundation/OrvCountedPtr.h"
+
+class TypeExpressionVisitor;
+
+/// The class of a type expression.
+enum class TypeKind : std::uint32_t {
+    typeError = 0,
+    baseType = 1,
+    collection = 2,
+    product = 3,
+    function = 4
+};
+
+/// The types that are not made of others.
+enum class BaseTypeKind : std::uint32_t {
+    regexp = 0,
+    string = 1,
+    integer = 2,
+    real = 3,
+    boolean = 4,
+    object = 5,
+    unit = 6
+};
+
+/// The type of an expression, of a variable or of a function.
+///
+/// Shared through counted pointers and never changed once it is shared. Structural equality is the
+/// only relation between types: there are no subtypes and nothing converts by itself.
+///
+/// The ten types that the language uses most are shared by the whole process: each is made on
+/// first use, pinned, and may be used by any number of threads.
+class TypeExpression {
+public:
+    TypeExpression(const TypeExpression&) = delete;
+    TypeExpression& operator=(const TypeExpression&) = delete;
+    virtual ~TypeExpression();
+
+    /// True when both types have the same structure; throws OrvException on an empty pointer.
+    virtual bool equals(const OrvCountedPtr<TypeExpression>& other) const = 0;
+    virtual void accept(TypeExpressionVisitor& visitor) const = 0;
+
+    TypeKind getTypeKind() const { return typeKind_; }
+
+    /// The canonical instances.
+    static const OrvCountedPtr<TypeExpression>& typeError();
+    static const OrvCountedPtr<TypeExpression>& booleanType();
+    static const OrvCountedPtr<TypeExpression>& regexpType();
+    static const OrvCountedPtr<TypeExpression>& stringType();
+    static const OrvCountedPtr<TypeExpression>& integerType();
+    static const OrvCountedPtr<TypeExpression>& realType();
+    static const OrvCountedPtr<TypeExpression>& objectType();
+    static const OrvCountedPtr<TypeExpression>& unitType();
+    static const OrvCountedPtr<TypeExpression>& objectCollectionType();
+    static const OrvCountedPtr<TypeExpression>& stringCollectionType();
+
+    /// Whether a type equals the canonical instance, wherever it was made.
+    static bool isTypeError(const OrvCountedPtr<TypeExpression>& type);
+    static bool isBoolean(const OrvCountedPtr<TypeExpression>& type);
+    static bool isRegexp(const OrvCountedPtr<TypeExpression>& type);
+    static bool isString(const OrvCountedPtr<TypeExpression>& type);
+    static bool isInteger(const OrvCountedPtr<TypeExpression>& type);
+    static bool isReal(const OrvCountedPtr<TypeExpression>& type);
+    static bool isObject(const OrvCountedPtr<TypeExpression>& type);
+    static bool isUnit(const OrvCountedPtr<TypeExpression>& type);
+    static bool isObjectCollection(const OrvCountedPtr<TypeExpression>& type);
+    static bool isStringCollection(const OrvCountedPtr<TypeExpression>& type);
+
+protected:
+    explicit TypeExpression(TypeKind typeKind) : typeKind_(typeKind) {}
+
+private:
+    TypeKind typeKind_;
+};
+
+using TypePtr = OrvCountedPtr<TypeExpression>;
+
+/// The type of an expression that failed to check: no rule complains about it again.
+class TETypeError : public TypeExpression {
+public:
+    TETypeError() : TypeExpression(TypeKind::typeError) {}
+    bool equals(const TypePtr& other) const override;
+    void accept(TypeExpressionVisitor& visitor) const override;
+};
+
+/// A type that is not made of others.
+class TEBaseType : public TypeExpression {
+public:
+    explicit TEBaseType(BaseTypeKind baseKind)
+        : TypeExpression(TypeKind::baseType), baseKind_(baseKind) {}
+    bool equals(const TypePtr& other) const override;
+    void accept(TypeExpressionVisitor& visitor) const override;
+
+    BaseTypeKind getBaseKind() const { return baseKind_; }
+    static bool classof(const TypeExpression& type) {
+        return type.getTypeKind() == TypeKind::baseType;
+    }
+
+private:
+    BaseTypeKind baseKind_;
+};
+
+/// An ordered collection; the language has those of objects and of strings.
+class TECollection : public TypeExpression {
+public:
+    explicit TECollection(const TypePtr& elementType)
+        : TypeExpression(TypeKind::collection), elementType_(elementType) {}
+    bool equals(const TypePtr& other) const override;
+    void accept(TypeExpressionVisitor& visitor) const override;
+
+    const TypePtr& getElementType() const { return elementType_; }
+    static bool classof(const TypeExpression& type) {
+        return type.getTypeKind() == TypeKind::collection;
+    }
+
+private:
+    TypePtr elementType_;
+};
+
+/// The type of a tuple, and the domain of a function of several arguments. Components are added
+/// while it is built, before it is shared.
+class TEProduct : public TypeExpression {
+public:
+    TEProduct() : TypeExpression(TypeKind::product) {}
+    bool equals(const TypePtr& other) const override;
+    void accept(TypeExpressionVisitor& visitor) const override;
+
+    void addComponent(const TypePtr& component) { components_.push_back(component); }
+    std::size_t size() const { return components_.size(); }
+    /// The component at `index`, from 0; throws std::out_of_range past the last one.
+    const TypePtr& component(std::size_t index) const { return components_.at(index); }
+    static bool classof(const TypeExpression& type) {
+        return type.getTypeKind() == TypeKind::product;
+    }
+
+private:
+    std::vector<TypePtr> components_;
+};
+
+/// The type of a function, from a domain to a range.
+class TEFunction : public TypeExpression {
+public:
+    TEFunction(const TypePtr& domain, const TypePtr& range)
+        : TypeExpression(TypeKind::function), domain_(domain), range_(range) {}
+    bool equals(const TypePtr& other) const override;
+    void accept(TypeExpressionVisitor& visitor) const override;
+
+    const TypePtr& getDomain() const { return domain_; }
+    const TypePtr& getRange() const { return range_; }
+    static bool classof(const TypeExpression& type) {
+        return type.getTypeKind() == TypeKind::function;
+    }
+
+private:
+    TypePtr domain_;
+    TypePtr range_;
+};
+
+/// One operation for each class of type expression.
+class TypeExpressionVisitor {
+public:
+    TypeExpressionVisitor() = default;
+    TypeExpressionVisitor(const TypeExpressionVisitor&) = delete;
+    TypeExpressionVisitor& operator=(const TypeExpressionVisitor&) = delete;
+    virtual ~TypeExpressionVisitor();
+
+    virtual void visitTypeError(const TETypeError& type) = 0;
+    virtual void visitBaseType(const TEBaseType& type) = 0;
+    virtual void visitCollection(const TECollection& type) = 0;
+    virtual void visitProduct(const TEProduct& type) = 0;
+    virtual void visitFunction(const TEFunction& type) = 0;
+};
+
+/// Pins a type and all its components, so that threads may share it; returns it.
+TypePtr pinType(const TypePtr& type) noexcept;
