@@ -1,0 +1,97 @@
+#include "api/CompileDriver.h"
+
+#include <iostream>
+
+#include "codegen/CodeGenVisitor.h"
+#include "namespace/CreateNameSpaceVisitor.h"
+#include "namespace/TopLevelEnvironment.h"
+#include "parser/SyntaxParser.h"
+#include "support/CSignal2Exception.h"
+#include "support/OrvLogBase.h"
+#include "support/ParseException.h"
+#include "typecheck/ASTTypeCheckVisitor.h"
+
+namespace {
+
+void showProgress(ExprParserDialogs& dialogs, const std::string& message) {
+    dialogs.showMessage(0, 0, "ExprParser", message, ExprParserDialogs::Info, false);
+}
+
+std::string countOf(std::int32_t errors) {
+    return errors == 1 ? "There was 1 error during type checking."
+                       : "There were " + std::to_string(errors) + " errors during type checking.";
+}
+
+OrvCountedPtr<NameSpace> buildNameSpace(SpecificationNode& root) {
+    CreateNameSpaceVisitor visitor(TopLevelEnvironment::instance()->getScope());
+    root.accept(visitor);
+    return visitor.getNameSpace();
+}
+
+OrvCountedPtr<CompileResult> generate(SpecificationNode& root,
+                                      const OrvCountedPtr<NameSpace>& nameSpace,
+                                      const LetVariableUsage& usage) {
+    CodeGenVisitor visitor(nameSpace, usage);
+    root.accept(visitor);
+    OrvCountedPtr<CompileResult> result(new CompileResult);
+    result->objectVariable =
+        OrvConverter<MMObjectVarExpr, MMObjectVarExpr>::toCounted(visitor.getThisVariable());
+    result->body = OrvConverter<OrvCyclicPtrBody, OrvCyclicPtrBody>::toCounted(visitor.getResult());
+    return result;
+}
+
+// The phases, strictly in this order, each only after the one before it succeeded.
+OrvCountedPtr<CompileResult> runPhases(ExprParserDialogs& dialogs, const std::string& text,
+                                       const TypeRequirement& requirement) {
+    const CSignal2Exception guard;
+    const OrvCountedPtr<SpecificationNode> root =
+        SyntaxParser::parse(dialogs, text.c_str(), std::cerr);
+    if (!root) {
+        showProgress(dialogs, "Parse failed.");
+        return {};
+    }
+    showProgress(dialogs, "Parse succeeded.");
+    const OrvCountedPtr<NameSpace> nameSpace = buildNameSpace(*root);
+    ASTTypeCheckVisitor checker(dialogs, nameSpace, requirement);
+    root->accept(checker);
+    showProgress(dialogs, countOf(checker.getErrorCount()));
+    if (checker.getErrorCount() != 0) {
+        showProgress(dialogs, "Expression did not type check.");
+        return {};
+    }
+    return generate(*root, nameSpace, checker.getLetVariableUsage());
+}
+
+void logCatch(const char* message) noexcept {
+    OrvException::getLog().writeLine("Catch", {"Exception catch: ", message});
+}
+
+// What a host's dialogs throw while they are told of an exception ends here, too.
+void reportParseException(ExprParserDialogs& dialogs, const ParseException& exception) noexcept {
+    try {
+        dialogs.showMessage(exception.getLine(), exception.getColumn(), "ExprParser",
+                            exception.what(), ExprParserDialogs::Error, false);
+    } catch (const std::exception& second) {
+        logCatch(second.what());
+    } catch (...) {
+        OrvException::getLog().writeLine("Catch", {"Exception catch"});
+    }
+}
+
+}  // namespace
+
+OrvCountedPtr<CompileResult> CompileDriver::compile(ExprParserDialogs& dialogs,
+                                                    const std::string& text,
+                                                    const TypeRequirement& requirement) noexcept {
+    try {
+        return runPhases(dialogs, text, requirement);
+    } catch (const ParseException& exception) {
+        logCatch(exception.what());
+        reportParseException(dialogs, exception);
+    } catch (const std::exception& exception) {
+        logCatch(exception.what());
+    } catch (...) {
+        OrvException::getLog().writeLine("Catch", {"Exception catch"});
+    }
+    return {};
+}

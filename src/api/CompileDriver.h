@@ -1,0 +1,26 @@
+// The driver that runs the phases of one compilation, and the boundary at which exceptions stop.
+#pragma once
+
+#include <string>
+
+#include "api/ExprParserDialogs.h"
+#include "api/TypeRequirement.h"
+#include "fliodram/MMObjectVarExpr.h"
+#include "foundation/OrvCountedPtr.h"
+
+/// What a compilation yields: a body, and the variable that stands for the object on which it will
+/// be evaluated.
+struct CompileResult {
+    OrvCountedPtr<MMObjectVarExpr> objectVariable;
+    OrvCountedPtr<OrvCyclicPtrBody> body;
+};
+
+/// Runs one compilation, wholly on the caller's thread; keeps nothing between two of them.
+class CompileDriver {
+public:
+    /// Compiles `text` up to its first NUL. Messages go to `dialogs`. Returns an empty pointer
+    /// when the text does not compile, when a dialog throws or when memory is short; throws
+    /// nothing.
+    static OrvCountedPtr<CompileResult> compile(ExprParserDialogs& dialogs, const std::string& text,
+                                                const TypeRequirement& requirement) noexcept;
+};

@@ -1,0 +1,414 @@
+// Children are visited in the order in which the target's parts are made, which is not always that
+// of the text: the body of an iteration comes before its source. What a child pushed is popped at
+// once and narrowed to the kind that its place needs. The table of variables makes all uses of a
+// symbol one target; the tables of labels and of steps do the same for the steps of paths.
+#include "codegen/CodeGenVisitor.h"
+
+#include <algorithm>
+
+#include "ast/LeftSpine.h"
+#include "codegen/ResultKind.h"
+#include "codegen/VariableCodeGenerator.h"
+#include "fliodram/MMCollectionExpr.h"
+#include "fliodram/MMConstantExpr.h"
+#include "fliodram/MMIfExpr.h"
+#include "fliodram/MMLetExpr.h"
+#include "fliodram/MMOperatorExpr.h"
+#include "fliodram/MMQuantifierExpr.h"
+
+namespace {
+
+[[noreturn]] void fail(const char* message) {
+    throwLogged(OrvAssertion("false", "CodeGenVisitor", 0, message));
+}
+
+constexpr const char* wrongLetType = "Type is not appropriate for generating a let binding.";
+
+}  // namespace
+
+/// Looks object variables up from the node of a call.
+class CodeGenVisitor::Retriever : public ObjectVariableRetriever {
+public:
+    Retriever(CodeGenVisitor& visitor, const ASTNode& node) : visitor_(visitor), node_(node) {}
+
+    OrvCyclicPtr<MMObjectVarExpr> retrieve(const std::string& name) override {
+        return visitor_.objectVariable(name, node_);
+    }
+
+private:
+    CodeGenVisitor& visitor_;
+    const ASTNode& node_;
+};
+
+CodeGenVisitor::CodeGenVisitor(const OrvCountedPtr<NameSpace>& nameSpace,
+                               const LetVariableUsage& usage)
+    : nameSpace_(nameSpace), usage_(usage), variablesOnly_(new SymbolFilter(0)) {
+    variablesOnly_->addKind(SymbolKind::variable);
+}
+
+// ---------------------------------------------------------------- results and variables
+
+TargetPtr CodeGenVisitor::pop() {
+    TargetPtr target = std::move(stack_.back());
+    stack_.pop_back();
+    return target;
+}
+
+TargetPtr CodeGenVisitor::generateTarget(ASTNode& node) {
+    checkVisitDepth(node);
+    node.accept(*this);
+    return pop();
+}
+
+const TargetPtr& CodeGenVisitor::targetOf(const OrvCountedPtr<VariableSymbol>& symbol) {
+    TargetPtr& target = variables_[symbol.get()];
+    if (!target) {
+        target = symbol->getGenerator()->generate(symbol->getType(), symbol->getName());
+    }
+    return target;
+}
+
+OrvCyclicPtr<MMObjectVarExpr> CodeGenVisitor::objectVariable(
+    const OrvCountedPtr<VariableSymbol>& symbol) {
+    return narrow<MMObjectVarExpr>(targetOf(symbol));
+}
+
+OrvCyclicPtr<MMObjectVarExpr> CodeGenVisitor::objectVariable(const std::string& name,
+                                                             const ASTNode& node) {
+    const std::vector<SymbolPtr> found =
+        nameSpace_->getResolver(node)->resolve(name, variablesOnly_);
+    return objectVariable(OrvConverter<VariableSymbol, Symbol>::toCounted(found.at(0)));
+}
+
+// The node as a function of the variable.
+OrvCyclicPtr<MMValueAbsExpr> CodeGenVisitor::valueFunction(
+    ASTNode& body, const OrvCyclicPtr<MMObjectVarExpr>& variable) {
+    const OrvCyclicPtr<MMValueExpr> value = generate<MMValueExpr>(body);
+    return OrvCyclicPtr<MMValueAbsExpr>(new MMValueAbsExpr(variable, value));
+}
+
+// ---------------------------------------------------------------- the whole expression
+
+void CodeGenVisitor::visitSpecification(SpecificationNode& node) {
+    const TargetPtr body = generateTarget(*node.getExpr());
+    thisVariable_ = objectVariable(anchorName(AnchorKind::THIS), *node.getExpr());
+    result_ = body;
+}
+
+// ---------------------------------------------------------------- quantifiers and operators
+
+template <class Quantifier>
+void CodeGenVisitor::generateQuantifier(const QuantifierNode& node) {
+    const OrvCyclicPtr<MMObjectVarExpr> variable = objectVariable(node.getBoundVariable());
+    const auto source = generate<MMObjectCollectionExpr>(*node.getSource());
+    const auto predicate = generate<MMValueExpr>(*node.getExpr());
+    push(TargetPtr(new Quantifier(source, predicate, variable)));
+}
+
+void CodeGenVisitor::visitUniversalQuantifier(UniversalQuantifierNode& node) {
+    generateQuantifier<MMAllExpr>(node);
+}
+
+void CodeGenVisitor::visitExistentialQuantifier(ExistentialQuantifierNode& node) {
+    generateQuantifier<MMSomeExpr>(node);
+}
+
+void CodeGenVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
+    const LeftSpine spine(node);
+    auto left = generate<MMValueExpr>(*spine.innermostOperand());
+    for (auto binary = spine.rbegin(); binary != spine.rend(); ++binary) {
+        const auto right = generate<MMValueExpr>(*(*binary)->getRhs());
+        combineBinary((*binary)->getOp(), left, right);
+        left = popAs<MMValueExpr>();
+    }
+    push(left);
+}
+
+void CodeGenVisitor::combineBinary(BinaryOperator op, const OrvCyclicPtr<MMValueExpr>& left,
+                                   const OrvCyclicPtr<MMValueExpr>& right) {
+    switch (op) {
+        case BinaryOperator::IMPLIES:
+            push(TargetPtr(new MMBooleanExpr(left, MM_IMPLIES, right)));
+            break;
+        case BinaryOperator::AND:
+            push(TargetPtr(new MMBooleanExpr(left, MM_AND, right)));
+            break;
+        case BinaryOperator::OR:
+            push(TargetPtr(new MMBooleanExpr(left, MM_OR, right)));
+            break;
+        case BinaryOperator::ADD:
+            push(TargetPtr(new MMArithmeticExpr(left, MM_ADD, right)));
+            break;
+        case BinaryOperator::SUBTRACT:
+            push(TargetPtr(new MMArithmeticExpr(left, MM_SUBTRACT, right)));
+            break;
+        case BinaryOperator::MULTIPLY:
+            push(TargetPtr(new MMArithmeticExpr(left, MM_MULTIPLY, right)));
+            break;
+        case BinaryOperator::DIVIDE:
+            push(TargetPtr(new MMArithmeticExpr(left, MM_DIVIDE, right)));
+            break;
+    }
+}
+
+void CodeGenVisitor::visitUnaryExpression(UnaryExpressionNode& node) {
+    const auto operand = generate<MMValueExpr>(*node.getExpr());
+    const OrvCyclicPtr<MMValueExpr> none;
+    push(node.getOp() == UnaryOperator::MINUS
+             ? TargetPtr(new MMArithmeticExpr(operand, MM_SUBTRACT, none))
+             : TargetPtr(new MMBooleanExpr(operand, MM_NOT, none)));
+}
+
+void CodeGenVisitor::generateCall(const ResolvedFunctionNode& node,
+                                  const std::vector<TargetPtr>& arguments) {
+    const OrvCountedPtr<FunctionSymbol>& function = node.getResolvedFunction();
+    Retriever retriever(*this, node);
+    TargetPtr result;
+    function->getGenerator()->generate(result, retriever, function->getName(), function->getType(),
+                                       arguments);
+    push(result);
+}
+
+void CodeGenVisitor::visitRelationalExpression(RelationalExpressionNode& node) {
+    const TargetPtr left = generateTarget(*node.getLhs());
+    const TargetPtr right = generateTarget(*node.getRhs());
+    generateCall(node, {left, right});
+}
+
+// The argument pushes as many results as the function takes, in the order of the text.
+void CodeGenVisitor::visitApplicationExpression(ApplicationExpressionNode& node) {
+    checkVisitDepth(node);
+    node.getExpr()->accept(*this);
+    const std::size_t arity = node.getResolvedFunction()->getArity();
+    const auto first = stack_.end() - static_cast<std::ptrdiff_t>(arity);
+    const std::vector<TargetPtr> arguments(first, stack_.end());
+    stack_.erase(first, stack_.end());
+    generateCall(node, arguments);
+}
+
+// ---------------------------------------------------------------- iterations
+
+void CodeGenVisitor::visitMapExpression(MapExpressionNode& node) {
+    const auto current = objectVariable(anchorName(AnchorKind::CURRENT), node);
+    const auto function = valueFunction(*node.getFunction(), current);
+    const auto source = generate<MMObjectCollectionExpr>(*node.getSource());
+    push(TargetPtr(new MMMapExpr(function, source)));
+}
+
+void CodeGenVisitor::visitFilterExpression(FilterExpressionNode& node) {
+    const auto current = objectVariable(anchorName(AnchorKind::CURRENT), node);
+    const auto predicate = valueFunction(*node.getPredicate(), current);
+    const auto source = generate<MMObjectCollectionExpr>(*node.getSource());
+    push(TargetPtr(new MMFilterExpr(predicate, source)));
+}
+
+void CodeGenVisitor::visitTraverseExpression(TraverseExpressionNode& node) {
+    const auto body = generate<MMObjectCollectionExpr>(*node.getPath());
+    const auto current = objectVariable(anchorName(AnchorKind::CURRENT), node);
+    const OrvCyclicPtr<MMObjectCollectionAbsExpr> function(
+        new MMObjectCollectionAbsExpr(current, body));
+    const auto source = generate<MMObjectCollectionExpr>(*node.getSource());
+    push(TargetPtr(new MMTraverseExpr(function, source)));
+}
+
+// Each key binds its own variable: "current" looked up from the key's expression is another one
+// where the key is itself an expression that declares it.
+void CodeGenVisitor::visitSortExpression(SortExpressionNode& node) {
+    const auto source = generate<MMObjectCollectionExpr>(*node.getSource());
+    const OrvCyclicPtr<MMSortExpr> sort(new MMSortExpr);
+    sort->collection(source);
+    for (const SortKey& key : node.getKeys()) {
+        const auto current = objectVariable(key.getBoundVariable());
+        sort->key(valueFunction(*key.getExpr(), current), key.isAscending());
+    }
+    push(sort);
+}
+
+// ---------------------------------------------------------------- let and if
+
+// A let whose variable is not used is its body: its value is not even generated.
+void CodeGenVisitor::visitLetExpression(LetExpressionNode& node) {
+    checkVisitDepth(node);
+    const OrvCountedPtr<VariableSymbol>& variable = node.getBoundVariable();
+    if (!usage_.isUsed(*variable)) {
+        node.getExpr()->accept(*this);
+        return;
+    }
+    const TargetPtr binding = targetOf(variable);
+    const TargetPtr source = generateTarget(*node.getSource());
+    OrvSimplePtr<MMCachedExpr> cached = fillBinding(variable->getType(), binding, source);
+    const TargetPtr body = generateTarget(*node.getExpr());
+    generateLet(node.getResultType(), std::move(cached), body);
+}
+
+namespace {
+
+template <class Binding, class Source>
+OrvSimplePtr<MMCachedExpr> fill(const TargetPtr& binding, const TargetPtr& source) {
+    const auto narrowed = narrow<Binding>(binding);
+    narrowed->expr(narrow<Source>(source));
+    return OrvSimplePtr<MMCachedExpr>(narrowed.get());
+}
+
+}  // namespace
+
+OrvSimplePtr<MMCachedExpr> CodeGenVisitor::fillBinding(const TypePtr& type,
+                                                       const TargetPtr& binding,
+                                                       const TargetPtr& source) {
+    switch (resultKindOf(type)) {
+        case ResultKind::value:
+            return fill<MMValueBindingExpr, MMValueExpr>(binding, source);
+        case ResultKind::object:
+            return fill<MMObjectBindingExpr, MMObjectExpr>(binding, source);
+        case ResultKind::objectCollection:
+            return fill<MMObjectCollectionBindingExpr, MMObjectCollectionExpr>(binding, source);
+        case ResultKind::stringCollection:
+            return fill<MMStringCollectionBindingExpr, MMStringCollectionExpr>(binding, source);
+        case ResultKind::none:
+            break;
+    }
+    fail(wrongLetType);
+}
+
+void CodeGenVisitor::generateLet(const TypePtr& type, OrvSimplePtr<MMCachedExpr> binding,
+                                 const TargetPtr& body) {
+    switch (resultKindOf(type)) {
+        case ResultKind::value:
+            push(TargetPtr(new MMLetValueExpr(std::move(binding), narrow<MMValueExpr>(body))));
+            return;
+        case ResultKind::object:
+            push(TargetPtr(new MMLetObjectExpr(std::move(binding), narrow<MMObjectExpr>(body))));
+            return;
+        case ResultKind::objectCollection:
+            push(TargetPtr(new MMLetObjectCollectionExpr(std::move(binding),
+                                                         narrow<MMObjectCollectionExpr>(body))));
+            return;
+        case ResultKind::stringCollection:
+            push(TargetPtr(new MMLetStringCollectionExpr(std::move(binding),
+                                                         narrow<MMStringCollectionExpr>(body))));
+            return;
+        case ResultKind::none:
+            break;
+    }
+    fail(wrongLetType);
+}
+
+template <class If, class Branch>
+void CodeGenVisitor::generateIf(const OrvCyclicPtr<MMValueExpr>& test, const TargetPtr& thenBranch,
+                                const TargetPtr& elseBranch) {
+    const OrvCyclicPtr<If> conditional(new If);
+    conditional->testExpr(test);
+    conditional->thenExpr(narrow<Branch>(thenBranch));
+    conditional->elseExpr(narrow<Branch>(elseBranch));
+    push(conditional);
+}
+
+void CodeGenVisitor::visitIfExpression(IfExpressionNode& node) {
+    const auto test = generate<MMValueExpr>(*node.getTest());
+    const TargetPtr thenBranch = generateTarget(*node.getThen());
+    const TargetPtr elseBranch = generateTarget(*node.getElse());
+    switch (resultKindOf(node.getResultType())) {
+        case ResultKind::value:
+            generateIf<MMIfValueExpr, MMValueExpr>(test, thenBranch, elseBranch);
+            return;
+        case ResultKind::object:
+            generateIf<MMIfObjectExpr, MMObjectExpr>(test, thenBranch, elseBranch);
+            return;
+        case ResultKind::objectCollection:
+            generateIf<MMIfObjectCollectionExpr, MMObjectCollectionExpr>(test, thenBranch,
+                                                                         elseBranch);
+            return;
+        case ResultKind::stringCollection:
+            generateIf<MMIfStringCollectionExpr, MMStringCollectionExpr>(test, thenBranch,
+                                                                         elseBranch);
+            return;
+        case ResultKind::none:
+            break;
+    }
+    fail("Type is not appropriate for generating an if-expression.");
+}
+
+// ---------------------------------------------------------------- tuples and constants
+
+void CodeGenVisitor::visitTupleExpression(TupleExpressionNode& node) {
+    checkVisitDepth(node);
+    for (const ExpressionPtr& element : node.getElements()) {
+        element->accept(*this);
+    }
+}
+
+void CodeGenVisitor::visitUnitExpression(UnitExpressionNode& /*node*/) {}
+
+void CodeGenVisitor::visitRegExpConstant(RegExpConstantNode& node) {
+    push(TargetPtr(new MMConstantExpr(node.getText().c_str())));
+}
+void CodeGenVisitor::visitStringConstant(StringConstantNode& node) {
+    push(TargetPtr(new MMConstantExpr(node.getText().c_str())));
+}
+void CodeGenVisitor::visitIntegerConstant(IntegerConstantNode& node) {
+    push(TargetPtr(new MMConstantExpr(MMValue(node.getValue()))));
+}
+void CodeGenVisitor::visitRealConstant(RealConstantNode& node) {
+    push(TargetPtr(new MMConstantExpr(MMValue(node.getValue()))));
+}
+void CodeGenVisitor::visitBooleanConstant(BooleanConstantNode& node) {
+    push(TargetPtr(new MMConstantExpr(MMValue(node.getValue()))));
+}
+
+// ---------------------------------------------------------------- paths
+
+void CodeGenVisitor::visitPath(PathNode& node) {
+    TargetPtr anchor = targetOf(node.getAnchorVariable());
+    if (node.isAnchor(AnchorKind::MODEL)) {
+        anchor = TargetPtr(new MMModelExpr(narrow<MMObjectExpr>(anchor)));
+    }
+    if (node.getAssociation()) {
+        const auto object = narrow<MMObjectExpr>(anchor);
+        const auto traversal = generate<MMAssociationTraversal>(*node.getAssociation());
+        anchor = TargetPtr(new MMAssociationExpr(traversal, object));
+    }
+    push(anchor);
+}
+
+void CodeGenVisitor::visitReferenceAssociation(ReferenceAssociationNode& node) {
+    const auto known = labels_.find(node.getLabelSymbol().get());
+    if (known != labels_.end()) {
+        push(known->second);
+    } else {
+        push(generateTarget(node.getLabelSymbol()->getDeclaration()));
+    }
+}
+
+// The traversal is known by its label, and by its node, before anything below it is generated.
+void CodeGenVisitor::visitDefinitionAssociation(DefinitionAssociationNode& node) {
+    const auto known = steps_.find(&node);
+    if (known != steps_.end()) {
+        push(known->second);
+        return;
+    }
+    const OrvString name{std::string_view(node.getName())};
+    const OrvCyclicPtr<MMAssociationTraversal> traversal(
+        new MMAssociationTraversal(name, node.getAddToResult()));
+    steps_.emplace(&node, traversal);
+    if (node.getLabelSymbol()) {
+        labels_.emplace(node.getLabelSymbol().get(), traversal);
+    }
+    fillStep(node, traversal);
+    push(traversal);
+}
+
+void CodeGenVisitor::fillStep(DefinitionAssociationNode& node,
+                              const OrvCyclicPtr<MMAssociationTraversal>& traversal) {
+    traversal->setDepthFirstEvaluation(node.getDepthFirstEvaluation());
+    if (node.getCondition()) {
+        const auto current = objectVariable(anchorName(AnchorKind::CURRENT), node);
+        const auto condition = valueFunction(*node.getCondition(), current);
+        traversal->setCondition(OrvConverter<MMValueAbsExpr, MMValueAbsExpr>::toCounted(condition));
+    }
+    if (node.getChild()) {
+        traversal->setChild(generate<MMAssociationTraversal>(*node.getChild()));
+    }
+    if (node.getSibling()) {
+        traversal->setSibling(generate<MMAssociationTraversal>(*node.getSibling()));
+    }
+}

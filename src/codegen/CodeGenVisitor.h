@@ -1,0 +1,106 @@
+// Code generation: the last walk, from the checked tree to the target expressions.
+#pragma once
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "ast/ASTVisitor.h"
+#include "codegen/FunctionCodeGenerator.h"
+#include "codegen/MMCachedExpr.h"
+#include "codegen/Target.h"
+#include "fliodram/MMAbsExpr.h"
+#include "fliodram/MMAssociationExpr.h"
+#include "foundation/OrvSimplePtr.h"
+#include "namespace/NameSpace.h"
+#include "typecheck/LetVariableUsage.h"
+
+/// Builds the target graph of a tree that the type checker accepted.
+///
+/// Each visit of an expression pushes one result; a parent pops what its child pushed. Calls and
+/// comparisons are built by the generator of the function symbol that the checker chose, variables
+/// by that of the variable symbol: all uses of a symbol share one target, which is how variables
+/// are bound. Steps with a label are known before what is below them is generated, so that
+/// references make the graph cyclic; a step with several parents is generated once.
+///
+/// Reports nothing: what can fail is an internal inconsistency, and an OrvAssertion. Made on the
+/// stack for one walk; what it built survives it through the results that the driver takes.
+class CodeGenVisitor : public ASTVisitor {
+public:
+    CodeGenVisitor(const OrvCountedPtr<NameSpace>& nameSpace, const LetVariableUsage& usage);
+
+    /// The variable that stands for the object of evaluation, and the body; set when the root has
+    /// been visited.
+    const OrvCyclicPtr<MMObjectVarExpr>& getThisVariable() const { return thisVariable_; }
+    const TargetPtr& getResult() const { return result_; }
+
+    void visitSpecification(SpecificationNode& node) override;
+    void visitUniversalQuantifier(UniversalQuantifierNode& node) override;
+    void visitExistentialQuantifier(ExistentialQuantifierNode& node) override;
+    void visitBinaryExpression(BinaryExpressionNode& node) override;
+    void visitUnaryExpression(UnaryExpressionNode& node) override;
+    void visitRelationalExpression(RelationalExpressionNode& node) override;
+    void visitApplicationExpression(ApplicationExpressionNode& node) override;
+    void visitMapExpression(MapExpressionNode& node) override;
+    void visitFilterExpression(FilterExpressionNode& node) override;
+    void visitTraverseExpression(TraverseExpressionNode& node) override;
+    void visitSortExpression(SortExpressionNode& node) override;
+    void visitLetExpression(LetExpressionNode& node) override;
+    void visitIfExpression(IfExpressionNode& node) override;
+    void visitTupleExpression(TupleExpressionNode& node) override;
+    void visitUnitExpression(UnitExpressionNode& node) override;
+    void visitRegExpConstant(RegExpConstantNode& node) override;
+    void visitStringConstant(StringConstantNode& node) override;
+    void visitIntegerConstant(IntegerConstantNode& node) override;
+    void visitRealConstant(RealConstantNode& node) override;
+    void visitBooleanConstant(BooleanConstantNode& node) override;
+    void visitPath(PathNode& node) override;
+    void visitReferenceAssociation(ReferenceAssociationNode& node) override;
+    void visitDefinitionAssociation(DefinitionAssociationNode& node) override;
+
+private:
+    class Retriever;
+
+    void push(const TargetPtr& target) { stack_.push_back(target); }
+    TargetPtr pop();
+    template <class Target>
+    OrvCyclicPtr<Target> popAs() {
+        return narrow<Target>(pop());
+    }
+    template <class Target>
+    OrvCyclicPtr<Target> generate(ASTNode& node) {
+        return narrow<Target>(generateTarget(node));
+    }
+    TargetPtr generateTarget(ASTNode& node);
+
+    const TargetPtr& targetOf(const OrvCountedPtr<VariableSymbol>& symbol);
+    OrvCyclicPtr<MMObjectVarExpr> objectVariable(const OrvCountedPtr<VariableSymbol>& symbol);
+    OrvCyclicPtr<MMObjectVarExpr> objectVariable(const std::string& name, const ASTNode& node);
+    OrvCyclicPtr<MMValueAbsExpr> valueFunction(ASTNode& body,
+                                               const OrvCyclicPtr<MMObjectVarExpr>& variable);
+
+    template <class Quantifier>
+    void generateQuantifier(const QuantifierNode& node);
+    void combineBinary(BinaryOperator op, const OrvCyclicPtr<MMValueExpr>& left,
+                       const OrvCyclicPtr<MMValueExpr>& right);
+    void generateCall(const ResolvedFunctionNode& node, const std::vector<TargetPtr>& arguments);
+    template <class If, class Branch>
+    void generateIf(const OrvCyclicPtr<MMValueExpr>& test, const TargetPtr& thenBranch,
+                    const TargetPtr& elseBranch);
+    OrvSimplePtr<MMCachedExpr> fillBinding(const TypePtr& type, const TargetPtr& binding,
+                                           const TargetPtr& source);
+    void generateLet(const TypePtr& type, OrvSimplePtr<MMCachedExpr> binding,
+                     const TargetPtr& body);
+    void fillStep(DefinitionAssociationNode& node,
+                  const OrvCyclicPtr<MMAssociationTraversal>& traversal);
+
+    OrvCountedPtr<NameSpace> nameSpace_;
+    const LetVariableUsage& usage_;
+    OrvCountedPtr<SymbolFilter> variablesOnly_;
+    std::unordered_map<const LabelSymbol*, OrvCyclicPtr<MMAssociationTraversal>> labels_;
+    std::unordered_map<const ASTNode*, OrvCyclicPtr<MMAssociationTraversal>> steps_;
+    std::unordered_map<const VariableSymbol*, TargetPtr> variables_;
+    std::vector<TargetPtr> stack_;
+    OrvCyclicPtr<MMObjectVarExpr> thisVariable_;
+    TargetPtr result_;
+};

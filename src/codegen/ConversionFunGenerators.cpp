@@ -1,0 +1,46 @@
+#include "codegen/ConversionFunGenerators.h"
+
+#include "fliodram/MMTextExpr.h"
+
+void StringConversionFunGenerator::generate(TargetPtr& result,
+                                            ObjectVariableRetriever& /*retriever*/,
+                                            const std::string& /*name*/,
+                                            OrvCountedPtr<TypeExpression> /*type*/,
+                                            const std::vector<TargetPtr>& arguments) const {
+    result = TargetPtr(new MMConversionExpr(valueArgument(arguments, 0), MM_STRING));
+}
+
+void RealConversionFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
+                                          const std::string& /*name*/,
+                                          OrvCountedPtr<TypeExpression> /*type*/,
+                                          const std::vector<TargetPtr>& arguments) const {
+    result = TargetPtr(new MMConversionExpr(valueArgument(arguments, 0), MM_REAL));
+}
+
+void IntegerConversionFunGenerator::generate(TargetPtr& result,
+                                             ObjectVariableRetriever& /*retriever*/,
+                                             const std::string& /*name*/,
+                                             OrvCountedPtr<TypeExpression> /*type*/,
+                                             const std::vector<TargetPtr>& arguments) const {
+    result = TargetPtr(new MMConversionExpr(valueArgument(arguments, 0), MM_INTEGER));
+}
+
+void BooleanConversionFunGenerator::generate(TargetPtr& result,
+                                             ObjectVariableRetriever& /*retriever*/,
+                                             const std::string& /*name*/,
+                                             OrvCountedPtr<TypeExpression> /*type*/,
+                                             const std::vector<TargetPtr>& arguments) const {
+    result = TargetPtr(new MMConversionExpr(valueArgument(arguments, 0), MM_BOOLEAN));
+}
+
+void ObjectConversionFunGenerator::generate(TargetPtr& result,
+                                            ObjectVariableRetriever& /*retriever*/,
+                                            const std::string& name,
+                                            OrvCountedPtr<TypeExpression> /*type*/,
+                                            const std::vector<TargetPtr>& arguments) const {
+    const OrvCyclicPtr<MMObjectExtractionExpr> extraction(
+        new MMObjectExtractionExpr(objectsArgument(arguments, 0)));
+    extraction->choice(name == "first" ? MMObjectExtractionExpr::first
+                                       : MMObjectExtractionExpr::only);
+    result = extraction;
+}

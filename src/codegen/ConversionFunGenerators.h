@@ -1,0 +1,44 @@
+// Generators of the conversions.
+#pragma once
+
+#include "codegen/FunctionCodeGenerator.h"
+
+/// "string", for all its overloads.
+class StringConversionFunGenerator : public FunctionCodeGenerator {
+public:
+    void generate(TargetPtr& result, ObjectVariableRetriever& retriever, const std::string& name,
+                  OrvCountedPtr<TypeExpression> type,
+                  const std::vector<TargetPtr>& arguments) const override;
+};
+
+/// "real", for all its overloads.
+class RealConversionFunGenerator : public FunctionCodeGenerator {
+public:
+    void generate(TargetPtr& result, ObjectVariableRetriever& retriever, const std::string& name,
+                  OrvCountedPtr<TypeExpression> type,
+                  const std::vector<TargetPtr>& arguments) const override;
+};
+
+/// "integer", for all its overloads.
+class IntegerConversionFunGenerator : public FunctionCodeGenerator {
+public:
+    void generate(TargetPtr& result, ObjectVariableRetriever& retriever, const std::string& name,
+                  OrvCountedPtr<TypeExpression> type,
+                  const std::vector<TargetPtr>& arguments) const override;
+};
+
+/// "boolean", for all its overloads.
+class BooleanConversionFunGenerator : public FunctionCodeGenerator {
+public:
+    void generate(TargetPtr& result, ObjectVariableRetriever& retriever, const std::string& name,
+                  OrvCountedPtr<TypeExpression> type,
+                  const std::vector<TargetPtr>& arguments) const override;
+};
+
+/// "first", "only" and "object": an object out of a collection.
+class ObjectConversionFunGenerator : public FunctionCodeGenerator {
+public:
+    void generate(TargetPtr& result, ObjectVariableRetriever& retriever, const std::string& name,
+                  OrvCountedPtr<TypeExpression> type,
+                  const std::vector<TargetPtr>& arguments) const override;
+};

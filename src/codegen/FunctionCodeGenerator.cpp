@@ -1,0 +1,4 @@
+#include "codegen/FunctionCodeGenerator.h"
+
+FunctionCodeGenerator::~FunctionCodeGenerator() = default;
+ObjectVariableRetriever::~ObjectVariableRetriever() = default;

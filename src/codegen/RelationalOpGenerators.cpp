@@ -1,0 +1,101 @@
+#include "codegen/RelationalOpGenerators.h"
+
+#include <utility>
+
+#include "fliodram/MMObjectComparisonExpr.h"
+#include "fliodram/MMOperatorExpr.h"
+#include "fliodram/MMRegExpExpr.h"
+
+namespace {
+
+// The comparison that an operator's name asks for; 0 for a name that is none.
+MMRelOp relationOf(const std::string& name) {
+    if (name == "operator=") {
+        return MM_EQUAL;
+    }
+    if (name == "operator<>") {
+        return MM_NOT_EQUAL;
+    }
+    if (name == "operator<") {
+        return MM_LESS;
+    }
+    if (name == "operator<=") {
+        return MM_LESS_EQUAL;
+    }
+    if (name == "operator>") {
+        return MM_GREATER;
+    }
+    return name == "operator>=" ? MM_GREATER_EQUAL : MMRelOp();
+}
+
+struct SetRelation {
+    MMSetOp op;
+    bool isExchanged;
+};
+
+SetRelation setRelationOf(const std::string& name) {
+    switch (relationOf(name)) {
+        case MM_EQUAL:
+            return {MM_SET_EQUAL, false};
+        case MM_NOT_EQUAL:
+            return {MM_SET_NOT_EQUAL, false};
+        case MM_LESS:
+            return {MM_PROPER_SUBSET, false};
+        case MM_LESS_EQUAL:
+            return {MM_SUBSET, false};
+        case MM_GREATER:
+            return {MM_PROPER_SUBSET, true};
+        case MM_GREATER_EQUAL:
+            return {MM_SUBSET, true};
+    }
+    return {MMSetOp(), false};
+}
+
+}  // namespace
+
+void ArithmeticRelationalOpGenerator::generate(TargetPtr& result,
+                                               ObjectVariableRetriever& /*retriever*/,
+                                               const std::string& name,
+                                               OrvCountedPtr<TypeExpression> /*type*/,
+                                               const std::vector<TargetPtr>& arguments) const {
+    result = TargetPtr(new MMRelationalExpr(valueArgument(arguments, 0), relationOf(name),
+                                            valueArgument(arguments, 1)));
+}
+
+void ObjectRelationalOpGenerator::generate(TargetPtr& result,
+                                           ObjectVariableRetriever& /*retriever*/,
+                                           const std::string& name,
+                                           OrvCountedPtr<TypeExpression> /*type*/,
+                                           const std::vector<TargetPtr>& arguments) const {
+    const MMRelOp relation = relationOf(name);
+    const bool isIdentity = relation == MM_EQUAL || relation == MM_NOT_EQUAL;
+    result = TargetPtr(new MMObjectEqualityExpr(objectArgument(arguments, 0),
+                                                isIdentity ? relation : MMRelOp(),
+                                                objectArgument(arguments, 1)));
+}
+
+void SetRelationalOpGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
+                                        const std::string& name,
+                                        OrvCountedPtr<TypeExpression> /*type*/,
+                                        const std::vector<TargetPtr>& arguments) const {
+    const SetRelation relation = setRelationOf(name);
+    OrvCyclicPtr<MMObjectCollectionExpr> left = objectsArgument(arguments, 0);
+    OrvCyclicPtr<MMObjectCollectionExpr> right = objectsArgument(arguments, 1);
+    if (relation.isExchanged) {
+        std::swap(left, right);
+    }
+    result = TargetPtr(new MMObjectSetExpr(left, relation.op, right));
+}
+
+void RegExpRelationalOpGenerator::generate(TargetPtr& result,
+                                           ObjectVariableRetriever& /*retriever*/,
+                                           const std::string& name,
+                                           OrvCountedPtr<TypeExpression> /*type*/,
+                                           const std::vector<TargetPtr>& arguments) const {
+    const OrvCyclicPtr<MMValueExpr> match(
+        new MMRegExpMatchExpr(valueArgument(arguments, 1), valueArgument(arguments, 0)));
+    result = match;
+    if (name == "operator~<>") {
+        result = TargetPtr(new MMBooleanExpr(match, MM_NOT, OrvCyclicPtr<MMValueExpr>()));
+    }
+}

@@ -1,0 +1,23 @@
+// The targets that code generation passes around, and their narrowing to what a place needs.
+#pragma once
+
+#include "foundation/OrvConverter.h"
+#include "foundation/OrvCyclicPtr.h"
+#include "support/OrvAssertion.h"
+
+/// Any object of the generated graph.
+using TargetPtr = OrvCyclicPtr<OrvCyclicPtrBody>;
+
+/// Throws the assertion of a target that is not of the kind that its place needs; never returns.
+[[noreturn]] void throwWrongTarget();
+
+/// The target as the kind that its place needs. An operand that is missing or of another kind is
+/// never carried on: it is an OrvAssertion.
+template <class Target>
+OrvCyclicPtr<Target> narrow(const TargetPtr& target) {
+    OrvCyclicPtr<Target> narrowed = OrvConverter<Target, OrvCyclicPtrBody>::toCyclic(target);
+    if (!narrowed) {
+        throwWrongTarget();
+    }
+    return narrowed;
+}

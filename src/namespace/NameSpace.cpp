@@ -1,0 +1,85 @@
+#include "namespace/NameSpace.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "foundation/TextOutput.h"
+#include "support/OrvStack.h"
+#include "support/ParseException.h"
+
+void NameSpace::setScope(const ASTNode& node, const ScopePtr& scope) {
+    if (index_.emplace(&node, entries_.size()).second) {
+        entries_.push_back({&node, scope});
+    }
+}
+
+NameResolverPtr NameSpace::getResolver(const ASTNode& node) const {
+    const auto found = index_.find(&node);
+    return found != index_.end() ? NameResolverPtr(new NameResolver(entries_[found->second].scope))
+                                 : NameResolverPtr();
+}
+
+namespace {
+
+using ScopeTreePtr = OrvCountedPtr<ScopeTree>;
+
+// One tree for each scope of the name space, in the order in which the text meets them.
+std::vector<ScopeTreePtr> treesInTextOrder(const NameSpace& nameSpace) {
+    std::vector<const NameSpace::Entry*> entries;
+    for (const NameSpace::Entry& entry : nameSpace.entries()) {
+        entries.push_back(&entry);
+    }
+    std::stable_sort(entries.begin(), entries.end(), [](const auto* left, const auto* right) {
+        return std::make_pair(left->node->getLine(), left->node->getColumn()) <
+               std::make_pair(right->node->getLine(), right->node->getColumn());
+    });
+    std::vector<ScopeTreePtr> trees;
+    std::unordered_map<const Scope*, bool> met;
+    for (const NameSpace::Entry* entry : entries) {
+        if (met.emplace(entry->scope.get(), true).second) {
+            trees.push_back(ScopeTreePtr(new ScopeTree(entry->scope)));
+        }
+    }
+    return trees;
+}
+
+// Attaches each tree to that of its scope's parent; returns those that have none.
+std::vector<ScopeTreePtr> attach(const std::vector<ScopeTreePtr>& trees) {
+    std::unordered_map<const Scope*, ScopeTreePtr> byScope;
+    for (const ScopeTreePtr& tree : trees) {
+        byScope.emplace(tree->getScope().get(), tree);
+    }
+    std::vector<ScopeTreePtr> outermost;
+    for (const ScopeTreePtr& tree : trees) {
+        const auto parent = byScope.find(tree->getScope()->getParent().get());
+        if (parent != byScope.end()) {
+            parent->second->addChild(tree);
+        } else {
+            outermost.push_back(tree);
+        }
+    }
+    return outermost;
+}
+
+}  // namespace
+
+void NameSpacePrinter::printTree(const ScopeTree& tree) {
+    if (!OrvStack::hasRoom()) {
+        throwLogged(OrvException("The scopes are nested too deeply to be printed."));
+    }
+    writeText(stream_, "ScopeTree( ");
+    ScopePrinter(stream_).print(*tree.getScope());
+    for (const ScopeTreePtr& child : tree.getChildren()) {
+        writeText(stream_, " ");
+        printTree(*child);
+    }
+    writeText(stream_, " )");
+}
+
+void NameSpacePrinter::print(const NameSpace& nameSpace) {
+    for (const ScopeTreePtr& tree : attach(treesInTextOrder(nameSpace))) {
+        writeText(stream_, "Top-level ScopeTree: ");
+        printTree(*tree);
+        writeText(stream_, "\n");
+    }
+}

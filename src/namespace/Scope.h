@@ -1,0 +1,61 @@
+// Scopes: regions of declarations, chained to their parents.
+#pragma once
+
+#include <iosfwd>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "namespace/Symbol.h"
+
+/// One region of declarations: a multimap from names to symbols.
+///
+/// Names are ordered by their bytes, entries of one name by their insertion. A symbol may stand
+/// under several names, and several symbols under one. Nothing is ever removed. Shared by the name
+/// space of a compilation and by the scopes below; the top-level scope is pinned.
+class Scope {
+public:
+    struct Entry {
+        std::string name;
+        SymbolPtr symbol;
+    };
+    /// The entries of one name: a part of the scope, valid until the next insertion.
+    using Range = std::pair<std::vector<Entry>::const_iterator, std::vector<Entry>::const_iterator>;
+
+    explicit Scope(const std::string& name) : name_(name) {}
+    Scope(const Scope&) = delete;
+    Scope& operator=(const Scope&) = delete;
+
+    const std::string& getName() const { return name_; }
+    /// Empty in the outermost scope.
+    const OrvCountedPtr<Scope>& getParent() const { return parent_; }
+    void setParent(const OrvCountedPtr<Scope>& parent) { parent_ = parent; }
+
+    /// Adds an entry behind those of the same name; never rejects or replaces one.
+    void insert(const std::string& name, const SymbolPtr& symbol);
+
+    /// The symbols of exactly this name in this scope alone, in insertion order.
+    std::vector<SymbolPtr> lookup(std::string_view name) const;
+    Range find(std::string_view name) const;
+
+    /// All entries, in order.
+    const std::vector<Entry>& entries() const { return entries_; }
+
+private:
+    std::string name_;
+    OrvCountedPtr<Scope> parent_;
+    std::vector<Entry> entries_;
+};
+
+using ScopePtr = OrvCountedPtr<Scope>;
+
+/// Writes a scope to a stream, without a line end: `Scope["Map"]( { "current" => ... } )`.
+class ScopePrinter {
+public:
+    explicit ScopePrinter(std::ostream& stream) : stream_(stream) {}
+    void print(const Scope& scope);
+
+private:
+    std::ostream& stream_;
+};

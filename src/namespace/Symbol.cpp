@@ -1,0 +1,27 @@
+#include "namespace/Symbol.h"
+
+#include "foundation/OrvConverter.h"
+
+Symbol::~Symbol() = default;
+SymbolVisitor::~SymbolVisitor() = default;
+
+void FunctionSymbol::accept(SymbolVisitor& visitor) { visitor.visitFunctionSymbol(*this); }
+void VariableSymbol::accept(SymbolVisitor& visitor) { visitor.visitVariableSymbol(*this); }
+void LabelSymbol::accept(SymbolVisitor& visitor) { visitor.visitLabelSymbol(*this); }
+
+std::size_t FunctionSymbol::getArity() const {
+    const auto function = OrvConverter<TEFunction, TypeExpression>::toCounted(getType());
+    const TypePtr& domain = function->getDomain();
+    switch (domain->getTypeKind()) {
+        case TypeKind::baseType:
+            return TypeExpression::isUnit(domain) ? 0 : 1;
+        case TypeKind::collection:
+        case TypeKind::function:
+            return 1;
+        case TypeKind::product:
+            return OrvConverter<TEProduct, TypeExpression>::toCounted(domain)->size();
+        case TypeKind::typeError:
+            break;
+    }
+    return 0;
+}

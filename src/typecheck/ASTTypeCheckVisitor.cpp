@@ -1,0 +1,478 @@
+// Every visit pushes one type on the stack, and a parent pops what its child pushed. A rule tests
+// the types that it popped, in the order in which it visited, and passes over the error type in
+// silence; where it can form no type of its own it pushes the error type. Overloads are chosen by
+// equality of the domain with the type of the argument, and by nothing else.
+#include "typecheck/ASTTypeCheckVisitor.h"
+
+#include <array>
+
+#include "ast/LeftSpine.h"
+#include "foundation/OrvConverter.h"
+#include "rw/RWCRegexp.h"
+#include "types/TypeExprPrintVisitor.h"
+
+namespace {
+
+using Type = TypeExpression;
+
+bool isValueType(const TypePtr& type) {
+    return Type::isString(type) || Type::isObject(type) || Type::isObjectCollection(type) ||
+           Type::isStringCollection(type) || Type::isBoolean(type) || Type::isInteger(type) ||
+           Type::isReal(type);
+}
+
+bool isKeyType(const TypePtr& type) {
+    return Type::isString(type) || Type::isBoolean(type) || Type::isInteger(type) ||
+           Type::isReal(type);
+}
+
+bool isArithmeticType(const TypePtr& type) {
+    return Type::isString(type) || Type::isInteger(type) || Type::isReal(type);
+}
+
+bool isNumericType(const TypePtr& type) { return Type::isInteger(type) || Type::isReal(type); }
+
+OrvCountedPtr<SymbolFilter> filterFor(SymbolKind kind) {
+    OrvCountedPtr<SymbolFilter> filter(new SymbolFilter(0));
+    filter->addKind(kind);
+    return filter;
+}
+
+const std::string& operatorName(RelationalOperator op) {
+    static const std::array<std::string, 8> names = {
+        "operator=", "operator<>", "operator~=", "operator~<>",
+        "operator<", "operator<=", "operator>",  "operator>="};
+    return names[static_cast<std::size_t>(op)];
+}
+
+OrvCountedPtr<TEFunction> functionType(const SymbolPtr& symbol) {
+    return OrvConverter<TEFunction, TypeExpression>::toCounted(symbol->getType());
+}
+
+// The end of a message about an overload that does not exist: the overloads that do, a line each.
+std::string listed(const std::vector<SymbolPtr>& candidates) {
+    std::string text = "\nThese are the existing declarations:\n";
+    for (const SymbolPtr& candidate : candidates) {
+        text += "\t" + candidate->getName() + " : " + printedType(candidate->getType()) + "\n";
+    }
+    return text;
+}
+
+}  // namespace
+
+ASTTypeCheckVisitor::ASTTypeCheckVisitor(ExprParserDialogs& dialogs,
+                                         const OrvCountedPtr<NameSpace>& nameSpace,
+                                         const TypeRequirement& requirement)
+    : dialogs_(dialogs),
+      nameSpace_(nameSpace),
+      requirement_(requirement),
+      functions_(filterFor(SymbolKind::function)),
+      variables_(filterFor(SymbolKind::variable)),
+      labels_(filterFor(SymbolKind::label)) {}
+
+// ---------------------------------------------------------------- messages and types
+
+// Counts an error, and shows it if it is one of the first; the message is built for no other.
+template <class BuildMessage>
+void ASTTypeCheckVisitor::report(const ASTNode& node, const BuildMessage& buildMessage) {
+    if (++errorCount_ <= maximumShown) {
+        dialogs_.showMessage(node.getLine(), node.getColumn(), "TypeChecker", buildMessage(),
+                             ExprParserDialogs::Error, false);
+    }
+}
+
+void ASTTypeCheckVisitor::reportError(const ASTNode& node, const std::string& message) {
+    report(node, [&message] { return message; });
+}
+
+void ASTTypeCheckVisitor::reportType(const ASTNode& node, const std::string& message,
+                                     const TypePtr& found) {
+    report(node, [&] { return message + "; type found is {" + printedType(found) + "}."; });
+}
+
+void ASTTypeCheckVisitor::reportDisagreement(const ASTNode& node, const char* message,
+                                             const char* firstName, const TypePtr& first,
+                                             const char* secondName, const TypePtr& second) {
+    report(node, [&] {
+        return std::string(message) + "; types found are " + firstName + "={" + printedType(first) +
+               "} and " + secondName + "={" + printedType(second) + "}.";
+    });
+}
+
+TypePtr ASTTypeCheckVisitor::pop() {
+    TypePtr type = std::move(typeStack_.back());
+    typeStack_.pop_back();
+    return type;
+}
+
+TypePtr ASTTypeCheckVisitor::typeOf(ASTNode& node) {
+    checkVisitDepth(node);
+    node.accept(*this);
+    return pop();
+}
+
+bool ASTTypeCheckVisitor::demand(const ASTNode& node, const TypePtr& type, TypeTest test,
+                                 const char* message) {
+    const bool isAccepted = test(type) || Type::isTypeError(type);
+    if (!isAccepted) {
+        reportType(node, message, type);
+    }
+    return isAccepted;
+}
+
+TypePtr ASTTypeCheckVisitor::check(ASTNode& node, TypeTest test, const char* message) {
+    TypePtr type = typeOf(node);
+    demand(node, type, test, message);
+    return type;
+}
+
+std::vector<SymbolPtr> ASTTypeCheckVisitor::resolve(const ASTNode& node, const std::string& name,
+                                                    const SymbolFilterPtr& filter) const {
+    return nameSpace_->getResolver(node)->resolve(name, filter);
+}
+
+OrvCountedPtr<FunctionSymbol> ASTTypeCheckVisitor::chooseOverload(
+    const std::vector<SymbolPtr>& candidates, const TypePtr& domain) {
+    for (const SymbolPtr& candidate : candidates) {
+        if (functionType(candidate)->getDomain()->equals(domain)) {
+            return OrvConverter<FunctionSymbol, Symbol>::toCounted(candidate);
+        }
+    }
+    return {};
+}
+
+// ---------------------------------------------------------------- the whole expression
+
+void ASTTypeCheckVisitor::visitSpecification(SpecificationNode& node) {
+    const TypePtr type = typeOf(*node.getExpr());
+    if (requirement_.check(type)) {
+        push(type);
+        return;
+    }
+    if (!Type::isTypeError(type)) {
+        reportType(*node.getExpr(), "A complete expression must have type " + requirement_.text(),
+                   type);
+    }
+    push(Type::typeError());
+}
+
+// ---------------------------------------------------------------- quantifiers and operators
+
+void ASTTypeCheckVisitor::checkQuantifier(QuantifierNode& node) {
+    check(*node.getSource(), &Type::isObjectCollection,
+          "The source set of a quantifier must have type {object collection}");
+    check(*node.getExpr(), &Type::isBoolean, "The body of a quantifier must have type {boolean}");
+    push(Type::booleanType());
+}
+
+void ASTTypeCheckVisitor::visitUniversalQuantifier(UniversalQuantifierNode& node) {
+    checkQuantifier(node);
+}
+
+void ASTTypeCheckVisitor::visitExistentialQuantifier(ExistentialQuantifierNode& node) {
+    checkQuantifier(node);
+}
+
+// Types a left-leaning chain from its innermost operand outward.
+void ASTTypeCheckVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
+    const LeftSpine spine(node);
+    TypePtr left = typeOf(*spine.innermostOperand());
+    for (auto binary = spine.rbegin(); binary != spine.rend(); ++binary) {
+        const TypePtr right = typeOf(*(*binary)->getRhs());
+        applyBinary(**binary, left, right);
+        left = pop();
+    }
+    push(left);
+}
+
+void ASTTypeCheckVisitor::applyBinary(BinaryExpressionNode& node, const TypePtr& left,
+                                      const TypePtr& right) {
+    if (node.getOp() <= BinaryOperator::OR) {
+        checkLogical(node, left, right);
+        push(Type::booleanType());
+    } else {
+        push(checkArithmetic(node, left, right));
+    }
+}
+
+void ASTTypeCheckVisitor::checkLogical(const BinaryExpressionNode& node, const TypePtr& left,
+                                       const TypePtr& right) {
+    demand(*node.getLhs(), left, &Type::isBoolean,
+           "The left-hand side of a logical operator must have type {boolean}");
+    demand(*node.getRhs(), right, &Type::isBoolean,
+           "The right-hand side of a logical operator must have type {boolean}");
+}
+
+TypePtr ASTTypeCheckVisitor::checkArithmetic(const BinaryExpressionNode& node, const TypePtr& left,
+                                             const TypePtr& right) {
+    const bool isLeftFine = demand(*node.getLhs(), left, &isArithmeticType,
+                                   "The left-hand side of an arithmetic operator must have type "
+                                   "{string} or {integer} or {real}");
+    const bool isRightFine = demand(*node.getRhs(), right, &isArithmeticType,
+                                    "The right-hand side of an arithmetic operator must have type "
+                                    "{string} or {integer} or {real}");
+    if (!isLeftFine || !isRightFine || Type::isTypeError(left) || Type::isTypeError(right)) {
+        return Type::typeError();
+    }
+    if (!left->equals(right)) {
+        reportDisagreement(node, "The types of the operands of an arithmetic operator must agree",
+                           "lhs", left, "rhs", right);
+        return Type::typeError();
+    }
+    if (Type::isString(left) && node.getOp() != BinaryOperator::ADD) {
+        reportError(node, "The only arithmetic operator that takes a {string} is +.");
+    }
+    return left;
+}
+
+void ASTTypeCheckVisitor::visitUnaryExpression(UnaryExpressionNode& node) {
+    if (node.getOp() == UnaryOperator::NOT) {
+        check(*node.getExpr(), &Type::isBoolean,
+              "The operand of unary not must have type {boolean}");
+        push(Type::booleanType());
+        return;
+    }
+    const TypePtr operand = check(*node.getExpr(), &isNumericType,
+                                  "The operand of unary minus must have type {integer} or {real}");
+    push(isNumericType(operand) ? operand : Type::typeError());
+}
+
+void ASTTypeCheckVisitor::visitRelationalExpression(RelationalExpressionNode& node) {
+    const TypePtr left = typeOf(*node.getLhs());
+    const TypePtr right = typeOf(*node.getRhs());
+    push(Type::booleanType());
+    if (Type::isTypeError(left) || Type::isTypeError(right)) {
+        return;
+    }
+    const OrvCountedPtr<TEProduct> operands(new TEProduct);
+    operands->addComponent(left);
+    operands->addComponent(right);
+    const std::string& name = operatorName(node.getOp());
+    const std::vector<SymbolPtr> candidates = resolve(node, name, functions_);
+    const OrvCountedPtr<FunctionSymbol> chosen = chooseOverload(candidates, operands);
+    if (chosen) {
+        node.setResolvedFunction(chosen);
+    } else {
+        report(node, [&] {
+            return "There is no " + name + " that takes lhs={" + printedType(left) + "} and rhs={" +
+                   printedType(right) + "}." + listed(candidates);
+        });
+    }
+}
+
+void ASTTypeCheckVisitor::visitApplicationExpression(ApplicationExpressionNode& node) {
+    const TypePtr argument = typeOf(*node.getExpr());
+    const std::vector<SymbolPtr> candidates = resolve(node, node.getName(), functions_);
+    if (candidates.empty()) {
+        reportError(node, "Function " + node.getName() + " is not defined.");
+    } else if (!Type::isTypeError(argument)) {
+        const OrvCountedPtr<FunctionSymbol> chosen = chooseOverload(candidates, argument);
+        if (chosen) {
+            node.setResolvedFunction(chosen);
+            push(functionType(chosen)->getRange());
+            return;
+        }
+        report(node, [&] {
+            return "There is no function " + node.getName() + " that takes {" +
+                   printedType(argument) + "}." + listed(candidates);
+        });
+    }
+    push(Type::typeError());
+}
+
+// ---------------------------------------------------------------- iterations
+
+void ASTTypeCheckVisitor::visitMapExpression(MapExpressionNode& node) {
+    check(*node.getSource(), &Type::isObjectCollection,
+          "The source set of a map must have type {object collection}");
+    check(*node.getFunction(), &Type::isString,
+          "The parameterized function of a map must have type {string}");
+    push(Type::stringCollectionType());
+}
+
+void ASTTypeCheckVisitor::visitFilterExpression(FilterExpressionNode& node) {
+    check(*node.getSource(), &Type::isObjectCollection,
+          "The source set of a filter must have type {object collection}");
+    check(*node.getPredicate(), &Type::isBoolean,
+          "The parameterized predicate of a filter must have type {boolean}");
+    push(Type::objectCollectionType());
+}
+
+void ASTTypeCheckVisitor::visitTraverseExpression(TraverseExpressionNode& node) {
+    check(*node.getSource(), &Type::isObjectCollection,
+          "The source set of a traverse must have type {object collection}");
+    check(*node.getPath(), &Type::isObjectCollection,
+          "The parameterized path of a traverse must have type {object collection}");
+    push(Type::objectCollectionType());
+}
+
+void ASTTypeCheckVisitor::visitSortExpression(SortExpressionNode& node) {
+    check(*node.getSource(), &Type::isObjectCollection,
+          "The source set of a sort must have type {object collection}");
+    for (const SortKey& key : node.getKeys()) {
+        check(*key.getExpr(), &isKeyType,
+              "The parameterized key of a sort must have type {boolean} or {string} or {integer} "
+              "or {real}");
+    }
+    push(Type::objectCollectionType());
+}
+
+// ---------------------------------------------------------------- let, if, tuples
+
+void ASTTypeCheckVisitor::visitLetExpression(LetExpressionNode& node) {
+    const TypePtr value = check(*node.getSource(), &isValueType,
+                                "The value of the bound variable in a let-expression must have "
+                                "type {boolean} or {string} or {integer} or {real} or {object} or "
+                                "{object collection} or {string collection}");
+    if (isValueType(value)) {
+        node.getBoundVariable()->setType(value);
+        letVariableUsage_.registerLetVariable(*node.getBoundVariable());
+    }
+    const TypePtr body = check(*node.getExpr(), &isValueType,
+                               "The body of a let-expression must have type {boolean} or {string} "
+                               "or {integer} or {real} or {object} or {object collection} or "
+                               "{string collection}");
+    if (isValueType(body)) {
+        node.setResultType(body);
+    }
+    push(isValueType(body) ? body : Type::typeError());
+}
+
+void ASTTypeCheckVisitor::visitIfExpression(IfExpressionNode& node) {
+    check(*node.getTest(), &Type::isBoolean,
+          "The test of an if-expression must have type {boolean}");
+    const TypePtr thenType = check(*node.getThen(), &isValueType,
+                                   "The then-branch of an if-expression must have type {boolean} "
+                                   "or {string} or {integer} or {real} or {object} or {object "
+                                   "collection} or {string collection}");
+    const TypePtr elseType = check(*node.getElse(), &isValueType,
+                                   "The else-branch of an if-expression must have type {boolean} "
+                                   "or {string} or {integer} or {real} or {object} or {object "
+                                   "collection} or {string collection}");
+    if (!isValueType(thenType) || !isValueType(elseType)) {
+        push(Type::typeError());
+    } else if (thenType->equals(elseType)) {
+        node.setResultType(thenType);
+        push(thenType);
+    } else {
+        reportDisagreement(
+            node, "The types of the then- and else-branches of an if-expression must agree", "then",
+            thenType, "else", elseType);
+        push(Type::typeError());
+    }
+}
+
+void ASTTypeCheckVisitor::visitTupleExpression(TupleExpressionNode& node) {
+    const OrvCountedPtr<TEProduct> product(new TEProduct);
+    for (const ExpressionPtr& element : node.getElements()) {
+        const TypePtr type = typeOf(*element);
+        if (Type::isTypeError(type)) {
+            push(type);
+            return;
+        }
+        product->addComponent(type);
+    }
+    push(product);
+}
+
+void ASTTypeCheckVisitor::visitUnitExpression(UnitExpressionNode& /*node*/) {
+    push(Type::unitType());
+}
+
+// ---------------------------------------------------------------- constants
+
+void ASTTypeCheckVisitor::visitRegExpConstant(RegExpConstantNode& node) {
+    const RWCRegexp::StatVal status = RWCRegexp(node.getText()).status();
+    if (status == RWCRegexp::ok) {
+        push(Type::regexpType());
+        return;
+    }
+    reportError(node, status == RWCRegexp::tooLong ? "Regular expression is too long."
+                                                   : "Regular expression is malformed.");
+    push(Type::typeError());
+}
+
+void ASTTypeCheckVisitor::visitStringConstant(StringConstantNode& /*node*/) {
+    push(Type::stringType());
+}
+void ASTTypeCheckVisitor::visitIntegerConstant(IntegerConstantNode& /*node*/) {
+    push(Type::integerType());
+}
+void ASTTypeCheckVisitor::visitRealConstant(RealConstantNode& /*node*/) { push(Type::realType()); }
+void ASTTypeCheckVisitor::visitBooleanConstant(BooleanConstantNode& /*node*/) {
+    push(Type::booleanType());
+}
+
+// ---------------------------------------------------------------- paths
+
+void ASTTypeCheckVisitor::visitPath(PathNode& node) {
+    const TypePtr anchor = checkAnchor(node);
+    if (!node.getAssociation()) {
+        push(anchor);
+        return;
+    }
+    demand(node, anchor, &Type::isObject, "The anchor of a path must have type {object}");
+    check(*node.getAssociation(), &Type::isObjectCollection,
+          "The associations of a path must have type {object collection}");
+    push(Type::objectCollectionType());
+}
+
+// Binds the anchor to its variable; the type of what cannot be bound is the error type.
+TypePtr ASTTypeCheckVisitor::checkAnchor(PathNode& node) {
+    const std::vector<SymbolPtr> found = resolve(node, node.getAnchor(), variables_);
+    if (found.size() != 1) {
+        reportError(node, "Variable " + node.getAnchor() +
+                              (found.empty() ? " doesn't exist." : " is multiply defined."));
+        return Type::typeError();
+    }
+    const auto variable = OrvConverter<VariableSymbol, Symbol>::toCounted(found.front());
+    node.setAnchorVariable(variable);
+    letVariableUsage_.recordUse(*variable);
+    demand(node, variable->getType(), &isValueType,
+           "Variable must have type {boolean} or {string} or {integer} or {real} or {object} or "
+           "{object collection} or {string collection}");
+    return variable->getType();
+}
+
+// A label that is declared by a step which is not reached from here otherwise (one that stands
+// behind a reference) has its step checked now: code generation will follow it.
+void ASTTypeCheckVisitor::visitReferenceAssociation(ReferenceAssociationNode& node) {
+    const std::vector<SymbolPtr> found = resolve(node, node.getName(), labels_);
+    if (found.size() == 1) {
+        const auto label = OrvConverter<LabelSymbol, Symbol>::toCounted(found.front());
+        node.setLabelSymbol(label);
+        typeOf(label->getDeclaration());
+    } else {
+        reportError(node, "Label " + node.getName() +
+                              (found.empty() ? " doesn't exist." : " is multiply defined."));
+    }
+    push(Type::objectCollectionType());
+}
+
+void ASTTypeCheckVisitor::checkLabel(DefinitionAssociationNode& node) {
+    const std::vector<SymbolPtr> found = resolve(node, node.getLabel(), labels_);
+    if (found.size() == 1) {
+        node.setLabelSymbol(OrvConverter<LabelSymbol, Symbol>::toCounted(found.front()));
+    } else {
+        reportError(node, "Label " + node.getLabel() + " is multiply defined.");
+    }
+}
+
+void ASTTypeCheckVisitor::visitDefinitionAssociation(DefinitionAssociationNode& node) {
+    if (checkedSteps_.insert(&node).second) {
+        if (!node.getLabel().empty()) {
+            checkLabel(node);
+        }
+        if (node.getCondition()) {
+            check(*node.getCondition(), &Type::isBoolean,
+                  "The condition of an association component must have type {boolean}");
+        }
+        for (AssociationNode* next : {node.getChild().get(), node.getSibling().get()}) {
+            if (next != nullptr) {
+                check(*next, &Type::isObjectCollection,
+                      "A component of a path must have type {object collection}");
+            }
+        }
+    }
+    push(Type::objectCollectionType());
+}

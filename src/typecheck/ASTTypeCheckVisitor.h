@@ -1,0 +1,103 @@
+// The type checker: the walk that types every expression and binds every name.
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <unordered_set>
+#include <vector>
+
+#include "api/ExprParserDialogs.h"
+#include "api/TypeRequirement.h"
+#include "ast/ASTVisitor.h"
+#include "namespace/NameSpace.h"
+#include "typecheck/LetVariableUsage.h"
+
+/// Computes the type of every expression from the bottom up, checks the operands of every
+/// construct, chooses the overload of every operator and application, and binds anchors and labels
+/// to their symbols.
+///
+/// Each violation is a message of source "TypeChecker" at the node that it is about; all are
+/// counted, the first hundred are shown. A part that failed has the error type, about which no
+/// rule complains again, so that one mistake gives one message. Every node is visited whatever was
+/// found, but for the elements of a tuple behind a failed one; a step that follows a group is
+/// visited once. Made on the stack for one walk; borrows everything it is given.
+class ASTTypeCheckVisitor : public ASTVisitor {
+public:
+    /// How many errors are shown.
+    static constexpr std::int32_t maximumShown = 100;
+
+    ASTTypeCheckVisitor(ExprParserDialogs& dialogs, const OrvCountedPtr<NameSpace>& nameSpace,
+                        const TypeRequirement& requirement);
+
+    std::int32_t getErrorCount() const { return errorCount_; }
+    const LetVariableUsage& getLetVariableUsage() const { return letVariableUsage_; }
+    /// The type of the node that accepted this visitor, or an empty pointer before.
+    TypePtr getResult() const { return typeStack_.size() == 1 ? typeStack_.back() : TypePtr(); }
+
+    void visitSpecification(SpecificationNode& node) override;
+    void visitUniversalQuantifier(UniversalQuantifierNode& node) override;
+    void visitExistentialQuantifier(ExistentialQuantifierNode& node) override;
+    void visitBinaryExpression(BinaryExpressionNode& node) override;
+    void visitUnaryExpression(UnaryExpressionNode& node) override;
+    void visitRelationalExpression(RelationalExpressionNode& node) override;
+    void visitApplicationExpression(ApplicationExpressionNode& node) override;
+    void visitMapExpression(MapExpressionNode& node) override;
+    void visitFilterExpression(FilterExpressionNode& node) override;
+    void visitTraverseExpression(TraverseExpressionNode& node) override;
+    void visitSortExpression(SortExpressionNode& node) override;
+    void visitLetExpression(LetExpressionNode& node) override;
+    void visitIfExpression(IfExpressionNode& node) override;
+    void visitTupleExpression(TupleExpressionNode& node) override;
+    void visitUnitExpression(UnitExpressionNode& node) override;
+    void visitRegExpConstant(RegExpConstantNode& node) override;
+    void visitStringConstant(StringConstantNode& node) override;
+    void visitIntegerConstant(IntegerConstantNode& node) override;
+    void visitRealConstant(RealConstantNode& node) override;
+    void visitBooleanConstant(BooleanConstantNode& node) override;
+    void visitPath(PathNode& node) override;
+    void visitReferenceAssociation(ReferenceAssociationNode& node) override;
+    void visitDefinitionAssociation(DefinitionAssociationNode& node) override;
+
+private:
+    using TypeTest = bool (*)(const TypePtr&);
+    using SymbolFilterPtr = OrvCountedPtr<SymbolFilter>;
+
+    template <class BuildMessage>
+    void report(const ASTNode& node, const BuildMessage& buildMessage);
+    void reportError(const ASTNode& node, const std::string& message);
+    void reportType(const ASTNode& node, const std::string& message, const TypePtr& found);
+    void reportDisagreement(const ASTNode& node, const char* message, const char* firstName,
+                            const TypePtr& first, const char* secondName, const TypePtr& second);
+
+    void push(const TypePtr& type) { typeStack_.push_back(type); }
+    TypePtr pop();
+    TypePtr typeOf(ASTNode& node);
+    /// Visits a node and reports `message` at it unless its type passes the test or is the error
+    /// type; returns the type.
+    TypePtr check(ASTNode& node, TypeTest test, const char* message);
+    bool demand(const ASTNode& node, const TypePtr& type, TypeTest test, const char* message);
+
+    void checkQuantifier(QuantifierNode& node);
+    void applyBinary(BinaryExpressionNode& node, const TypePtr& left, const TypePtr& right);
+    void checkLogical(const BinaryExpressionNode& node, const TypePtr& left, const TypePtr& right);
+    TypePtr checkArithmetic(const BinaryExpressionNode& node, const TypePtr& left,
+                            const TypePtr& right);
+    void checkLabel(DefinitionAssociationNode& node);
+    TypePtr checkAnchor(PathNode& node);
+
+    std::vector<SymbolPtr> resolve(const ASTNode& node, const std::string& name,
+                                   const SymbolFilterPtr& filter) const;
+    static OrvCountedPtr<FunctionSymbol> chooseOverload(const std::vector<SymbolPtr>& candidates,
+                                                        const TypePtr& domain);
+
+    ExprParserDialogs& dialogs_;
+    OrvCountedPtr<NameSpace> nameSpace_;
+    const TypeRequirement& requirement_;
+    LetVariableUsage letVariableUsage_;
+    std::int32_t errorCount_ = 0;
+    std::vector<TypePtr> typeStack_;
+    SymbolFilterPtr functions_;
+    SymbolFilterPtr variables_;
+    SymbolFilterPtr labels_;
+    std::unordered_set<const ASTNode*> checkedSteps_;
+};

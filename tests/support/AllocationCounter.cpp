@@ -1,0 +1,67 @@
+#include "support/AllocationCounter.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <new>
+
+namespace {
+
+std::atomic<std::ptrdiff_t> liveAllocations{0};
+
+constexpr std::align_val_t usualAlignment{__STDCPP_DEFAULT_NEW_ALIGNMENT__};
+
+void* allocate(std::size_t size, std::align_val_t alignment = usualAlignment) noexcept {
+    const auto unit = static_cast<std::size_t>(alignment);
+    const std::size_t units = std::max<std::size_t>((size + unit - 1) / unit, 1);
+    void* const memory = alignment > usualAlignment ? std::aligned_alloc(unit, units * unit)
+                                                    : std::malloc(units * unit);
+    liveAllocations += memory != nullptr ? 1 : 0;
+    return memory;
+}
+
+void* allocateOrThrow(std::size_t size, std::align_val_t alignment = usualAlignment) {
+    void* const memory = allocate(size, alignment);
+    if (memory == nullptr) {
+        throw std::bad_alloc();
+    }
+    return memory;
+}
+
+void deallocate(void* memory) noexcept {
+    liveAllocations -= memory != nullptr ? 1 : 0;
+    std::free(memory);
+}
+
+}  // namespace
+
+std::ptrdiff_t AllocationCounter::live() noexcept { return liveAllocations; }
+
+void* operator new(std::size_t size) { return allocateOrThrow(size); }
+void* operator new[](std::size_t size) { return allocateOrThrow(size); }
+void* operator new(std::size_t size, std::align_val_t a) { return allocateOrThrow(size, a); }
+void* operator new[](std::size_t size, std::align_val_t a) { return allocateOrThrow(size, a); }
+void* operator new(std::size_t size, const std::nothrow_t&) noexcept { return allocate(size); }
+void* operator new[](std::size_t size, const std::nothrow_t&) noexcept { return allocate(size); }
+void* operator new(std::size_t size, std::align_val_t a, const std::nothrow_t&) noexcept {
+    return allocate(size, a);
+}
+void* operator new[](std::size_t size, std::align_val_t a, const std::nothrow_t&) noexcept {
+    return allocate(size, a);
+}
+void operator delete(void* memory) noexcept { deallocate(memory); }
+void operator delete[](void* memory) noexcept { deallocate(memory); }
+void operator delete(void* memory, std::size_t) noexcept { deallocate(memory); }
+void operator delete[](void* memory, std::size_t) noexcept { deallocate(memory); }
+void operator delete(void* memory, std::align_val_t) noexcept { deallocate(memory); }
+void operator delete[](void* memory, std::align_val_t) noexcept { deallocate(memory); }
+void operator delete(void* memory, std::size_t, std::align_val_t) noexcept { deallocate(memory); }
+void operator delete[](void* memory, std::size_t, std::align_val_t) noexcept { deallocate(memory); }
+void operator delete(void* memory, const std::nothrow_t&) noexcept { deallocate(memory); }
+void operator delete[](void* memory, const std::nothrow_t&) noexcept { deallocate(memory); }
+void operator delete(void* memory, std::align_val_t, const std::nothrow_t&) noexcept {
+    deallocate(memory);
+}
+void operator delete[](void* memory, std::align_val_t, const std::nothrow_t&) noexcept {
+    deallocate(memory);
+}
