@@ -1,0 +1,123 @@
+#include "Compilation.h"
+
+#include <sstream>
+
+#include "UnfollowedSteps.h"
+#include "namespace/CreateNameSpaceVisitor.h"
+#include "namespace/TopLevelEnvironment.h"
+#include "parser/SyntaxParser.h"
+#include "support/ParseException.h"
+#include "typecheck/ASTTypeCheckVisitor.h"
+
+namespace mmq {
+
+namespace {
+
+/// Dialogs for a compilation whose messages will be shown by another one.
+class SilentDialogs : public ExprParserDialogs {
+public:
+    bool askYesNo(const std::string& /*question*/, bool defaultAnswer) override {
+        return defaultAnswer;
+    }
+    void showMessage(int /*line*/, int /*column*/, const std::string& /*source*/,
+                     const std::string& /*message*/, MessageSeverity /*severity*/,
+                     bool /*flag*/) override {}
+};
+
+/// Accepts every type.
+class AnyTypeRequirement : public TypeRequirement {
+public:
+    bool check(const TypePtr& /*type*/) const override { return true; }
+    std::string text() const override { return "{any}"; }
+};
+
+void buildNameSpace(Analysis& analysis) {
+    CreateNameSpaceVisitor visitor(TopLevelEnvironment::instance()->getScope());
+    analysis.root->accept(visitor);
+    analysis.nameSpace = visitor.getNameSpace();
+}
+
+void findType(Analysis& analysis, ExprParserDialogs& dialogs) {
+    const AnyTypeRequirement requirement;
+    ASTTypeCheckVisitor checker(dialogs, analysis.nameSpace, requirement);
+    analysis.root->accept(checker);
+    if (checker.getErrorCount() == 0) {
+        analysis.type = checker.getResult();
+    }
+}
+
+// Runs the stages up to the type, or up to the scopes. Exceptions about the text are shown as the
+// compiler shows them.
+Analysis runStages(const ExpressionText& text, ExprParserDialogs& dialogs, bool wantsType) {
+    Analysis analysis;
+    std::ostringstream dropped;
+    try {
+        analysis.root = SyntaxParser::parse(dialogs, text.text().c_str(), dropped);
+        if (analysis.root) {
+            buildNameSpace(analysis);
+        }
+        if (analysis.root && wantsType) {
+            findType(analysis, dialogs);
+        }
+    } catch (const ParseException& exception) {
+        dialogs.showMessage(exception.getLine(), exception.getColumn(), "ExprParser",
+                            exception.what(), ExprParserDialogs::Error, false);
+        return {};
+    }
+    return analysis;
+}
+
+As kindOf(const ExpressionText& text) {
+    SilentDialogs silent;
+    const TypePtr type = runStages(text, silent, true).type;
+    return type && TypeExpression::isObjectCollection(type) ? As::association : As::attribute;
+}
+
+}  // namespace
+
+Analysis analyze(const ExpressionText& text, Messages& messages) {
+    return runStages(text, messages, false);
+}
+
+Analysis analyzeType(const ExpressionText& text, Messages& messages) {
+    return runStages(text, messages, true);
+}
+
+bool checkStrictly(const ExpressionText& text, Messages& messages) {
+    for (const DroppedText& dropped : text.droppedTexts()) {
+        messages.showError(dropped.line, dropped.column, dropped.sentence);
+    }
+    if (!text.droppedTexts().empty()) {
+        return false;
+    }
+    SilentDialogs silent;
+    const Analysis analysis = runStages(text, silent, false);
+    const std::vector<const ASTNode*> unfollowed =
+        analysis.root ? findUnfollowedSteps(*analysis.root) : std::vector<const ASTNode*>();
+    for (const ASTNode* step : unfollowed) {
+        messages.showError(step->getLine(), step->getColumn(),
+                           "This step is never followed: a reference to a label ends its chain, "
+                           "and of several in a group only the first is followed.");
+    }
+    return unfollowed.empty();
+}
+
+CompiledExpression compile(const ExpressionText& text, As as, Messages& messages) {
+    CompiledExpression compiled;
+    if (!checkStrictly(text, messages)) {
+        return compiled;
+    }
+    switch (as == As::automatic ? kindOf(text) : as) {
+        case As::condition:
+            compiled.value = ExprParser::parseCondition(messages, text.text());
+            break;
+        case As::association:
+            compiled.collection = ExprParser::parseComplexAssociation(messages, text.text());
+            break;
+        default:
+            compiled.value = ExprParser::parseAssociatedAttribute(messages, text.text());
+    }
+    return compiled;
+}
+
+}  // namespace mmq

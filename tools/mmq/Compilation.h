@@ -1,0 +1,45 @@
+// What the program does with an expression before it is evaluated.
+#pragma once
+
+#include "ExpressionText.h"
+#include "Messages.h"
+#include "Options.h"
+#include "api/ExprParser.h"
+#include "ast/ASTNode.h"
+#include "namespace/NameSpace.h"
+#include "types/TypeExpression.h"
+
+namespace mmq {
+
+/// A compiled expression: a function that yields a value, or one that yields a collection.
+struct CompiledExpression {
+    OrvCountedPtr<MMValueAbsExpr> value;
+    OrvCountedPtr<MMObjectCollectionAbsExpr> collection;
+
+    explicit operator bool() const { return value || collection; }
+    const MMTarget& target() const {
+        return value ? static_cast<const MMTarget&>(*value) : *collection;
+    }
+};
+
+/// The stages before code generation, as far as they were run.
+struct Analysis {
+    OrvCountedPtr<SpecificationNode> root;
+    OrvCountedPtr<NameSpace> nameSpace;
+    TypePtr type;  ///< empty where the expression does not type check
+};
+
+/// Parses the text and builds its scopes; empty where the text does not parse. Shows the messages.
+Analysis analyze(const ExpressionText& text, Messages& messages);
+/// The same, and finds the type, whatever it is.
+Analysis analyzeType(const ExpressionText& text, Messages& messages);
+
+/// Shows an error for everything in the text that compilers pass over in silence: characters that
+/// the lexer drops, and steps that a path never follows. Returns false if there is one.
+bool checkStrictly(const ExpressionText& text, Messages& messages);
+
+/// Compiles as the options say, after checkStrictly(). Shows the messages of that compilation
+/// alone; the result is empty where the expression does not compile.
+CompiledExpression compile(const ExpressionText& text, As as, Messages& messages);
+
+}  // namespace mmq

@@ -1,0 +1,122 @@
+// mmq eval: evaluates an expression on one object of a model, or on all objects of a class.
+#include <chrono>
+#include <iostream>
+
+#include "Commands.h"
+#include "Compilation.h"
+#include "ExitStatus.h"
+#include "ModelLoading.h"
+#include "ResultWriter.h"
+#include "fliodram/MMEvaluationError.h"
+
+namespace mmq {
+
+namespace {
+
+/// Evaluates one expression on objects of one model, one after the other.
+class Evaluation {
+public:
+    Evaluation(const RepositoryModel& model, const CompiledExpression& expression,
+               const Options& options, ResultWriter& writer)
+        : expression_(expression), options_(options), writer_(writer), context_(model) {
+        if (options_.maximumSteps) {
+            limits_.steps = *options_.maximumSteps;
+        }
+        if (options_.timeoutSeconds > 0.0) {
+            const std::chrono::duration<double> seconds(options_.timeoutSeconds);
+            deadline_ = Clock::now() + std::chrono::duration_cast<Clock::duration>(seconds);
+        }
+    }
+
+    /// An object that fails is reported, and the others are gone on with.
+    void run(MMObject object) {
+        try {
+            setLimits();
+            if (expression_.value) {
+                writeValue(object, expression_.value->apply(context_, object));
+            } else {
+                writer_.writeCollection(object, expression_.collection->apply(context_, object));
+            }
+        } catch (const MMEvaluationError& error) {
+            hasFailed_ = true;
+            writer_.writeError(object, error.what());
+        }
+    }
+
+    int exitStatus() const {
+        if (hasFailed_) {
+            return EXIT_EVALUATION;
+        }
+        return hasFalse_ && options_.failsOnFalse ? EXIT_FINDINGS : EXIT_DONE;
+    }
+
+private:
+    using Clock = std::chrono::steady_clock;
+
+    // What is left of the time for all objects is the time for the next one.
+    void setLimits() {
+        if (options_.timeoutSeconds > 0.0) {
+            const auto left =
+                std::chrono::duration_cast<std::chrono::nanoseconds>(deadline_ - Clock::now());
+            limits_.time = std::max(left, std::chrono::nanoseconds(1));
+        }
+        context_.setLimits(limits_);
+    }
+
+    void writeValue(MMObject object, const MMValue& value) {
+        hasFalse_ = hasFalse_ || (value.getKind() == MMValue::Kind::boolean && !value.getBoolean());
+        writer_.writeValue(object, value);
+    }
+
+    const CompiledExpression& expression_;
+    const Options& options_;
+    ResultWriter& writer_;
+    MMEvaluationContext context_;
+    MMEvaluationLimits limits_;
+    Clock::time_point deadline_;
+    bool hasFailed_ = false;
+    bool hasFalse_ = false;
+};
+
+// The objects that the options choose; empty, after a sentence, where there are none to choose.
+std::vector<MMObject> chooseObjects(const RepositoryModel& model, const Options& options) {
+    if (!options.onClass.empty()) {
+        const MMObjectRange range = model.instances(options.onClass);
+        return {range.begin(), range.end()};
+    }
+    const MMObject object = options.uid.empty() ? model.root(0) : model.find(options.uid);
+    return object != mmNoObject ? std::vector<MMObject>{object} : std::vector<MMObject>();
+}
+
+std::string noObjectSentence(const Options& options) {
+    if (!options.onClass.empty()) {
+        return "has no object of the class " + options.onClass + ".";
+    }
+    return options.uid.empty() ? "has no object."
+                               : "has no object with the uid " + options.uid + ".";
+}
+
+}  // namespace
+
+int runEval(const Options& options) {
+    const ExpressionText text = readExpression(options);
+    Messages messages(text, options, options.isVerbose);
+    const CompiledExpression expression = compile(text, options.as, messages);
+    if (!expression) {
+        return EXIT_EXPRESSION;
+    }
+    const std::unique_ptr<RepositoryModel> model = loadModel(options);
+    const std::vector<MMObject> objects = chooseObjects(*model, options);
+    if (objects.empty()) {
+        std::cerr << "mmq: " << options.modelFile << ' ' << noObjectSentence(options) << '\n';
+        return EXIT_USAGE;
+    }
+    ResultWriter writer(*model, options.format, options.onClass.empty());
+    Evaluation evaluation(*model, expression, options, writer);
+    for (const MMObject object : objects) {
+        evaluation.run(object);
+    }
+    return evaluation.exitStatus();
+}
+
+}  // namespace mmq

@@ -1,0 +1,170 @@
+// The text is lexed once to find out where its tokens stand, by a lexer that remembers what it
+// drops instead of reporting it. A caret is placed by what a terminal would show before it: a tab
+// stays a tab, a character of several bytes is as wide as it is.
+#include "ExpressionText.h"
+
+#include <wchar.h>
+
+#include <algorithm>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <sstream>
+#include <stdexcept>
+
+#include "foundation/TextOutput.h"
+#include "parser/ColumnToken.h"
+#include "parser/DLGLexer.h"
+#include "support/ParseException.h"
+
+namespace mmq {
+
+namespace {
+
+std::string quoted(std::string_view text) {
+    std::string result;
+    appendJsonString(result, text);
+    return result;
+}
+
+bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
+
+// The bytes of the character at `offset`, and its width on a terminal.
+std::pair<std::size_t, int> measure(std::string_view text, std::size_t offset) {
+    std::size_t end = offset + 1;
+    while (end < text.size() && isContinuation(text[end])) {
+        ++end;
+    }
+    const std::size_t length = end - offset;
+    if (length == 1) {
+        return {1, 1};
+    }
+    wchar_t character = 0;
+    mbstate_t state{};
+    const std::size_t read = mbrtowc(&character, text.data() + offset, length, &state);
+    const int width = read == length ? wcwidth(character) : 1;
+    return {length, std::max(width, 0)};
+}
+
+// White space as wide as the text.
+std::string blankFor(std::string_view text) {
+    std::string blank;
+    for (std::size_t offset = 0; offset < text.size();) {
+        const auto [length, width] = measure(text, offset);
+        blank.append(text[offset] == '\t' ? "\t"
+                                          : std::string(static_cast<std::size_t>(width), ' '));
+        offset += length;
+    }
+    return blank;
+}
+
+std::string sentenceFor(int mode, std::string_view dropped) {
+    if (mode != 0) {
+        const std::size_t backslash = dropped.rfind('\\');
+        return "The escape " + std::string(dropped.substr(backslash)) +
+               " does not exist; a backslash is written \\\\.";
+    }
+    if (dropped.size() == 1 || static_cast<unsigned char>(dropped[0]) >= 0x80U) {
+        return "The character " + quoted(dropped) + " has no meaning here.";
+    }
+    return "The text " + quoted(dropped.substr(0, dropped.size() - 1)) +
+           " is not the whole of anything.";
+}
+
+}  // namespace
+
+/// Notes where tokens stand, and what it drops.
+class IndexingLexer : public DLGLexer {
+public:
+    IndexingLexer(DLGStringInput& input, ExpressionText& text)
+        : DLGLexer(&input, defaultBufferSize), text_(text) {}
+
+    void run() {
+        const ColumnToken tokenTemplate;
+        try {
+            int number = TOKEN_INVALID;
+            while (number != TOKEN_EOF) {
+                const TokenPtr token = nextToken(tokenTemplate);
+                note(token->getLine(), token->getColumn(), token->getOffset());
+                number = token->getNumber();
+            }
+        } catch (const ParseException&) {
+            // The compilation will end at the same place; this is where it points.
+            note(line(), beginColumn(), beginOffset());
+        }
+    }
+
+protected:
+    void reportInvalid(const InvalidToken& invalid) override {
+        std::size_t end = invalid.endOffset;
+        while (end < text_.text_.size() && isContinuation(text_.text_[end])) {
+            ++end;
+        }
+        // Bytes that continue a character were spoken of with its first one.
+        if (isContinuation(text_.text_[invalid.offset]) && invalid.offset == lastEnd_) {
+            lastEnd_ = invalid.endOffset;
+            return;
+        }
+        lastEnd_ = invalid.endOffset;
+        const std::string_view dropped =
+            std::string_view(text_.text_).substr(invalid.offset, end - invalid.offset);
+        const bool isEscape = mode() != 0;
+        const std::size_t offset = isEscape ? invalid.stopOffset - 1 : invalid.offset;
+        const int column = isEscape ? invalid.stopColumn - 1 : invalid.column;
+        note(invalid.line, column, offset);
+        text_.dropped_.push_back({invalid.line, column, sentenceFor(mode(), dropped)});
+    }
+
+private:
+    void note(int line, int column, std::size_t offset) {
+        text_.offsets_.emplace(std::make_pair(line, column), offset);
+    }
+
+    ExpressionText& text_;
+    std::size_t lastEnd_ = static_cast<std::size_t>(-1);
+};
+
+ExpressionText::ExpressionText(std::string text) : text_(std::move(text)) {
+    text_.resize(std::min(text_.size(), text_.find('\0')));
+    DLGStringInput input(text_.c_str());
+    IndexingLexer(input, *this).run();
+}
+
+std::size_t ExpressionText::offsetOf(int line, int column) const {
+    const auto found = offsets_.find({line, column});
+    return found != offsets_.end() ? found->second : std::string::npos;
+}
+
+std::string ExpressionText::excerpt(int line, int column) const {
+    const std::size_t offset = offsetOf(line, column);
+    if (offset > text_.size() || text_.empty()) {
+        return {};
+    }
+    const std::size_t before = text_.rfind('\n', offset == 0 ? std::string::npos : offset - 1);
+    const std::size_t start = offset == 0 || before == std::string::npos ? 0 : before + 1;
+    const std::string_view rest = std::string_view(text_).substr(start);
+    const std::string_view sourceLine = rest.substr(0, rest.find_first_of("\r\n", offset - start));
+    std::string excerpt(sourceLine);
+    return excerpt + "\n" + blankFor(sourceLine.substr(0, offset - start)) + "^\n";
+}
+
+ExpressionText readExpression(const Options& options) {
+    const bool isArgument = options.expression && *options.expression != "-";
+    if (isArgument) {
+        return ExpressionText(*options.expression);
+    }
+    const std::string& file = options.expression ? *options.expression : options.expressionFile;
+    if (file == "-") {
+        return ExpressionText(std::string(std::istreambuf_iterator<char>(std::cin), {}));
+    }
+    std::ifstream stream(file, std::ios::binary);
+    std::ostringstream content;
+    if (!stream || !(content << stream.rdbuf())) {
+        if (!stream || stream.peek() != std::char_traits<char>::eof()) {
+            throw std::runtime_error(file + ": The expression cannot be read.");
+        }
+    }
+    return ExpressionText(content.str());
+}
+
+}  // namespace mmq

@@ -1,0 +1,82 @@
+// mmq info: what a model consists of.
+#include <algorithm>
+#include <iostream>
+
+#include "Commands.h"
+#include "ExitStatus.h"
+#include "ModelLoading.h"
+#include "foundation/TextOutput.h"
+
+namespace mmq {
+
+namespace {
+
+void appendNames(std::string& json, const std::vector<std::string_view>& names) {
+    json += '[';
+    const char* separator = "";
+    for (const std::string_view name : names) {
+        json += separator;
+        appendJsonString(json, name);
+        separator = ",";
+    }
+    json += ']';
+}
+
+void writeJson(const RepositoryModel& model) {
+    std::string json = "{\"objects\":" + std::to_string(model.objectCount()) +
+                       ",\"roots\":" + std::to_string(model.roots().size()) + ",\"classes\":[";
+    const char* separator = "";
+    for (const ClassSummary& summary : model.classes()) {
+        json += separator;
+        json += "{\"name\":";
+        appendJsonString(json, summary.name);
+        json += ",\"count\":" + std::to_string(summary.count) + ",\"attributes\":";
+        appendNames(json, summary.attributes);
+        json += ",\"associations\":";
+        appendNames(json, summary.associations);
+        json += '}';
+        separator = ",";
+    }
+    std::cout << json << "]}\n";
+}
+
+std::string joined(const std::vector<std::string_view>& names) {
+    std::string text;
+    for (const std::string_view name : names) {
+        text += text.empty() ? "" : ", ";
+        text += name;
+    }
+    return text;
+}
+
+std::string plural(std::size_t count, const char* word) {
+    return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
+}
+
+void writeText(const RepositoryModel& model) {
+    std::cout << plural(model.objectCount(), "object") << ", "
+              << plural(model.roots().size(), "root") << '\n';
+    for (const ClassSummary& summary : model.classes()) {
+        std::cout << '\n' << summary.name << ": " << summary.count << '\n';
+        if (!summary.attributes.empty()) {
+            std::cout << "    attributes:   " << joined(summary.attributes) << '\n';
+        }
+        if (!summary.associations.empty()) {
+            std::cout << "    associations: " << joined(summary.associations) << '\n';
+        }
+    }
+}
+
+}  // namespace
+
+int runInfo(const Options& options) {
+    const std::unique_ptr<RepositoryModel> model = loadModel(options);
+    if (options.format == Format::json) {
+        writeJson(*model);
+    } else {
+        writeText(*model);
+    }
+    return EXIT_DONE;
+}
+
+}  // namespace mmq

@@ -1,0 +1,96 @@
+#include "Messages.h"
+
+#include <unistd.h>
+
+#include <cstdlib>
+#include <iostream>
+#include <string_view>
+
+#include "foundation/TextOutput.h"
+
+namespace mmq {
+
+namespace {
+
+bool wantsColor(When when) {
+    if (when != When::automatic) {
+        return when == When::always;
+    }
+    const char* const refusal = std::getenv("NO_COLOR");
+    return (refusal == nullptr || *refusal == '\0') && isatty(STDERR_FILENO) != 0;
+}
+
+// A pattern beside "~=" is an error that everybody makes once.
+bool isPatternBesideMatch(const std::string& message) {
+    return message.rfind("There is no operator~", 0) == 0 &&
+           message.find("{regexp}") < message.find('\n');
+}
+
+constexpr const char* patternHint =
+    "Put the pattern in double quotes, with \\\\ for a backslash, or use match.";
+
+}  // namespace
+
+Messages::Messages(const ExpressionText& text, const Options& options, bool showsProgress)
+    : text_(text),
+      isJson_(options.messages == MessageFormat::json),
+      showsProgress_(showsProgress),
+      isColored_(!isJson_ && wantsColor(options.color)) {}
+
+bool Messages::askYesNo(const std::string& /*question*/, bool defaultAnswer) {
+    return defaultAnswer;
+}
+
+std::string Messages::colored(const char* code, const std::string& text) const {
+    return isColored_ ? std::string("\033[") + code + "m" + text + "\033[0m" : text;
+}
+
+void Messages::writeJson(int line, int column, const std::string& source,
+                         const std::string& message, int severity, bool flag) const {
+    std::string object = "{\"line\":" + std::to_string(line) +
+                         ",\"column\":" + std::to_string(column) + ",\"source\":";
+    appendJsonString(object, source);
+    object += ",\"message\":";
+    appendJsonString(object, message);
+    object += ",\"severity\":" + std::to_string(severity) +
+              ",\"flag\":" + (flag ? "true" : "false") + "}\n";
+    std::cerr << object;
+}
+
+void Messages::writeText(int line, int column, const std::string& message,
+                         MessageSeverity severity) const {
+    if (severity != Error) {
+        std::cerr << (showsProgress_ ? message + "\n" : "");
+        return;
+    }
+    std::cerr << line << ':' << column << ": " << colored("1;31", "error:") << ' ' << message
+              << (message.empty() || message.back() != '\n' ? "\n" : "")
+              << text_.excerpt(line, column);
+}
+
+void Messages::showMessage(int line, int column, const std::string& source,
+                           const std::string& message, MessageSeverity severity, bool flag) {
+    errorCount_ += severity == Error ? 1 : 0;
+    if (isJson_) {
+        writeJson(line, column, source, message, severity, flag);
+    } else {
+        writeText(line, column, message, severity);
+    }
+    if (isPatternBesideMatch(message)) {
+        showHint(line, column, patternHint);
+    }
+}
+
+void Messages::showError(int line, int column, const std::string& message) {
+    showMessage(line, column, messageSource, message, Error, false);
+}
+
+void Messages::showHint(int line, int column, const std::string& hint) {
+    if (isJson_) {
+        writeJson(line, column, messageSource, hint, Info, false);
+    } else {
+        std::cerr << colored("1;36", "hint:") << ' ' << hint << '\n';
+    }
+}
+
+}  // namespace mmq

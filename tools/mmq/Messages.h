@@ -1,0 +1,48 @@
+// The messages of compilations, written for people or for programs.
+#pragma once
+
+#include <string>
+
+#include "ExpressionText.h"
+#include "Options.h"
+#include "api/ExprParserDialogs.h"
+
+namespace mmq {
+
+/// The name of this program as the source of messages.
+inline constexpr const char* messageSource = "mmq";
+
+/// Writes each message to the standard error stream as it comes: as text with the source line and
+/// a caret, or as one JSON object a line. Borrows the text of the expression.
+class Messages : public ExprParserDialogs {
+public:
+    /// With `showsProgress`, progress messages are written as text, too; JSON always has them.
+    Messages(const ExpressionText& text, const Options& options, bool showsProgress);
+
+    /// Nobody is there to ask.
+    bool askYesNo(const std::string& question, bool defaultAnswer) override;
+    void showMessage(int line, int column, const std::string& source, const std::string& message,
+                     MessageSeverity severity, bool flag) override;
+
+    /// Writes an error of this program's own.
+    void showError(int line, int column, const std::string& message);
+    /// Writes a line of advice about the message before.
+    void showHint(int line, int column, const std::string& hint);
+
+    int errorCount() const { return errorCount_; }
+
+private:
+    void writeJson(int line, int column, const std::string& source, const std::string& message,
+                   int severity, bool flag) const;
+    void writeText(int line, int column, const std::string& message,
+                   MessageSeverity severity) const;
+    std::string colored(const char* code, const std::string& text) const;
+
+    const ExpressionText& text_;
+    bool isJson_;
+    bool showsProgress_;
+    bool isColored_;
+    int errorCount_ = 0;
+};
+
+}  // namespace mmq

@@ -1,0 +1,263 @@
+// Each command has a parser of its own with the options that mean something to it; options that
+// several commands have are added by one function. Before parsing, an argument that begins with
+// "-" but is no option is moved behind "--": it is the expression.
+#include "Options.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iostream>
+#include <set>
+#include <utility>
+
+#include "ExitStatus.h"
+#include "Version.h"
+
+namespace mmq {
+
+namespace {
+
+// The values of an option with their names, in the order of the help.
+template <class Value>
+using Names = std::vector<std::pair<std::string, Value>>;
+
+template <class Value>
+std::string listed(const Names<Value>& names, const char* separator) {
+    std::string list;
+    for (const auto& [name, value] : names) {
+        list += (list.empty() ? "" : separator) + name;
+    }
+    return list;
+}
+
+// Adds an option that takes one of the names.
+template <class Value>
+void addChoice(CLI::App& command, const char* option, Value& variable, const char* help,
+               const Names<Value>& names) {
+    const auto choose = [&variable, names](const std::string& given) {
+        for (const auto& [name, value] : names) {
+            if (name == given) {
+                variable = value;
+                return;
+            }
+        }
+        throw CLI::ValidationError(given + " is none of " + listed(names, ", "));
+    };
+    command.add_option_function<std::string>(option, choose, help)->type_name(listed(names, "|"));
+}
+
+void addExpression(CLI::App& command, Options& options) {
+    command.add_option("EXPRESSION", options.expression,
+                       "The expression; - reads it from the standard input");
+    command.add_option("-f,--file", options.expressionFile, "Read the expression from a file");
+}
+
+void addMessages(CLI::App& command, Options& options) {
+    addChoice<MessageFormat>(command, "--messages", options.messages, "The form of messages",
+                             {{"text", MessageFormat::text}, {"json", MessageFormat::json}});
+    addChoice<When>(command, "--color", options.color, "Whether messages are coloured",
+                    {{"auto", When::automatic}, {"always", When::always}, {"never", When::never}});
+    command.add_flag("-v,--verbose", options.isVerbose, "Show progress messages too");
+}
+
+void addAs(CLI::App& command, Options& options) {
+    addChoice<As>(command, "--as", options.as,
+                  "What the expression is to be; auto goes by its type",
+                  {{"auto", As::automatic},
+                   {"condition", As::condition},
+                   {"attribute", As::attribute},
+                   {"association", As::association}});
+}
+
+void addModel(CLI::App& command, Options& options) {
+    command.add_option("--model", options.modelFile, "The model: an XMI or JSON document")
+        ->required()
+        ->type_name("FILE");
+    command
+        .add_option("--metamodel", options.metamodelFile,
+                    "The metamodel of an XMI document, an Ecore file")
+        ->type_name("FILE");
+}
+
+void addFormat(CLI::App& command, Options& options, const Names<Format>& names) {
+    addChoice<Format>(command, "--format", options.format, "The form of the output", names);
+}
+
+void addEval(CLI::App& program, Options& options) {
+    CLI::App& command = *program.add_subcommand(
+        "eval", "Evaluate an expression on the root of a model, or on objects of it");
+    addModel(command, options);
+    CLI::Option* const on =
+        command.add_option("--on", options.onClass, "Evaluate on every object of a class")
+            ->type_name("CLASS");
+    command.add_option("--uid", options.uid, "Evaluate on the object with this identifier")
+        ->type_name("UID")
+        ->excludes(on);
+    addAs(command, options);
+    addFormat(command, options,
+              {{"text", Format::text}, {"json", Format::json}, {"csv", Format::csv}});
+    command.add_flag("--fail", options.failsOnFalse,
+                     "End with status 1 when the result is false for some object");
+    command
+        .add_option("--max-steps", options.maximumSteps,
+                    "Steps that the evaluation on one object may take")
+        ->type_name("N");
+    command.add_option("--timeout", options.timeoutSeconds, "Time that all evaluations may take")
+        ->check(CLI::PositiveNumber)
+        ->type_name("SECONDS");
+    addMessages(command, options);
+    addExpression(command, options);
+    command.callback([&options] { options.command = Command::eval; });
+}
+
+void addCheck(CLI::App& program, Options& options) {
+    CLI::App& command =
+        *program.add_subcommand("check", "Compile an expression and show the messages");
+    addAs(command, options);
+    addMessages(command, options);
+    addExpression(command, options);
+    command.callback([&options] { options.command = Command::check; });
+}
+
+void addDump(CLI::App& program, Options& options) {
+    CLI::App& command =
+        *program.add_subcommand("dump", "Show what one stage makes of an expression");
+    addChoice<Stage>(command, "STAGE", options.stage, "What to show",
+                     {{"tokens", Stage::tokens},
+                      {"ast", Stage::ast},
+                      {"scopes", Stage::scopes},
+                      {"builtins", Stage::builtins},
+                      {"type", Stage::type},
+                      {"target", Stage::target}});
+    command.get_option("STAGE")->required();
+    addAs(command, options);
+    addMessages(command, options);
+    addExpression(command, options);
+    command.callback([&options] { options.command = Command::dump; });
+}
+
+void addInfo(CLI::App& program, Options& options) {
+    CLI::App& command = *program.add_subcommand(
+        "info", "Show the classes of a model with their objects, attributes and associations");
+    addModel(command, options);
+    addFormat(command, options, {{"text", Format::text}, {"json", Format::json}});
+    command.callback([&options] { options.command = Command::info; });
+}
+
+// The names of all options of a command, and those of them that take a value.
+struct OptionNames {
+    std::set<std::string> all;
+    std::set<std::string> withValue;
+};
+
+OptionNames namesOf(const CLI::App& command) {
+    OptionNames names;
+    for (const CLI::Option* option : command.get_options()) {
+        for (const auto* list : {&option->get_snames(), &option->get_lnames()}) {
+            for (const std::string& name : *list) {
+                const std::string dashed = (name.size() == 1 ? "-" : "--") + name;
+                names.all.insert(dashed);
+                if (option->get_expected_max() > 0) {
+                    names.withValue.insert(dashed);
+                }
+            }
+        }
+    }
+    return names;
+}
+
+bool isOption(const OptionNames& names, const std::string& argument) {
+    return names.all.count(argument.substr(0, argument.find('='))) > 0;
+}
+
+bool isCommand(const CLI::App& program, const std::string& name) {
+    return !program
+                .get_subcommands([&name](const CLI::App* app) { return app->get_name() == name; })
+                .empty();
+}
+
+// Puts "--" and what begins with "-" but is no option of the command at the end.
+std::vector<std::string> withExpressionLast(const CLI::App& program,
+                                            std::vector<std::string> arguments) {
+    const std::vector<const CLI::App*> commands = program.get_subcommands([&](const CLI::App* app) {
+        return !arguments.empty() && app->get_name() == arguments.front();
+    });
+    if (commands.empty()) {
+        return arguments;
+    }
+    const OptionNames names = namesOf(*commands.front());
+    std::vector<std::string> result;
+    std::vector<std::string> expressions;
+    for (std::size_t i = 0; i < arguments.size(); ++i) {
+        const std::string& argument = arguments[i];
+        if (argument == "--") {
+            expressions.insert(expressions.end(), arguments.begin() + static_cast<long>(i) + 1,
+                               arguments.end());
+            break;
+        }
+        if (argument.size() > 1 && argument[0] == '-' && !isOption(names, argument)) {
+            expressions.push_back(argument);
+        } else {
+            result.push_back(argument);
+            if (names.withValue.count(argument) > 0 && i + 1 < arguments.size()) {
+                result.push_back(arguments[++i]);
+            }
+        }
+    }
+    if (!expressions.empty()) {
+        result.emplace_back("--");
+        result.insert(result.end(), expressions.begin(), expressions.end());
+    }
+    return result;
+}
+
+// What is wrong in the combination of options; empty where nothing is.
+std::string findConflict(const Options& options) {
+    const bool isDumpOfBuiltins =
+        options.command == Command::dump && options.stage == Stage::builtins;
+    if (options.command == Command::info || isDumpOfBuiltins) {
+        return {};
+    }
+    const bool hasFile = !options.expressionFile.empty();
+    if (options.expression.has_value() == hasFile) {
+        return hasFile ? "The expression is given twice: as an argument and with -f."
+                       : "An expression is missing: give it as an argument, or a file with -f.";
+    }
+    return {};
+}
+
+}  // namespace
+
+ParsedCommandLine parseCommandLine(int argumentCount, const char* const* arguments) {
+    ParsedCommandLine parsed;
+    CLI::App program("mmq asks models questions in a typed query language.", "mmq");
+    program.set_version_flag("--version", std::string("mmq ") + version);
+    program.require_subcommand(1);
+    program.set_help_all_flag("--help-all", "Show the help of all commands");
+    program.failure_message([](const CLI::App* app, const CLI::Error& error) {
+        const std::vector<CLI::App*> commands = app->get_subcommands();
+        const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
+        return "mmq: " + std::string(error.what()) + ".\nTry 'mmq" + command + " --help'.\n";
+    });
+    for (auto* add : {&addEval, &addCheck, &addDump, &addInfo}) {
+        add(program, parsed.options);
+    }
+    try {
+        if (argumentCount > 1 && arguments[1][0] != '-' && !isCommand(program, arguments[1])) {
+            throw CLI::ValidationError("There is no command " + std::string(arguments[1]));
+        }
+        std::vector<std::string> ordered = withExpressionLast(
+            program, std::vector<std::string>(arguments + 1, arguments + argumentCount));
+        std::reverse(ordered.begin(), ordered.end());
+        program.parse(ordered);
+        const std::string conflict = findConflict(parsed.options);
+        if (!conflict.empty()) {
+            std::cerr << "mmq: " << conflict << '\n';
+            parsed.exitStatus = EXIT_USAGE;
+        }
+    } catch (const CLI::ParseError& error) {
+        parsed.exitStatus = program.exit(error, std::cout, std::cerr) == 0 ? EXIT_DONE : EXIT_USAGE;
+    }
+    return parsed;
+}
+
+}  // namespace mmq

@@ -1,0 +1,37 @@
+// The results of evaluations, written for people or for programs.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "Options.h"
+#include "fliodram/MMValue.h"
+#include "repository/RepositoryModel.h"
+
+namespace mmq {
+
+/// Writes the results of one command to the standard output, one object after the other. Borrows
+/// the model.
+class ResultWriter {
+public:
+    /// With `isSingle`, there is only one object, which the text form need not name.
+    ResultWriter(const RepositoryModel& model, Format format, bool isSingle);
+
+    void writeValue(MMObject object, const MMValue& value);
+    void writeCollection(MMObject object, const std::vector<MMObject>& result);
+    /// Writes why there is no result; the text form goes to the standard error stream.
+    void writeError(MMObject object, const std::string& sentence);
+
+private:
+    std::string uidOf(MMObject object) const;
+    /// The name of an object, or its class and uid where it has none.
+    std::string labelOf(MMObject object) const;
+    void writeJson(MMObject object, const char* field, const std::string& json);
+    void writeCsv(MMObject object, const std::string& result);
+
+    const RepositoryModel& model_;
+    Format format_;
+    bool isSingle_;
+};
+
+}  // namespace mmq

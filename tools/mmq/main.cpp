@@ -1,0 +1,60 @@
+// mmq: asks models questions in a typed query language.
+#include <clocale>
+#include <iostream>
+#include <new>
+
+#include "Commands.h"
+#include "ExitStatus.h"
+#include "Options.h"
+#include "repository/ModelError.h"
+
+namespace {
+
+int run(const mmq::Options& options) {
+    switch (options.command) {
+        case mmq::Command::eval:
+            return mmq::runEval(options);
+        case mmq::Command::check:
+            return mmq::runCheck(options);
+        case mmq::Command::dump:
+            return mmq::runDump(options);
+        case mmq::Command::info:
+            return mmq::runInfo(options);
+    }
+    return mmq::EXIT_USAGE;
+}
+
+// Runs the command; what goes wrong outside an evaluation is a sentence and a status.
+int runGuarded(const mmq::Options& options) {
+    try {
+        return run(options);
+    } catch (const ModelError& error) {
+        std::cerr << "mmq: " << error.what() << '\n';
+        return mmq::EXIT_MODEL;
+    } catch (const std::bad_alloc&) {
+        std::cerr << "mmq: There is not enough memory.\n";
+        return mmq::EXIT_EVALUATION;
+    } catch (const OrvException& error) {
+        std::cerr << "mmq: " << error.what() << '\n';
+        return mmq::EXIT_EVALUATION;
+    } catch (const std::exception& error) {
+        std::cerr << "mmq: " << error.what() << '\n';
+        return mmq::EXIT_USAGE;
+    }
+}
+
+}  // namespace
+
+int main(int argumentCount, char** arguments) {
+    // Only for the width of characters; numbers are never read or written by the locale.
+    std::setlocale(LC_CTYPE, "C.UTF-8");
+    std::ios::sync_with_stdio(false);
+    const mmq::ParsedCommandLine parsed = mmq::parseCommandLine(argumentCount, arguments);
+    const int status = parsed.exitStatus ? *parsed.exitStatus : runGuarded(parsed.options);
+    std::cout.flush();
+    if (!std::cout) {
+        std::cerr << "mmq: The output could not be written.\n";
+        return status != mmq::EXIT_DONE ? status : mmq::EXIT_EVALUATION;
+    }
+    return status;
+}
