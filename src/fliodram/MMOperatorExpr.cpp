@@ -1,3 +1,6 @@
+// Chains of operators that lean to the left, as the parser makes them, are evaluated in a loop over
+// their operands, so that their length costs no stack. An integer beside a real is taken as a real,
+// a text beside anything makes a text, and integers that overflow end the evaluation.
 #include "fliodram/MMOperatorExpr.h"
 
 #include <string>

@@ -284,7 +284,7 @@ void JsonHandler::finishObject() {
 
 void JsonHandler::finish() const {
     if ((seen_ & (1U << static_cast<unsigned>(Member::objects))) == 0) {
-        builder_.source().fail("The document has no \"objects\".");
+        builder_.source().fail(stream_.Tell(), "The document has no \"objects\".");
     }
 }
 

@@ -97,7 +97,7 @@ void SourceText::grow(std::size_t capacity) {
 // Turns what was read into UTF-8 in place, or into a text of its own where the encoding is another.
 void SourceText::decode() {
     if (size_ == 0) {
-        fail("The file is empty.");
+        fail(0, "The file is empty.");
     }
     std::memset(text_ + size_, 0, slack);
     const TextEncoding encoding = TextEncoding::detect(view());
@@ -118,7 +118,9 @@ void SourceText::convert(const std::string& encoding) {
     const bool wasDeclared = view().substr(0, 5) == "<?xml";
     ConvertedText converted = convertToUtf8(view(), encoding);
     if (converted.buffer == nullptr) {
-        fail("The encoding \"" + encoding + "\" is not known.");
+        addLines();
+        fail(wasDeclared ? view().find(encoding) : 0,
+             "The encoding \"" + encoding + "\" is not known.");
     }
     size_ = 0;
     grow(converted.size);
@@ -133,7 +135,7 @@ void SourceText::convert(const std::string& encoding) {
         fail(tooLarge);
     }
     if (wasDeclared && view().substr(0, 5) != "<?xml") {
-        fail("It is not written in the encoding \"" + encoding + "\" that it declares.");
+        fail(0, "It is not written in the encoding \"" + encoding + "\" that it declares.");
     }
 }
 

@@ -18,7 +18,7 @@ struct Mark {
     std::size_t length;  // of the mark; 0 where the bytes are the document's own
 };
 
-using namespace std::string_view_literals;
+using std::string_view_literals::operator""sv;
 
 // Longer marks first: UTF-32 begins like UTF-16.
 constexpr std::array<Mark, 9> marks{{{"\xFF\xFE\0\0"sv, "UTF-32LE", 4},

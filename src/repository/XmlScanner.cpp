@@ -288,7 +288,7 @@ void XmlScanner::checkReference(std::size_t at) const {
 void XmlScanner::checkOutside(std::size_t at) const {
     const std::size_t found = text_.find_first_not_of(blanks, start_);
     if (found < at) {
-        source_.fail(found, start_ == 0 ? "The document is not XML."
+        source_.fail(found, start_ == 0 ? "The document is neither XML nor a JSON object."
                                         : "Text stands outside the document element.");
     }
 }
@@ -299,6 +299,6 @@ void XmlScanner::finish() const {
     }
     checkOutside(text_.size());
     if (elementCount_ == 0) {
-        source_.fail("The document has no element.");
+        source_.fail(text_.size(), "The document has no element.");
     }
 }

@@ -55,28 +55,4 @@ TEST(ExprParser, TextThatDoesNotParse) {
     EXPECT_EQ(dialogs.messages.back(), "0:0 ExprParser 0 Parse failed.");
 }
 
-/// Throws from every message.
-class ThrowingDialogs : public RecordingDialogs {
-public:
-    void showMessage(int line, int column, const std::string& source, const std::string& message,
-                     MessageSeverity severity, bool flag) override {
-        RecordingDialogs::showMessage(line, column, source, message, severity, flag);
-        if (messages.size() % 2 == 1) {
-            throw std::runtime_error("the host is out of order");
-        }
-        throw 1;  // NOLINT(hicpp-exception-baseclass): a host may throw anything
-    }
-};
-
-TEST(ExprParser, WhatDialogsThrowEndsAtTheBoundary) {
-    std::ostringstream log;
-    OrvException::getLog().setStream(log);
-    OrvException::getLog().enable("Catch");
-    ThrowingDialogs dialogs;
-    EXPECT_FALSE(ExprParser::parseCondition(dialogs, ""));
-    OrvException::getLog().disable("Catch");
-    OrvException::getLog().setStream(std::cerr);
-    EXPECT_EQ(log.str(), "Exception catch: the host is out of order\n");
-}
-
 }  // namespace

@@ -1,6 +1,7 @@
 // Compilations and evaluations give back every allocation, whatever becomes of them.
 #include <gtest/gtest.h>
 
+#include <array>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -9,6 +10,7 @@
 #include "api/RecordingDialogs.h"
 #include "evaluation/SmallModel.h"
 #include "fliodram/MMEvaluationError.h"
+#include "foundation/Tracked.h"
 #include "support/AllocationCounter.h"
 #include "support/Corpus.h"
 
@@ -16,6 +18,18 @@ namespace {
 
 constexpr std::size_t compilations = 10000;
 constexpr std::size_t entryPoints = 3;
+
+// Only the bodies are allocated, each with what its list of links begins with.
+TEST(Lifetime, PointersAllocateNothing) {
+    const NodePtr first = makeNode();
+    const NodePtr second = makeNode();
+    const std::ptrdiff_t before = AllocationCounter::live();
+    std::array<NodePtr, 100> copies;
+    copies.fill(first);
+    first->setLink(second);
+    second->setLink(copies.back());
+    EXPECT_EQ(AllocationCounter::live(), before);
+}
 
 /// Loses what is written to the standard error stream, where dropped characters are reported.
 class SilentErrors {

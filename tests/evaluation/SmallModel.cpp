@@ -5,7 +5,7 @@
 
 namespace {
 
-using namespace std::string_view_literals;
+using std::string_view_literals::operator""sv;
 
 /// An object; what has no data is absent. The links are "association targets" each.
 struct ObjectRow {

@@ -81,6 +81,7 @@ TEST_F(Pointers, ConverterGoesFourWays) {
     EXPECT_EQ(counted.get(), leaf.get());
     EXPECT_FALSE((OrvConverter<Leaf, Node>::toCounted(node)));
     EXPECT_EQ((OrvConverter<Node, Leaf>::toCyclic(counted)), leaf);
+    EXPECT_FALSE((OrvConverter<Leaf, Node>::toCyclic(OrvCountedPtr<Node>(new Node))));
 }
 
 TEST_F(Pointers, ConvertedPointerSharesOwnership) {
@@ -110,6 +111,30 @@ TEST_F(Pointers, SimplePointerHasOneOwner) {
     const OrvSimplePtr<Base> owned(holder, std::move(second));
     EXPECT_TRUE(owned);
     EXPECT_EQ(Tracked::alive, 2);
+}
+
+// An interface that cannot delete what is behind it.
+struct Interface {
+    virtual int answer() const = 0;
+
+protected:
+    ~Interface() = default;
+};
+struct PlainAnswer : Base, Interface {
+    int answer() const override { return 1; }
+};
+struct BodyAnswer : Node, Interface {
+    int answer() const override { return 2; }
+};
+
+TEST_F(Pointers, SimplePointerDeletesWhatItWasGiven) {
+    OrvSimplePtr<Interface> plain(new PlainAnswer);
+    OrvSimplePtr<Interface> unclaimed(new BodyAnswer);
+    EXPECT_EQ(plain->answer() + unclaimed->answer(), 3);
+    EXPECT_EQ(Tracked::alive, 2);
+    plain = OrvSimplePtr<Interface>();
+    unclaimed = OrvSimplePtr<Interface>();
+    EXPECT_EQ(Tracked::alive, 0);
 }
 
 TEST_F(Pointers, EmptyPointersFailLoudly) {

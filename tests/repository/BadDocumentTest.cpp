@@ -14,7 +14,7 @@
 
 namespace {
 
-using namespace std::string_literals;
+using std::string_literals::operator""s;
 
 struct BadRow {
     std::string document;
@@ -38,12 +38,12 @@ std::string repeat(std::string_view text, int count) {
 }
 
 const std::vector<BadRow> badXmlRows{
-    {"", "doc: The file is empty."},
-    {"\xEF\xBB\xBF", "doc: The document has no element."},
-    {" \n", "doc: The document has no element."},
-    {"<?xml version='1.0'?><!-- nothing -->", "doc: The document has no element."},
-    {"no document", "doc:1:1: The document is not XML."},
-    {"\n x <a/>", "doc:2:2: The document is not XML."},
+    {"", "doc:1:1: The file is empty."},
+    {"\xEF\xBB\xBF", "doc:1:1: The document has no element."},
+    {" \n", "doc:2:1: The document has no element."},
+    {"<?xml version='1.0'?><!-- nothing -->", "doc:1:38: The document has no element."},
+    {"no document", "doc:1:1: The document is neither XML nor a JSON object."},
+    {"\n x <a/>", "doc:2:2: The document is neither XML nor a JSON object."},
     {"<a/> x", "doc:1:6: Text stands outside the document element."},
     {"<a/>&amp;", "doc:1:5: Text stands outside the document element."},
     {"<!-- -->x<a/>", "doc:1:9: Text stands outside the document element."},
@@ -103,11 +103,12 @@ const std::vector<BadRow> badXmlRows{
      "doc:1:45: This byte is not US-ASCII."},
     {"<?xml version='1.0' encoding='windows-1252'?>\n<a>\x81</a>",
      "doc:2:4: The next character is not of the encoding \"windows-1252\"."},
-    {"<?xml version='1.0' encoding='secret'?><a/>", "doc: The encoding \"secret\" is not known."},
+    {"<?xml version='1.0' encoding='secret'?><a/>",
+     "doc:1:31: The encoding \"secret\" is not known."},
     {"<?xml version='1.0' encoding='UTF-8//IGNORE'?><a/>",
-     "doc: The encoding \"UTF-8//IGNORE\" is not known."},
+     "doc:1:31: The encoding \"UTF-8//IGNORE\" is not known."},
     {"<?xml version='1.0' encoding='UTF-16LE'?><a/> ",
-     "doc: It is not written in the encoding \"UTF-16LE\" that it declares."},
+     "doc:1:1: It is not written in the encoding \"UTF-16LE\" that it declares."},
 };
 INSTANTIATE_TEST_SUITE_P(Xml, BadDocument, testing::ValuesIn(badXmlRows));
 
@@ -124,7 +125,7 @@ const std::vector<BadRow> badJsonRows{
     {object(R"("id":01)"), "doc:1:19: \"id\" must be a string."},
     {object(complete + R"(,"attributes":{"x":01})"),
      "doc:1:54: Missing a comma or '}' after an object member."},
-    {"{}", "doc: The document has no \"objects\"."},
+    {"{}", "doc:1:3: The document has no \"objects\"."},
     {"{\"objects\":{}}", "doc:1:12: \"objects\" must be a list of objects."},
     {"{\"objects\":[1]}", "doc:1:13: \"objects\" must be a list of objects."},
     {"{\"objects\":" + std::string(1000000, '['),
@@ -236,7 +237,7 @@ TEST_F(Folder, FilesAreReadOrRefused) {
     EXPECT_EQ(errorOfFile(file("none.uml")), ": There is no such file.");
     EXPECT_EQ(errorOfFile(file("")), ": It is a directory, not a file.");
     std::ofstream(file("empty.uml")).flush();
-    EXPECT_EQ(errorOfFile(file("empty.uml")), ": The file is empty.");
+    EXPECT_EQ(errorOfFile(file("empty.uml")), ":1:1: The file is empty.");
     std::ofstream(file("a.uml")) << "<a b='1'/>";
     EXPECT_EQ(errorOfFile(file("a.uml")), "");
     EXPECT_EQ(errorOfFile(file("a.uml") + "/b"), ": Cannot read it: Not a directory.");

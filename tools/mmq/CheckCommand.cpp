@@ -8,7 +8,14 @@ namespace mmq {
 int runCheck(const Options& options) {
     const ExpressionText text = readExpression(options);
     Messages messages(text, options, true);
-    return compile(text, options.as, messages) ? EXIT_DONE : EXIT_EXPRESSION;
+    if (!compile(text, options.as, messages)) {
+        return EXIT_EXPRESSION;
+    }
+    // A bare attribute compiles without a word.
+    if (messages.isEmpty()) {
+        messages.showMessage(0, 0, messageSource, "Parse succeeded.", Messages::Info, false);
+    }
+    return EXIT_DONE;
 }
 
 }  // namespace mmq

@@ -41,9 +41,7 @@ void findType(Analysis& analysis, ExprParserDialogs& dialogs) {
     const AnyTypeRequirement requirement;
     ASTTypeCheckVisitor checker(dialogs, analysis.nameSpace, requirement);
     analysis.root->accept(checker);
-    if (checker.getErrorCount() == 0) {
-        analysis.type = checker.getResult();
-    }
+    analysis.type = checker.getResult();
 }
 
 // Runs the stages up to the type, or up to the scopes. Exceptions about the text are shown as the
@@ -53,6 +51,9 @@ Analysis runStages(const ExpressionText& text, ExprParserDialogs& dialogs, bool 
     std::ostringstream dropped;
     try {
         analysis.root = SyntaxParser::parse(dialogs, text.text().c_str(), dropped);
+        dialogs.showMessage(0, 0, "ExprParser",
+                            analysis.root ? "Parse succeeded." : "Parse failed.",
+                            ExprParserDialogs::Info, false);
         if (analysis.root) {
             buildNameSpace(analysis);
         }
@@ -65,6 +66,10 @@ Analysis runStages(const ExpressionText& text, ExprParserDialogs& dialogs, bool 
         return {};
     }
     return analysis;
+}
+
+std::vector<const ASTNode*> unfollowedSteps(const Analysis& analysis) {
+    return analysis.root ? findUnfollowedSteps(*analysis.root) : std::vector<const ASTNode*>();
 }
 
 As kindOf(const ExpressionText& text) {
@@ -84,22 +89,19 @@ Analysis analyzeType(const ExpressionText& text, Messages& messages) {
 }
 
 bool checkStrictly(const ExpressionText& text, Messages& messages) {
-    for (const DroppedText& dropped : text.droppedTexts()) {
-        messages.showError(dropped.line, dropped.column, dropped.sentence);
+    std::vector<TextError> errors = text.droppedTexts();
+    if (errors.empty()) {
+        SilentDialogs silent;
+        const Analysis analysis = runStages(text, silent, false);
+        for (const ASTNode* step : unfollowedSteps(analysis)) {
+            errors.push_back(
+                {step->getLine(), step->getColumn(),
+                 "This step is never followed: a reference to a label ends its chain, and of "
+                 "several in a group only the first is followed."});
+        }
     }
-    if (!text.droppedTexts().empty()) {
-        return false;
-    }
-    SilentDialogs silent;
-    const Analysis analysis = runStages(text, silent, false);
-    const std::vector<const ASTNode*> unfollowed =
-        analysis.root ? findUnfollowedSteps(*analysis.root) : std::vector<const ASTNode*>();
-    for (const ASTNode* step : unfollowed) {
-        messages.showError(step->getLine(), step->getColumn(),
-                           "This step is never followed: a reference to a label ends its chain, "
-                           "and of several in a group only the first is followed.");
-    }
-    return unfollowed.empty();
+    messages.showErrors(errors);
+    return errors.empty();
 }
 
 CompiledExpression compile(const ExpressionText& text, As as, Messages& messages) {

@@ -97,7 +97,7 @@ int dumpScopes(const Analysis& analysis) {
 
 int dumpType(const ExpressionText& text, Messages& messages) {
     const Analysis analysis = analyzeType(text, messages);
-    if (!analysis.type) {
+    if (!analysis.type || messages.errorCount() != 0) {
         return EXIT_EXPRESSION;
     }
     std::cout << printedType(analysis.type) << '\n';

@@ -22,8 +22,10 @@ public:
         if (options_.maximumSteps) {
             limits_.steps = *options_.maximumSteps;
         }
-        if (options_.timeoutSeconds > 0.0) {
-            const std::chrono::duration<double> seconds(options_.timeoutSeconds);
+        if (options_.timeoutSeconds) {
+            constexpr double longest = 1e8;  // three years; a clock cannot count much more
+            const std::chrono::duration<double> seconds(
+                std::min(*options_.timeoutSeconds, longest));
             deadline_ = Clock::now() + std::chrono::duration_cast<Clock::duration>(seconds);
         }
     }
@@ -55,7 +57,7 @@ private:
 
     // What is left of the time for all objects is the time for the next one.
     void setLimits() {
-        if (options_.timeoutSeconds > 0.0) {
+        if (options_.timeoutSeconds) {
             const auto left =
                 std::chrono::duration_cast<std::chrono::nanoseconds>(deadline_ - Clock::now());
             limits_.time = std::max(left, std::chrono::nanoseconds(1));

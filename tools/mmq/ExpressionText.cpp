@@ -6,10 +6,10 @@
 #include <wchar.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <iterator>
-#include <sstream>
 #include <stdexcept>
 
 #include "foundation/TextOutput.h"
@@ -58,17 +58,35 @@ std::string blankFor(std::string_view text) {
     return blank;
 }
 
-std::string sentenceFor(int mode, std::string_view dropped) {
-    if (mode != 0) {
-        const std::size_t backslash = dropped.rfind('\\');
-        return "The escape " + std::string(dropped.substr(backslash)) +
-               " does not exist; a backslash is written \\\\.";
+std::string sentenceForEscape(std::string_view escape) {
+    const bool isPrintable = escape.size() > 1 && static_cast<unsigned char>(escape[1]) >= 0x20U;
+    return (isPrintable ? "The escape " + std::string(escape) + " does not exist"
+                        : std::string("A backslash at the end of a line is no escape")) +
+           "; a backslash is written \\\\.";
+}
+
+// About what was begun and not finished, or about the character that nothing begins with.
+std::string sentenceFor(std::string_view begun, std::string_view dropped) {
+    return begun.empty() ? "The character " + quoted(dropped) + " has no meaning here."
+                         : "The text " + quoted(begun) + " is not the whole of anything.";
+}
+
+// The window that is shown of a line: all of it, or what stands around an offset.
+std::pair<std::size_t, std::size_t> windowOf(std::string_view line, std::size_t offset) {
+    constexpr std::size_t longest = 500;
+    constexpr std::size_t around = 75;
+    if (line.size() <= longest) {
+        return {0, line.size()};
     }
-    if (dropped.size() == 1 || static_cast<unsigned char>(dropped[0]) >= 0x80U) {
-        return "The character " + quoted(dropped) + " has no meaning here.";
+    std::size_t first = offset - std::min(offset, around);
+    std::size_t last = std::min(line.size(), offset + around);
+    while (first > 0 && isContinuation(line[first])) {
+        --first;
     }
-    return "The text " + quoted(dropped.substr(0, dropped.size() - 1)) +
-           " is not the whole of anything.";
+    while (last < line.size() && isContinuation(line[last])) {
+        ++last;
+    }
+    return {first, last};
 }
 
 }  // namespace
@@ -109,10 +127,14 @@ protected:
         const std::string_view dropped =
             std::string_view(text_.text_).substr(invalid.offset, end - invalid.offset);
         const bool isEscape = mode() != 0;
+        const std::string_view begun = dropped.substr(0, invalid.stopOffset - invalid.offset);
         const std::size_t offset = isEscape ? invalid.stopOffset - 1 : invalid.offset;
         const int column = isEscape ? invalid.stopColumn - 1 : invalid.column;
         note(invalid.line, column, offset);
-        text_.dropped_.push_back({invalid.line, column, sentenceFor(mode(), dropped)});
+        text_.dropped_.push_back({invalid.line, column,
+                                  isEscape
+                                      ? sentenceForEscape(dropped.substr(offset - invalid.offset))
+                                      : sentenceFor(begun, dropped)});
     }
 
 private:
@@ -137,15 +159,20 @@ std::size_t ExpressionText::offsetOf(int line, int column) const {
 
 std::string ExpressionText::excerpt(int line, int column) const {
     const std::size_t offset = offsetOf(line, column);
-    if (offset > text_.size() || text_.empty()) {
+    if (offset > text_.size()) {
         return {};
     }
     const std::size_t before = text_.rfind('\n', offset == 0 ? std::string::npos : offset - 1);
     const std::size_t start = offset == 0 || before == std::string::npos ? 0 : before + 1;
     const std::string_view rest = std::string_view(text_).substr(start);
     const std::string_view sourceLine = rest.substr(0, rest.find_first_of("\r\n", offset - start));
-    std::string excerpt(sourceLine);
-    return excerpt + "\n" + blankFor(sourceLine.substr(0, offset - start)) + "^\n";
+    const auto [first, last] = windowOf(sourceLine, offset - start);
+    const std::string front = first > 0 ? "..." : "";
+    std::string excerpt = front;
+    excerpt += sourceLine.substr(first, last - first);
+    excerpt += last < sourceLine.size() ? "...\n" : "\n";
+    return excerpt + blankFor(front) + blankFor(sourceLine.substr(first, offset - start - first)) +
+           "^\n";
 }
 
 ExpressionText readExpression(const Options& options) {
@@ -158,13 +185,11 @@ ExpressionText readExpression(const Options& options) {
         return ExpressionText(std::string(std::istreambuf_iterator<char>(std::cin), {}));
     }
     std::ifstream stream(file, std::ios::binary);
-    std::ostringstream content;
-    if (!stream || !(content << stream.rdbuf())) {
-        if (!stream || stream.peek() != std::char_traits<char>::eof()) {
-            throw std::runtime_error(file + ": The expression cannot be read.");
-        }
+    std::error_code error;
+    if (!stream || std::filesystem::is_directory(file, error)) {
+        throw std::runtime_error(file + ": The expression cannot be read.");
     }
-    return ExpressionText(content.str());
+    return ExpressionText(std::string(std::istreambuf_iterator<char>(stream), {}));
 }
 
 }  // namespace mmq

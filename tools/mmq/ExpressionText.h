@@ -12,8 +12,8 @@
 
 namespace mmq {
 
-/// A piece of text that the lexer would drop without a word.
-struct DroppedText {
+/// An error in the text that the compiler itself would pass over.
+struct TextError {
     int line;
     int column;
     std::string sentence;
@@ -30,10 +30,11 @@ public:
     const std::string& text() const { return text_; }
 
     /// The pieces that the lexer would drop, in order, each with a sentence about it.
-    const std::vector<DroppedText>& droppedTexts() const { return dropped_; }
+    const std::vector<TextError>& droppedTexts() const { return dropped_; }
 
     /// The source line at a place and, below it, a caret under the character: two lines, each with
-    /// a line end. Empty for a place that the text does not have.
+    /// a line end. Of a very long line, what stands around the place. Empty for a place that the
+    /// text does not have.
     std::string excerpt(int line, int column) const;
 
 private:
@@ -44,7 +45,7 @@ private:
 
     std::string text_;
     std::map<std::pair<int, int>, std::size_t> offsets_;  // by line and column
-    std::vector<DroppedText> dropped_;
+    std::vector<TextError> dropped_;
 };
 
 /// Reads the text that the options name: the argument, a file, or the standard input. Throws

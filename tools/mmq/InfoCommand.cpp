@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "Commands.h"
+#include "Csv.h"
 #include "ExitStatus.h"
 #include "ModelLoading.h"
 #include "foundation/TextOutput.h"
@@ -40,13 +41,23 @@ void writeJson(const RepositoryModel& model) {
     std::cout << json << "]}\n";
 }
 
-std::string joined(const std::vector<std::string_view>& names) {
+std::string joined(const std::vector<std::string_view>& names, const char* separator) {
     std::string text;
     for (const std::string_view name : names) {
-        text += text.empty() ? "" : ", ";
+        text += text.empty() ? "" : separator;
         text += name;
     }
     return text;
+}
+
+// Names in one field are separated by blanks.
+void writeCsv(const RepositoryModel& model) {
+    std::cout << "class,count,attributes,associations\n";
+    for (const ClassSummary& summary : model.classes()) {
+        std::cout << csvField(std::string(summary.name)) << ',' << summary.count << ','
+                  << csvField(joined(summary.attributes, " ")) << ','
+                  << csvField(joined(summary.associations, " ")) << '\n';
+    }
 }
 
 std::string plural(std::size_t count, const char* word) {
@@ -59,10 +70,10 @@ void writeText(const RepositoryModel& model) {
     for (const ClassSummary& summary : model.classes()) {
         std::cout << '\n' << summary.name << ": " << summary.count << '\n';
         if (!summary.attributes.empty()) {
-            std::cout << "    attributes:   " << joined(summary.attributes) << '\n';
+            std::cout << "    attributes:   " << joined(summary.attributes, ", ") << '\n';
         }
         if (!summary.associations.empty()) {
-            std::cout << "    associations: " << joined(summary.associations) << '\n';
+            std::cout << "    associations: " << joined(summary.associations, ", ") << '\n';
         }
     }
 }
@@ -71,10 +82,15 @@ void writeText(const RepositoryModel& model) {
 
 int runInfo(const Options& options) {
     const std::unique_ptr<RepositoryModel> model = loadModel(options);
-    if (options.format == Format::json) {
-        writeJson(*model);
-    } else {
-        writeText(*model);
+    switch (options.format) {
+        case Format::json:
+            writeJson(*model);
+            break;
+        case Format::csv:
+            writeCsv(*model);
+            break;
+        case Format::text:
+            writeText(*model);
     }
     return EXIT_DONE;
 }

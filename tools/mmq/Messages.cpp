@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 #include <string_view>
@@ -70,6 +71,7 @@ void Messages::writeText(int line, int column, const std::string& message,
 
 void Messages::showMessage(int line, int column, const std::string& source,
                            const std::string& message, MessageSeverity severity, bool flag) {
+    isEmpty_ = false;
     errorCount_ += severity == Error ? 1 : 0;
     if (isJson_) {
         writeJson(line, column, source, message, severity, flag);
@@ -81,8 +83,19 @@ void Messages::showMessage(int line, int column, const std::string& source,
     }
 }
 
-void Messages::showError(int line, int column, const std::string& message) {
-    showMessage(line, column, messageSource, message, Error, false);
+void Messages::showErrors(const std::vector<TextError>& errors) {
+    constexpr std::size_t mostShown = 100;
+    for (std::size_t i = 0; i < std::min(errors.size(), mostShown); ++i) {
+        const TextError& error = errors[i];
+        showMessage(error.line, error.column, messageSource, error.sentence, Error, false);
+    }
+    if (errors.size() > mostShown) {
+        const TextError& next = errors[mostShown];
+        showMessage(next.line, next.column, messageSource,
+                    "There are " + std::to_string(errors.size()) +
+                        " errors like these; the first 100 are shown.",
+                    Error, false);
+    }
 }
 
 void Messages::showHint(int line, int column, const std::string& hint) {

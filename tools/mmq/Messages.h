@@ -24,12 +24,14 @@ public:
     void showMessage(int line, int column, const std::string& source, const std::string& message,
                      MessageSeverity severity, bool flag) override;
 
-    /// Writes an error of this program's own.
-    void showError(int line, int column, const std::string& message);
+    /// Writes errors of this program's own: the first hundred, and how many there are.
+    void showErrors(const std::vector<TextError>& errors);
     /// Writes a line of advice about the message before.
     void showHint(int line, int column, const std::string& hint);
 
     int errorCount() const { return errorCount_; }
+    /// Whether anything was said.
+    bool isEmpty() const { return isEmpty_; }
 
 private:
     void writeJson(int line, int column, const std::string& source, const std::string& message,
@@ -43,6 +45,7 @@ private:
     bool showsProgress_;
     bool isColored_;
     int errorCount_ = 0;
+    bool isEmpty_ = true;
 };
 
 }  // namespace mmq

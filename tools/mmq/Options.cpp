@@ -5,7 +5,9 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <charconv>
 #include <iostream>
+#include <limits>
 #include <set>
 #include <utility>
 
@@ -43,6 +45,24 @@ void addChoice(CLI::App& command, const char* option, Value& variable, const cha
         throw CLI::ValidationError(given + " is none of " + listed(names, ", "));
     };
     command.add_option_function<std::string>(option, choose, help)->type_name(listed(names, "|"));
+}
+
+// Adds an option that takes a positive number, of any locale written alike.
+template <class Number>
+void addNumber(CLI::App& command, const char* option, std::optional<Number>& variable,
+               const char* help, const char* valueName) {
+    const auto read = [&variable, option](const std::string& given) {
+        Number number{};
+        const char* const end = given.data() + given.size();
+        const auto [rest, error] = std::from_chars(given.data(), end, number);
+        const bool isPositive = number > Number{0} && number <= std::numeric_limits<Number>::max();
+        if (error != std::errc() || rest != end || !isPositive) {
+            throw CLI::ValidationError(std::string(option) + " takes a positive number, not " +
+                                       given);
+        }
+        variable = number;
+    };
+    command.add_option_function<std::string>(option, read, help)->type_name(valueName);
 }
 
 void addExpression(CLI::App& command, Options& options) {
@@ -97,13 +117,10 @@ void addEval(CLI::App& program, Options& options) {
               {{"text", Format::text}, {"json", Format::json}, {"csv", Format::csv}});
     command.add_flag("--fail", options.failsOnFalse,
                      "End with status 1 when the result is false for some object");
-    command
-        .add_option("--max-steps", options.maximumSteps,
-                    "Steps that the evaluation on one object may take")
-        ->type_name("N");
-    command.add_option("--timeout", options.timeoutSeconds, "Time that all evaluations may take")
-        ->check(CLI::PositiveNumber)
-        ->type_name("SECONDS");
+    addNumber(command, "--max-steps", options.maximumSteps,
+              "Steps that the evaluation on one object may take", "N");
+    addNumber(command, "--timeout", options.timeoutSeconds, "Time that all evaluations may take",
+              "SECONDS");
     addMessages(command, options);
     addExpression(command, options);
     command.callback([&options] { options.command = Command::eval; });
@@ -139,7 +156,8 @@ void addInfo(CLI::App& program, Options& options) {
     CLI::App& command = *program.add_subcommand(
         "info", "Show the classes of a model with their objects, attributes and associations");
     addModel(command, options);
-    addFormat(command, options, {{"text", Format::text}, {"json", Format::json}});
+    addFormat(command, options,
+              {{"text", Format::text}, {"json", Format::json}, {"csv", Format::csv}});
     command.callback([&options] { options.command = Command::info; });
 }
 
@@ -165,8 +183,10 @@ OptionNames namesOf(const CLI::App& command) {
     return names;
 }
 
+// A long option may carry its value behind "=".
 bool isOption(const OptionNames& names, const std::string& argument) {
-    return names.all.count(argument.substr(0, argument.find('='))) > 0;
+    const bool isLong = argument.rfind("--", 0) == 0;
+    return names.all.count(isLong ? argument.substr(0, argument.find('=')) : argument) > 0;
 }
 
 bool isCommand(const CLI::App& program, const std::string& name) {
@@ -214,10 +234,13 @@ std::vector<std::string> withExpressionLast(const CLI::App& program,
 std::string findConflict(const Options& options) {
     const bool isDumpOfBuiltins =
         options.command == Command::dump && options.stage == Stage::builtins;
+    const bool hasFile = !options.expressionFile.empty();
+    if (isDumpOfBuiltins && (options.expression || hasFile)) {
+        return "dump builtins takes no expression.";
+    }
     if (options.command == Command::info || isDumpOfBuiltins) {
         return {};
     }
-    const bool hasFile = !options.expressionFile.empty();
     if (options.expression.has_value() == hasFile) {
         return hasFile ? "The expression is given twice: as an argument and with -f."
                        : "An expression is missing: give it as an argument, or a file with -f.";
@@ -231,7 +254,8 @@ ParsedCommandLine parseCommandLine(int argumentCount, const char* const* argumen
     ParsedCommandLine parsed;
     CLI::App program("mmq asks models questions in a typed query language.", "mmq");
     program.set_version_flag("--version", std::string("mmq ") + version);
-    program.require_subcommand(1);
+    program.require_subcommand(0, 1);
+    program.get_formatter()->label("SUBCOMMAND", "COMMAND");
     program.set_help_all_flag("--help-all", "Show the help of all commands");
     program.failure_message([](const CLI::App* app, const CLI::Error& error) {
         const std::vector<CLI::App*> commands = app->get_subcommands();
@@ -241,6 +265,9 @@ ParsedCommandLine parseCommandLine(int argumentCount, const char* const* argumen
     for (auto* add : {&addEval, &addCheck, &addDump, &addInfo}) {
         add(program, parsed.options);
     }
+    for (CLI::App* command : program.get_subcommands({})) {
+        command->group("Commands");
+    }
     try {
         if (argumentCount > 1 && arguments[1][0] != '-' && !isCommand(program, arguments[1])) {
             throw CLI::ValidationError("There is no command " + std::string(arguments[1]));
@@ -249,6 +276,9 @@ ParsedCommandLine parseCommandLine(int argumentCount, const char* const* argumen
             program, std::vector<std::string>(arguments + 1, arguments + argumentCount));
         std::reverse(ordered.begin(), ordered.end());
         program.parse(ordered);
+        if (program.get_subcommands().empty()) {
+            throw CLI::RequiredError("A command");
+        }
         const std::string conflict = findConflict(parsed.options);
         if (!conflict.empty()) {
             std::cerr << "mmq: " << conflict << '\n';

@@ -33,7 +33,7 @@ struct Options {
     std::string onClass;
     std::string uid;
     std::optional<std::uint64_t> maximumSteps;
-    double timeoutSeconds = 0.0;  ///< 0 for none
+    std::optional<double> timeoutSeconds;
 };
 
 /// What became of a command line: options, or the status with which to end at once, after help was

@@ -3,24 +3,12 @@
 #include <iostream>
 #include <limits>
 
+#include "Csv.h"
 #include "foundation/TextOutput.h"
 
 namespace mmq {
 
 namespace {
-
-// A field of RFC 4180; lines end as text does here.
-std::string csvField(const std::string& text) {
-    if (text.find_first_of(",\"\r\n") == std::string::npos) {
-        return text;
-    }
-    std::string field = "\"";
-    for (const char byte : text) {
-        field += byte;
-        field += byte == '"' ? "\"" : "";
-    }
-    return field + "\"";
-}
 
 bool isFinite(double number) {
     return number - number == 0.0;  // neither infinite nor NaN
@@ -79,7 +67,7 @@ void ResultWriter::writeCsv(MMObject object, const std::string& result) {
 }
 
 void ResultWriter::writeValue(MMObject object, const MMValue& value) {
-    const std::string text = value.asString().data();
+    const std::string text(value.asString().view());
     switch (format_) {
         case Format::json:
             writeJson(object, "result", jsonValue(value));

@@ -16,9 +16,9 @@ class StepVisitor : public ASTVisitor {
 public:
     std::vector<const ASTNode*> unfollowed() const {
         std::vector<const ASTNode*> result;
+        std::unordered_set<const ASTNode*> listed;
         for (AssociationNode* step : behindReferences_) {
-            const bool isListed = std::find(result.begin(), result.end(), step) != result.end();
-            if (followed_.count(step) == 0 && !isListed) {
+            if (followed_.count(step) == 0 && listed.insert(step).second) {
                 result.push_back(step);
             }
         }
