@@ -104,11 +104,21 @@ void parse(benchmark::State& state, const std::string& text) {
     }
 }
 
+std::size_t bytesInUse() {
+    const struct mallinfo2 statistics = mallinfo2();
+    return statistics.uordblks + statistics.hblkhd;
+}
+
 void load(benchmark::State& state, const std::string& text) {
     for (auto _ : state) {
         const auto model = readModelText(text, "benchmark");
         benchmark::DoNotOptimize(model->objectCount());
     }
+    const std::size_t before = bytesInUse();
+    const auto model = readModelText(text, "benchmark");
+    state.counters["memory/file"] =
+        static_cast<double>(bytesInUse() - before) / static_cast<double>(text.size());
+    state.SetLabel("limits: twice the time of Parse, memory/file 3");
 }
 
 std::string readFile(const char* path) {

@@ -6,7 +6,7 @@ function(add_source_folder name)
   target_include_directories(folder_${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
 endfunction()
 
-# Links folders into a shared library <name>, whose symbols the version script cmake/<name>.map
+# Links folders into a shared library <name>, which others link as exprparser::<name>, whose symbols the version script cmake/<name>.map
 # lists, and into a static library <name>_static, which hides nothing, for the program, the tests,
 # the fuzzers and the benchmarks.
 function(add_folder_library name)
@@ -30,6 +30,8 @@ function(add_folder_library name)
       endif()
     endforeach()
   endforeach()
+
+  add_library(exprparser::${name} ALIAS ${name})
 
   set(map "${PROJECT_SOURCE_DIR}/cmake/lib${name}.map")
   set_target_properties(${name} PROPERTIES
