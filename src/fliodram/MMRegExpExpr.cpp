@@ -1,5 +1,7 @@
 #include "fliodram/MMRegExpExpr.h"
 
+#include <chrono>
+
 #include "fliodram/MMEvaluationError.h"
 #include "fliodram/MMTargetPrinter.h"
 #include "foundation/TextOutput.h"
@@ -41,11 +43,7 @@ public:
 
     std::string run(const RWCRegexp& pattern, bool replaceAll) {
         RWCRegexp::Groups groups;
-        while (position_ <= text_.size()) {
-            context_.countText(0, text_.size() - position_);
-            if (!pattern.search(text_, position_, groups)) {
-                break;
-            }
+        while (position_ <= text_.size() && search(pattern, groups)) {
             replace(groups);
             if (!replaceAll) {
                 break;
@@ -56,6 +54,25 @@ public:
     }
 
 private:
+    // A search costs what it covers. It may look further than it matches, which only the clock can
+    // tell; where that might matter, it counts by the time that it took.
+    bool search(const RWCRegexp& pattern, RWCRegexp::Groups& groups) {
+        constexpr std::size_t longRest = std::size_t{1} << 16U;
+        constexpr std::uint64_t nanosecondsPerStep = 4;
+        using Clock = std::chrono::steady_clock;
+        const bool isLong = text_.size() - position_ > longRest;
+        const Clock::time_point start = isLong ? Clock::now() : Clock::time_point();
+        const bool isFound = pattern.search(text_, position_, groups);
+        const char* const end =
+            isFound ? groups[0].data() + groups[0].size() : text_.data() + text_.size();
+        context_.countText(0, static_cast<std::size_t>(end - text_.data()) - position_);
+        if (isLong) {
+            const std::chrono::nanoseconds taken = Clock::now() - start;
+            context_.step(static_cast<std::uint64_t>(taken.count()) / nanosecondsPerStep);
+        }
+        return isFound;
+    }
+
     // An empty match right behind the last match is none, so that "x*" does not match twice.
     void replace(const RWCRegexp::Groups& groups) {
         const auto start = static_cast<std::size_t>(groups[0].data() - text_.data());

@@ -1,5 +1,6 @@
 #include "fliodram/MMValue.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 
@@ -26,6 +27,23 @@ std::string_view withoutPlus(std::string_view digits) {
     return isSigned ? digits.substr(1) : digits;
 }
 
+// Of a number that no real holds, whether it is too small to be told from zero: by the place of its
+// first digit before or behind the point, and its exponent.
+bool isTiny(std::string_view number) {
+    const std::size_t exponentStart = number.find_first_of("eE");
+    const std::string_view digits = number.substr(0, exponentStart);
+    const auto point = static_cast<long>(std::min(digits.find('.'), digits.size()));
+    const auto first = static_cast<long>(digits.find_first_of("123456789"));
+    long exponent = 0;
+    if (exponentStart != std::string_view::npos) {
+        const std::string_view text = withoutPlus(number.substr(exponentStart + 1));
+        if (std::from_chars(text.data(), text.data() + text.size(), exponent).ec != std::errc()) {
+            return text[0] == '-';
+        }
+    }
+    return point - first + exponent < 0;
+}
+
 // Reads a number that is the whole of a text; `kind` names it where it is none.
 template <class Number>
 Number readWhole(std::string_view text, const char* kind) {
@@ -35,16 +53,18 @@ Number readWhole(std::string_view text, const char* kind) {
     if (result.ptr != digits.data() + digits.size() || result.ec == std::errc::invalid_argument) {
         failConversion(text, true, (std::string(" is not a") + kind + ".").c_str());
     }
-    if (result.ec != std::errc()) {
+    if (result.ec != std::errc() && !isTiny(digits)) {
         failConversion(text, true, " is out of range.");
     }
-    return number;
+    return result.ec == std::errc() ? number : Number{};
 }
 
-// Of the names of what is no finite number, only those that asString() writes are read back.
+// Of the names of what is no finite number, only those that asString() writes are read, with or
+// without a sign.
 bool isSpelledOut(std::string_view text) {
-    return text.find_first_of("nN") != std::string_view::npos && text != "inf" && text != "-inf" &&
-           text != "nan" && text != "-nan";
+    const bool isSigned = !text.empty() && (text[0] == '+' || text[0] == '-');
+    const std::string_view name = text.substr(isSigned ? 1 : 0);
+    return text.find_first_of("nN") != std::string_view::npos && name != "inf" && name != "nan";
 }
 
 double readReal(std::string_view text) {
@@ -89,6 +109,16 @@ std::string_view MMValue::asText(std::string& buffer) const {
             break;
     }
     return getText();
+}
+
+// The library's variant destroys what it did not make where the copy of a text throws.
+MMValue::MMValue(const MMValue& other) : content_(false) {
+    if (const std::string* const text = std::get_if<std::string>(&other.content_)) {
+        std::string copy(*text);
+        content_ = std::move(copy);
+    } else {
+        content_ = other.content_;
+    }
 }
 
 OrvString MMValue::asString() const {

@@ -25,6 +25,11 @@ public:
     explicit MMValue(const OrvString& text) : content_(std::string(text.view())) {}
     explicit MMValue(const char* text) : content_(std::string(text)) {}
     explicit MMValue(std::string&& text) : content_(std::move(text)) {}
+    MMValue(const MMValue& other);
+    MMValue(MMValue&& other) noexcept = default;
+    MMValue& operator=(const MMValue& other) { return *this = MMValue(other); }
+    MMValue& operator=(MMValue&& other) noexcept = default;
+    ~MMValue() = default;
 
     /// A text that lives elsewhere.
     static MMValue borrow(std::string_view text) { return MMValue(text, 0); }

@@ -2,12 +2,41 @@
 
 #include <re2/re2.h>
 
+namespace {
+
+thread_local bool isEngineEntered = false;
+
+/// Stands around each call of the engine that may allocate.
+class EngineEntry {
+public:
+    EngineEntry() noexcept { isEngineEntered = true; }
+    EngineEntry(const EngineEntry&) = delete;
+    EngineEntry& operator=(const EngineEntry&) = delete;
+    ~EngineEntry() { isEngineEntered = false; }
+};
+
+// Fails where there is not enough memory to go into the engine with.
+void requireMemory(std::size_t patternSize) {
+    constexpr std::size_t least = 64 * 1024;
+    constexpr std::size_t perByte = 64;
+    ::operator delete(::operator new(least + perByte * patternSize));
+}
+
+}  // namespace
+
 class RWCRegexp::Engine {
 public:
     explicit Engine(std::string_view pattern)
         : expression_(re2::StringPiece(pattern.data(), pattern.size()), quietOptions()) {}
-
     const RE2& expression() const { return expression_; }
+
+    bool match(std::string_view subject, std::size_t start, re2::StringPiece* groups,
+               int groupCount) const {
+        const EngineEntry entry;
+        return expression_.ok() &&
+               expression_.Match(re2::StringPiece(subject.data(), subject.size()), start,
+                                 subject.size(), RE2::UNANCHORED, groups, groupCount);
+    }
 
 private:
     static RE2::Options quietOptions() {
@@ -19,10 +48,16 @@ private:
     RE2 expression_;
 };
 
-RWCRegexp::RWCRegexp(std::string_view pattern) : engine_(std::make_unique<Engine>(pattern)) {}
+RWCRegexp::RWCRegexp(std::string_view pattern) {
+    requireMemory(pattern.size());
+    const EngineEntry entry;
+    engine_ = std::make_unique<Engine>(pattern);
+}
 RWCRegexp::RWCRegexp(RWCRegexp&&) noexcept = default;
-RWCRegexp& RWCRegexp::operator=(RWCRegexp&&) noexcept = default;
-RWCRegexp::~RWCRegexp() = default;
+RWCRegexp::~RWCRegexp() {
+    const EngineEntry entry;
+    engine_.reset();
+}
 
 RWCRegexp::StatVal RWCRegexp::status() const {
     switch (engine_->expression().error_code()) {
@@ -36,21 +71,18 @@ RWCRegexp::StatVal RWCRegexp::status() const {
 }
 
 bool RWCRegexp::matches(std::string_view subject) const {
-    return engine_->expression().ok() &&
-           engine_->expression().Match(re2::StringPiece(subject.data(), subject.size()), 0,
-                                       subject.size(), RE2::UNANCHORED, nullptr, 0);
+    return engine_->match(subject, 0, nullptr, 0);
 }
 
 bool RWCRegexp::search(std::string_view subject, std::size_t start, Groups& groups) const {
     const RE2& expression = engine_->expression();
-    if (!expression.ok() || start > subject.size()) {
+    if (start > subject.size()) {
         return false;
     }
     std::array<re2::StringPiece, std::tuple_size_v<Groups>> pieces;
     const int wanted =
         std::min(expression.NumberOfCapturingGroups() + 1, static_cast<int>(pieces.size()));
-    if (!expression.Match(re2::StringPiece(subject.data(), subject.size()), start, subject.size(),
-                          RE2::UNANCHORED, pieces.data(), wanted)) {
+    if (!engine_->match(subject, start, pieces.data(), wanted)) {
         return false;
     }
     for (std::size_t i = 0; i < pieces.size(); ++i) {
@@ -58,6 +90,8 @@ bool RWCRegexp::search(std::string_view subject, std::size_t start, Groups& grou
     }
     return true;
 }
+
+bool RWCRegexp::isInEngine() noexcept { return isEngineEntered; }
 
 void RWCRegexp::appendReplacement(std::string& result, std::string_view replacement,
                                   const Groups& groups) {

@@ -23,7 +23,6 @@ public:
 
     explicit RWCRegexp(std::string_view pattern);
     RWCRegexp(RWCRegexp&&) noexcept;
-    RWCRegexp& operator=(RWCRegexp&&) noexcept;
     ~RWCRegexp();
 
     /// tooLong is the engine's own refusal of a pattern by its size, illegal any other refusal.
@@ -41,6 +40,11 @@ public:
     /// backslash; any other backslash stands for itself.
     static void appendReplacement(std::string& result, std::string_view replacement,
                                   const Groups& groups);
+
+    /// Whether this thread is inside the engine, which does not survive that an allocation fails
+    /// there. A pattern is only begun where there is memory to spare; an operator new of a host's
+    /// own that refuses memory by a quota lets these allocations pass.
+    static bool isInEngine() noexcept;
 
 private:
     class Engine;

@@ -100,6 +100,9 @@ TEST(Edges, Conversions) {
         {'R', "real \"-0\"", "-0"},
         {'R', "real string (1.0 / - 0.0)", "-inf"},
         {'R', "real \"nan\"", "nan"},
+        {'R', "real \"1e-400\" - real \"+inf\"", "-inf"},
+        {'R', "real (\"0.\" + string 1 + \"e-999999999999999999999\")", "0"},
+        {'R', "real \"1e400\"", "!\"1e400\""},
         {'R', "real \"1e\"", "!\"1e\""},
         {'R', "real \"e3\"", "!\"e3\""},
         {'R', "real \".\"", "!\".\""},
@@ -141,6 +144,13 @@ TEST(Edges, Texts) {
         {'S', "replace (`a`, \"baac\", \"x\") + replace (`x`, \"b\", \"y\")", "bxacb"},
         {'S', "replace (`a*`, \"baac\", \"x\")", "xbaac"},
         {'S', "replace_all (`a*`, \"baac\", \"x\")", "xbxcx"},
+        {'S',
+         "let a = \"ab,ab,ab,ab,\" in let b = a + a + a + a + a + a + a + a in "
+         "let c = b + b + b + b + b + b + b + b in let d = c + c + c + c + c + c + c + c in "
+         "let e = d + d + d + d + d + d + d + d in let f = e + e + e + e + e + e + e + e + e + e "
+         "in "
+         "find (`^.{6}`, replace_all (`,`, f, \";\"))",
+         "ab;ab;"},
         {'S', "replace_all (`^a`, \"aaa\", \"x\")", "xaa"},
         {'S', "replace_all (`\\b`, \"ab c\", \"|\")", "|ab| |c|"},
         {'S', "replace_all (``, \"n\xc3\xa9\", \"-\")", "-n-\xc3\xa9-"},

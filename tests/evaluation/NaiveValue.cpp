@@ -8,6 +8,7 @@
 #include <cmath>
 #include <compare>
 #include <cstdint>
+#include <cstdlib>
 #include <map>
 #include <set>
 #include <type_traits>
@@ -88,10 +89,9 @@ std::string replaced(const NaiveArguments& arguments, bool isEvery) {
 // --- conversions --------------------------------------------------------------------------------
 
 double numberIn(const std::string& text, const char* pattern) {
-    double number = 0;
-    const char* first = text.data() + (!text.empty() && text[0] == '+' ? 1 : 0);
-    if (!compiled(pattern).matches(text) ||
-        std::from_chars(first, text.data() + text.size(), number).ec != std::errc()) {
+    const double number = std::strtod(text.c_str(), nullptr);
+    const bool hasDigits = text.find_first_of("0123456789") != std::string::npos;
+    if (!compiled(pattern).matches(text) || (hasDigits && std::isinf(number))) {
         throw NaiveFailure{"\"" + text + "\" is not a number"};
     }
     return number;

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <rapidjson/document.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -64,6 +65,26 @@ TEST(Queries, AgreeWithTheAnswers) {
                                     queries[id].string() + "'";
         EXPECT_EQ(runCommand(command), textOf(question["answer"]) + "\n") << id;
     }
+}
+
+// As many lines as the models have operations, whose parameters and types were read by hand.
+TEST(Queries, GiveTheSignaturesOfAllOperations) {
+    const char* const folder = std::getenv("EXPRPARSER_MODELS");
+    if (folder == nullptr || !fs::exists(fs::path(folder) / "uml-fruit.uml")) {
+        GTEST_SKIP() << "EXPRPARSER_MODELS names no folder with uml-fruit.uml";
+    }
+    const auto signatures = [folder](const std::string& model) {
+        return runCommand(std::string("mmq eval --model '") + folder + "/" + model +
+                          "' --on Operation 'opSig this'");
+    };
+    const std::string fruit = signatures("uml-fruit.uml");
+    const std::string ecore = signatures("uml-ecore-metamodel.uml");
+    EXPECT_EQ(std::count(fruit.begin(), fruit.end(), '\n'), 12) << fruit;
+    EXPECT_EQ(std::count(ecore.begin(), ecore.end(), '\n'), 31) << ecore;
+    EXPECT_NE(fruit.find("ripen( : Boolean, color : Color) : void\n"), std::string::npos) << fruit;
+    EXPECT_NE(ecore.find("isInstance( : EBoolean, object : EJavaObject) : void\n"),
+              std::string::npos)
+        << ecore;
 }
 
 }  // namespace

@@ -9,36 +9,7 @@
 
 #include "repository/ModelDump.h"
 #include "repository/ModelReader.h"
-
-namespace {
-
-// The allocation that fails, counted down; nothing fails below zero.
-thread_local long failing = -1;
-
-void* allocate(std::size_t size) {
-    if (failing >= 0 && failing-- == 0) {
-        return nullptr;
-    }
-    return std::malloc(size == 0 ? 1 : size);
-}
-
-}  // namespace
-
-// Replaced for the whole test program; outside these tests nothing fails.
-void* operator new(std::size_t size) {
-    void* const memory = allocate(size);
-    if (memory == nullptr) {
-        throw std::bad_alloc();
-    }
-    return memory;
-}
-void* operator new(std::size_t size, const std::nothrow_t& /*tag*/) noexcept {
-    return allocate(size);
-}
-[[gnu::noinline]] void operator delete(void* memory) noexcept { std::free(memory); }
-[[gnu::noinline]] void operator delete(void* memory, std::size_t /*size*/) noexcept {
-    std::free(memory);
-}
+#include "support/AllocationCounter.h"
 
 namespace {
 
@@ -49,22 +20,24 @@ const char* const documents[] = {
     "<?xml version='1.0' encoding='ISO-8859-1'?><a n='\xE4'/>"};
 
 TEST(Allocation, EveryFailureReachesTheCaller) {
-    pugi::set_memory_management_functions(allocate, std::free);
+    pugi::set_memory_management_functions(AllocationCounter::allocate,
+                                          AllocationCounter::deallocate);
     for (const char* const document : documents) {
         const std::string expected = dump(*readModelText(document, "doc"));
-        long failures = 0;
-        for (bool isRead = false; !isRead; ++failures) {
-            failing = failures;
-            try {
-                const auto model = readModelText(document, "doc");
-                isRead = failing >= 0;
-                failing = -1;
-                EXPECT_EQ(dump(*model), expected);
-            } catch (const std::bad_alloc&) {
-                failing = -1;
+        for (const bool forGood : {false, true}) {
+            bool hasFailed = true;
+            for (long number = 0; hasFailed; ++number) {
+                const std::ptrdiff_t before = AllocationCounter::live();
+                try {
+                    const FailingAllocation failing(number, forGood);
+                    const auto model = readModelText(document, "doc");
+                    hasFailed = failing.hasFailed();  // one without which sorting does
+                } catch (const std::bad_alloc&) {
+                }
+                ASSERT_EQ(AllocationCounter::live(), before) << document << " at " << number;
             }
         }
-        EXPECT_GT(failures, 10);
+        EXPECT_EQ(dump(*readModelText(document, "doc")), expected);
     }
     pugi::set_memory_management_functions(std::malloc, std::free);
 }

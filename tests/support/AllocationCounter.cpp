@@ -5,13 +5,37 @@
 #include <cstdlib>
 #include <new>
 
+#include "rw/RWCRegexp.h"
+
 namespace {
 
 std::atomic<std::ptrdiff_t> liveAllocations{0};
 
+// How many allocations of this thread succeed until one fails; negative for all.
+thread_local long untilFailure = -1;
+thread_local bool failsForGood = false;
+thread_local bool failed = false;
+
+// Whether the next allocation is to fail.
+bool takeFailure() noexcept {
+    if (untilFailure < 0 || RWCRegexp::isInEngine()) {
+        return false;
+    }
+    if (untilFailure > 0) {
+        --untilFailure;
+        return false;
+    }
+    failed = true;
+    untilFailure = failsForGood ? 0 : -1;
+    return true;
+}
+
 constexpr std::align_val_t usualAlignment{__STDCPP_DEFAULT_NEW_ALIGNMENT__};
 
 void* allocate(std::size_t size, std::align_val_t alignment = usualAlignment) noexcept {
+    if (takeFailure()) {
+        return nullptr;
+    }
     const auto unit = static_cast<std::size_t>(alignment);
     const std::size_t units = std::max<std::size_t>((size + unit - 1) / unit, 1);
     void* const memory = alignment > usualAlignment ? std::aligned_alloc(unit, units * unit)
@@ -36,6 +60,17 @@ void deallocate(void* memory) noexcept {
 }  // namespace
 
 std::ptrdiff_t AllocationCounter::live() noexcept { return liveAllocations; }
+
+void* AllocationCounter::allocate(std::size_t size) noexcept { return ::allocate(size); }
+void AllocationCounter::deallocate(void* memory) noexcept { ::deallocate(memory); }
+
+FailingAllocation::FailingAllocation(long number, bool forGood) noexcept {
+    untilFailure = number;
+    failsForGood = forGood;
+    failed = false;
+}
+FailingAllocation::~FailingAllocation() { untilFailure = -1; }
+bool FailingAllocation::hasFailed() const noexcept { return failed; }
 
 void* operator new(std::size_t size) { return allocateOrThrow(size); }
 void* operator new[](std::size_t size) { return allocateOrThrow(size); }

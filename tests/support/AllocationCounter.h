@@ -1,4 +1,4 @@
-// A count of the allocations that are alive in a test program.
+// A count of the allocations that are alive in a test program, and a way to make them fail.
 #pragma once
 
 #include <cstddef>
@@ -10,4 +10,21 @@ class AllocationCounter {
 public:
     /// How many allocations are alive in the whole process.
     static std::ptrdiff_t live() noexcept;
+
+    /// Memory as operator new gets it, but empty where that would throw; for C interfaces.
+    static void* allocate(std::size_t size) noexcept;
+    static void deallocate(void* memory) noexcept;
+};
+
+/// While it lives, an allocation of this thread outside the pattern engine fails: the one after `number` that succeed, and
+/// with `forGood` all that follow. One at a time.
+class FailingAllocation {
+public:
+    FailingAllocation(long number, bool forGood) noexcept;
+    FailingAllocation(const FailingAllocation&) = delete;
+    FailingAllocation& operator=(const FailingAllocation&) = delete;
+    ~FailingAllocation();
+
+    /// Whether an allocation has failed so far.
+    bool hasFailed() const noexcept;
 };

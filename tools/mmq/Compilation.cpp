@@ -92,7 +92,7 @@ bool checkStrictly(const ExpressionText& text, Messages& messages) {
     std::vector<TextError> errors = text.droppedTexts();
     if (errors.empty()) {
         SilentDialogs silent;
-        const Analysis analysis = runStages(text, silent, false);
+        const Analysis analysis = runStages(text, silent, true);
         for (const ASTNode* step : unfollowedSteps(analysis)) {
             errors.push_back(
                 {step->getLine(), step->getColumn(),

@@ -5,21 +5,27 @@
 
 #include "ast/ASTVisitor.h"
 #include "ast/LeftSpine.h"
+#include "namespace/Symbol.h"
 
 namespace mmq {
 
 namespace {
 
-/// Visits everything, and of paths first what is followed; what stands below references is looked
-/// at when that is known.
+/// Visits everything, and of paths what is followed: behind a reference, the step that declares its
+/// label. What stands below references is looked at when all that is known.
 class StepVisitor : public ASTVisitor {
 public:
     std::vector<const ASTNode*> unfollowed() const {
         std::vector<const ASTNode*> result;
         std::unordered_set<const ASTNode*> listed;
-        for (AssociationNode* step : behindReferences_) {
-            if (followed_.count(step) == 0 && listed.insert(step).second) {
+        std::vector<AssociationNode*> pending = behindReferences_;
+        while (!pending.empty()) {
+            AssociationNode* const step = pending.back();
+            pending.pop_back();
+            if (step != nullptr && followed_.count(step) == 0 && listed.insert(step).second) {
                 result.push_back(step);
+                pending.push_back(step->getChild().get());
+                pending.push_back(step->getSibling().get());
             }
         }
         std::stable_sort(result.begin(), result.end(), [](const auto* left, const auto* right) {
@@ -94,11 +100,15 @@ public:
     void visitPath(PathNode& node) override { visit(node.getAssociation()); }
 
     void visitReferenceAssociation(ReferenceAssociationNode& node) override {
-        followed_.insert(&node);
-        for (AssociationNode* next : {node.getChild().get(), node.getSibling().get()}) {
-            if (next != nullptr) {
-                behindReferences_.push_back(next);
-            }
+        if (!followed_.insert(&node).second) {
+            return;
+        }
+        behindReferences_.push_back(node.getChild().get());
+        behindReferences_.push_back(node.getSibling().get());
+        if (node.getLabelSymbol()) {
+            DefinitionAssociationNode& declaration = node.getLabelSymbol()->getDeclaration();
+            checkVisitDepth(declaration);
+            declaration.accept(*this);
         }
     }
     void visitDefinitionAssociation(DefinitionAssociationNode& node) override {
