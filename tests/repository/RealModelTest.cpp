@@ -75,7 +75,7 @@ std::string join(const std::set<std::string>& texts) {
 class RealModel : public testing::Test {
 protected:
     void SetUp() override {
-        if (folder_ == nullptr) {
+        if (folder_ == nullptr || *folder_ == 0) {
             GTEST_SKIP() << "EXPRPARSER_MODELS names no folder.";
         }
     }

@@ -1,0 +1,136 @@
+// Expressions that would take hours, or all memory, stop at the limits that the host set.
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+#include "api/ExprParser.h"
+#include "api/RecordingDialogs.h"
+#include "evaluation/Comparison.h"
+#include "fliodram/MMEvaluationError.h"
+#include "fliodram/StructModel.h"
+
+namespace {
+
+constexpr std::size_t objectCount = 300;
+
+// Objects of the class N, each with links to twenty others, all of them on cycles.
+std::vector<Thing> makeThings() {
+    const std::string kind = "N";
+    std::vector<Thing> things(objectCount);
+    for (std::size_t i = 0; i < objectCount; ++i) {
+        things[i].kind = kind;
+        things[i].id.assign(1, 'n').append(std::to_string(i));
+        things[i].attributes["name"] =
+            std::string("name").append(std::to_string(i * 7919 % objectCount));
+        for (std::size_t link = 1; link <= 20; ++link) {
+            things[i].associations["a"].push_back(things[(i + link * link) % objectCount].handle());
+        }
+    }
+    return things;
+}
+
+// A text of 10 MB, in which `use` calls it t; doubled further it reaches any limit.
+std::string withLongText(const std::string& piece, const std::string& use, int doublings = 20) {
+    std::string text = "let t0 = \"" + piece + "\" in ";
+    for (int i = 1; i <= doublings; ++i) {
+        const std::string half = 't' + std::to_string(i - 1);
+        text += "let t" + std::to_string(i) + " = " + half + " + " + half + " in ";
+    }
+    return text + "let t = t" + std::to_string(doublings) + " in " + use;
+}
+
+std::string nested(const std::string& begin, const std::string& inner, const std::string& end,
+                   int times) {
+    std::string text = inner;
+    for (int i = 0; i < times; ++i) {
+        text = begin + text + end;
+    }
+    return text;
+}
+
+std::string inParentheses(const char* function, const std::string& argument) {
+    return std::string(function).append(" (").append(argument).append(")");
+}
+
+std::vector<std::string> hostileTexts() {
+    const std::string all = "all \"N\"";
+    const std::string closure = "size (current -> l:^[a] -> @l)";
+    return {
+        nested("for_all x in " + all + " => (", "$name <> \"\"", ")", 4),
+        nested("there_exists x in " + all + " => (", "$name = \"\"", ")", 4),
+        nested("size filter {", "$name = \"\"", "} over (" + all + ") = 0", 4) + " or true",
+        nested("concat map {", "$name", "} over " + all, 4),
+        nested("delim (\"-\", map {", "$name", "} over (" + all + "))", 4),
+        inParentheses("size", nested("traverse {[a]} over ", all, "", 8)),
+        inParentheses("size", inParentheses("unique", nested("traverse {[a]} over ", all, "", 8))),
+        inParentheses("size", nested("traverse {[a]} over reverse ", all, "", 8)) + " > 0",
+        nested("for_all x in " + all + " => ", "(" + closure + " > 0)", "", 3),
+        inParentheses("size", nested("sort {size filter {", closure + " > 0",
+                                     "} over (" + all + ")} over " + all, 1)),
+        "size (sort {" + closure + "} & sortd {" + closure + "} over traverse {" + all + "} over " +
+            all + ")",
+        nested("for_all x in " + all + " => (", all + " = [a]", " or true)", 3),
+        nested("for_all x in " + all + " => (", all + " < traverse {[a]} over " + all, " or true)",
+               2),
+        "size (this -> l:^[a]{size (current -> @l) >= 0} -> @l)",
+        "size (this -> ([a]{" + closure + " > 0}; [a]{" + closure +
+            " > 1}) -> l:^[a]{for_all x in " + all + " => (" + closure + " > 0)} -> @l)",
+        withLongText("0123456789", "t", 40),
+        withLongText("ab", "replace_all (`a`, replace_all (`b`, t, t), t)", 10),
+        withLongText("aaaaaaaaaa", "replace_all (`a.*z|a`, t, \"b\")"),
+        withLongText("aaaaaaaaaa", nested("for_all x in " + all + " => ",
+                                          "not match (`(a|aa)*(a*)*b`, t)", "", 2)),
+        nested("for_all x in " + all + " => ",
+               "toupper (trim (comma map {$name} over " + all + ")) <> \"\"", "", 3),
+        nested("for_all x in " + all + " => ", "(opSig x <> \"\")", "", 4),
+    };
+}
+
+struct Limits {
+    const char* name;
+    MMEvaluationLimits limits;
+};
+
+// How long the evaluation takes until a limit stops it.
+std::chrono::nanoseconds timeUntilStopped(const MMValueAbsExpr& expression,
+                                          MMEvaluationContext& context, MMObject object,
+                                          const std::string& row) {
+    const auto start = std::chrono::steady_clock::now();
+    try {
+        (void)expression.apply(context, object);
+        ADD_FAILURE() << row << " is not hostile";
+    } catch (const MMEvaluationError& error) {
+        EXPECT_TRUE(error.isLimit()) << row << error.what();
+    }
+    return std::chrono::steady_clock::now() - start;
+}
+
+TEST(Hostile, ExpressionsStopAtTheirLimits) {
+    const std::vector<Thing> things = makeThings();
+    const StructModel model(things);
+    std::vector<Limits> rows(2);
+    rows[0] = {"steps", {}};
+    rows[0].limits.steps = 1'000'000;
+    rows[1] = {"time", {}};
+    rows[1].limits.time = std::chrono::milliseconds(20);
+    const std::chrono::milliseconds longest(isInstrumented() ? 2000 : 120);
+    RecordingDialogs dialogs;
+    const auto harmless = ExprParser::parseAssociatedAttribute(dialogs, "$name + \"!\"");
+    for (const std::string& text : hostileTexts()) {
+        const auto expression = ExprParser::parseAssociatedAttribute(dialogs, text);
+        ASSERT_TRUE(expression) << text << "\n" << dialogs.messages.back();
+        for (const Limits& row : rows) {
+            MMEvaluationContext context(model, row.limits);
+            const MMObject object = things.front().handle();
+            for (int round = 0; round < 2; ++round) {
+                EXPECT_LT(timeUntilStopped(*expression, context, object, text), longest)
+                    << row.name << ": " << text;
+                EXPECT_EQ(harmless->apply(context, object).getText(), "name0!") << text;
+            }
+        }
+    }
+}
+
+}  // namespace
