@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,13 @@
 namespace {
 
 constexpr std::size_t objectCount = 300;
+
+// How long a limit may be passed over; the release build is held to what is promised.
+#ifdef NDEBUG
+constexpr std::chrono::milliseconds longest(isInstrumented() ? 2000 : 120);
+#else
+constexpr std::chrono::milliseconds longest(2000);
+#endif
 
 // Objects of the class N, each with links to twenty others, all of them on cycles.
 std::vector<Thing> makeThings() {
@@ -93,18 +101,25 @@ struct Limits {
     MMEvaluationLimits limits;
 };
 
+// The time that this thread has spent, whatever else the machine does.
+std::chrono::nanoseconds processorTime() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
+}
+
 // How long the evaluation takes until a limit stops it.
 std::chrono::nanoseconds timeUntilStopped(const MMValueAbsExpr& expression,
                                           MMEvaluationContext& context, MMObject object,
                                           const std::string& row) {
-    const auto start = std::chrono::steady_clock::now();
+    const std::chrono::nanoseconds start = processorTime();
     try {
         (void)expression.apply(context, object);
         ADD_FAILURE() << row << " is not hostile";
     } catch (const MMEvaluationError& error) {
         EXPECT_TRUE(error.isLimit()) << row << error.what();
     }
-    return std::chrono::steady_clock::now() - start;
+    return processorTime() - start;
 }
 
 TEST(Hostile, ExpressionsStopAtTheirLimits) {
@@ -115,7 +130,6 @@ TEST(Hostile, ExpressionsStopAtTheirLimits) {
     rows[0].limits.steps = 1'000'000;
     rows[1] = {"time", {}};
     rows[1].limits.time = std::chrono::milliseconds(20);
-    const std::chrono::milliseconds longest(isInstrumented() ? 2000 : 120);
     RecordingDialogs dialogs;
     const auto harmless = ExprParser::parseAssociatedAttribute(dialogs, "$name + \"!\"");
     for (const std::string& text : hostileTexts()) {
