@@ -139,7 +139,8 @@ TEST(Hostile, ExpressionsStopAtTheirLimits) {
             MMEvaluationContext context(model, row.limits);
             const MMObject object = things.front().handle();
             for (int round = 0; round < 2; ++round) {
-                EXPECT_LT(timeUntilStopped(*expression, context, object, text), longest)
+                EXPECT_LT(timeUntilStopped(*expression, context, object, text).count(),
+                          std::chrono::nanoseconds(longest).count())
                     << row.name << ": " << text;
                 EXPECT_EQ(harmless->apply(context, object).getText(), "name0!") << text;
             }
