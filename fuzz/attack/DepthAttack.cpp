@@ -1,0 +1,354 @@
+// Expressions of many shapes, as deep as they may be, deeper, and very much deeper: each is right,
+// or refused with a sentence. Each runs through all stages in a process of its own, on a thread
+// with a stack of 8 MiB and of 1 MiB, so that a crash is a failed line. ATTACK_ALL=1 adds depth
+// 1,000,000 and texts of 10 MB, whose time and memory are compared with those of 1 MB.
+#include <gtest/gtest.h>
+#include <pthread.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <functional>
+#include <iostream>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "api/ExprParser.h"
+#include "ast/ASTPrintVisitor.h"
+#include "fliodram/MMEvaluationError.h"
+#include "fliodram/MMTargetPrinter.h"
+#include "fliodram/StructModel.h"
+#include "namespace/CreateNameSpaceVisitor.h"
+#include "namespace/TopLevelEnvironment.h"
+#include "parser/SyntaxParser.h"
+#include "support/ParseException.h"
+#include "typecheck/ASTTypeCheckVisitor.h"
+
+namespace {
+
+// How deep a shape may be.
+constexpr std::size_t levels = 1000;
+constexpr std::size_t unlimited = 0;
+// How many of them may be taken by what is around a shape.
+constexpr std::size_t around = 8;
+
+/// A construct that holds itself: `begin` and `end`, n times around `inner`, between `before` and
+/// `after`.
+struct Shape {
+    std::string name;
+    std::string before, begin, inner, end, after;
+    /// What the expression is on the object n of the model below.
+    std::function<std::string(std::size_t)> expected;
+    /// The levels that each repetition costs; unlimited for a loop.
+    std::size_t cost = 1;
+
+    std::string text(std::size_t depth, bool isClosed = true) const {
+        std::string text = before;
+        for (std::size_t i = 0; i < depth; ++i) {
+            text += begin;
+        }
+        text += inner;
+        for (std::size_t i = 0; isClosed && i < depth; ++i) {
+            text += end;
+        }
+        return text + after;
+    }
+};
+
+std::function<std::string(std::size_t)> always(const std::string& value) {
+    return [value](std::size_t /*depth*/) { return value; };
+}
+std::string alternating(std::size_t depth, const char* even, const char* odd) {
+    return depth % 2 == 0 ? even : odd;
+}
+
+// The object has one link a, to itself, and one link b, to another whose a leads back.
+const std::vector<Shape>& shapes() {
+    static const std::vector<Shape> table = {
+        {"parentheses", "", "(", "7", ")", "", always("7")},
+        {"not", "", "not ", "true", "", "", [](auto n) { return alternating(n, "true", "false"); }},
+        {"minus", "", "- ", "1", "", "", [](auto n) { return alternating(n, "1", "-1"); }},
+        {"sum", "", "", "1", " + 1", "", [](auto n) { return std::to_string(n + 1); }, unlimited},
+        {"difference", "", "", "1", " - 1", "",
+         [](auto n) { return std::to_string(1 - static_cast<long>(n)); }, unlimited},
+        {"product", "", "", "7", " * 1", "", always("7"), unlimited},
+        {"quotient", "", "", "7", " / 1", "", always("7"), unlimited},
+        {"and", "", "", "true", " and true", "", always("true"), unlimited},
+        {"or", "", "", "false", " or false", "", always("false"), unlimited},
+        {"mixed chain", "", "", "true", " and true or false", "", always("true"), unlimited},
+        {"joined texts", "size ([a]) = 1 and find (`^.`, ", "", "\"x\"", " + \"\"", ") = \"x\"",
+         always("true"), unlimited},
+        {"implies", "", "true implies ", "false", "", "", always("false")},
+        {"sum to the right", "", "1 + (", "1", ")", "",
+         [](auto n) { return std::to_string(n + 1); }},
+        {"product to the right", "", "1 * (", "7", ")", "", always("7")},
+        {"and to the right", "", "true and (", "false", ")", "", always("false")},
+        {"or to the right", "", "false or (", "true", ")", "", always("true")},
+        {"relation to the left", "", "(", "true", " = true)", "", always("true")},
+        {"relation to the right", "", "(true = ", "true", ")", "", always("true")},
+        {"alternation", "", "(\"\" |=> ", "\"x\"", ")", "", always("x")},
+        {"let in a value", "", "let x = ", "1", " in x", "", always("1")},
+        {"let in a body", "", "let x = 1 in ", "x", "", "", always("1")},
+        {"if in a test", "", "if ", "true", " then true else false", "", always("true")},
+        {"if in a then", "", "if true then ", "1", " else 2", "", always("1")},
+        {"if in an else", "", "if false then 2 else ", "1", "", "", always("1")},
+        {"for_all", "", "for_all x in [a] => ", "$name = \"n0\"", "", "", always("true")},
+        {"there_exists", "", "there_exists x in [b] => ", "true", "", "",
+         [](auto n) { return n < 2 ? "true" : "false"; }},
+        {"map", "", "concat map {", "$name", "} over [a]", "", always("n0"), 2},
+        {"filter", "string size (", "filter {true} over ", "[a]", "", ")", always("1")},
+        {"filter condition", "", "0 < size filter {", "true", "} over [a]", "", always("true"), 2},
+        {"traverse", "string size (", "traverse {[a]} over ", "[a]", "", ")", always("1")},
+        {"traverse path", "string size (", "traverse {", "[a]", "} over [a]", ")", always("1")},
+        {"sort key", "", "size sort {", "1", "} over [a]", "", always("1"), 2},
+        {"tuple", "", "alternation (\"\", ", "\"x\"", ")", "", always("x"), 2},
+        {"application", "string size (", "unique (", "[a]", ")", ")", always("1"), 2},
+        {"application bare", "string size (", "reverse ", "[a]", "", ")", always("1")},
+        {"attribute of", "", "string ", "$name", "", "", always("n0")},
+        {"steps", "string size (this", "", "", " -> [a]", ")",
+         [](auto n) { return n == 0 ? "" : "1"; }},
+        {"marked steps", "string size (this -> [b]", "", "", " -> ^[a]", ")", always("1")},
+        {"groups", "string size (this -> [a]", " -> ([a]", "", ")", ")", always("1"), 2},
+        {"groups after groups", "string size (this", "", "", " -> ([a]; [a])", ")", always("1"), 3},
+        {"conditions", "string size (", "[a]{0 < size ", "[a]", "}", ")", always("1"), 3},
+        {"long text", "\"", "", "", "x", "\" ~= \"^x*$\"", always("true"), unlimited},
+        {"long comment", "(* ", "", "", "x", " *) 7", always("7"), unlimited},
+        {"blanks", "7", "", "", " \n", "", always("7"), unlimited},
+    };
+    return table;
+}
+
+/// Two objects, as the shapes need them.
+class SmallCycle {
+public:
+    SmallCycle() : things_(2), model_(things_) {
+        things_[0].kind = things_[1].kind = std::string(1, 'N');
+        things_[0].attributes["name"] = std::string("n0");
+        things_[1].attributes["name"] = std::string("n1");
+        things_[0].associations = {{"a", {things_[0].handle()}}, {"b", {things_[1].handle()}}};
+        things_[1].associations = {{"a", {things_[0].handle()}}};
+    }
+    const MMModel& model() const { return model_; }
+    MMObject object() const { return things_[0].handle(); }
+
+private:
+    std::vector<Thing> things_;
+    StructModel model_;
+};
+
+/// Accepts every type.
+class AnyType : public TypeRequirement {
+public:
+    bool check(const OrvCountedPtr<TypeExpression>& /*type*/) const override { return true; }
+    std::string text() const override { return "{any}"; }
+};
+
+/// Keeps the last error.
+class ErrorDialogs : public ExprParserDialogs {
+public:
+    bool askYesNo(const std::string& /*question*/, bool defaultAnswer) override {
+        return defaultAnswer;
+    }
+    void showMessage(int line, int column, const std::string& /*source*/,
+                     const std::string& message, MessageSeverity severity, bool /*flag*/) override {
+        if (severity == Error) {
+            error = message;
+            isPlaced = line > 0 && column > 0;
+        }
+    }
+    std::string error;
+    bool isPlaced = false;
+};
+
+// The stages one by one, with the printers of the tree and of the scopes.
+void runStages(const std::string& text) {
+    ErrorDialogs dialogs;
+    std::ostream silent(nullptr);
+    const auto root = SyntaxParser::parse(dialogs, text.c_str(), silent);
+    if (root) {
+        constexpr std::size_t longest = 200'000;
+        CreateNameSpaceVisitor scopes(TopLevelEnvironment::instance()->getScope());
+        root->accept(scopes);
+        NameSpacePrinter(silent).print(*scopes.getNameSpace());
+        const AnyType anyType;
+        ASTTypeCheckVisitor checker(dialogs, scopes.getNameSpace(), anyType);
+        root->accept(checker);
+        if (text.size() < longest && text.find(";") == std::string::npos) {
+            ASTPrintVisitor printer(silent);
+            root->accept(printer);
+        }
+    }
+}
+
+// What the expression is; "!" and the sentence of the error that it ends in.
+std::string outcomeOf(const std::string& text) {
+    try {
+        runStages(text);
+    } catch (const ParseException& exception) {
+        if (exception.getLine() < 1) {
+            return "an exception without a place";
+        }
+    }
+    ErrorDialogs dialogs;
+    const auto expression = ExprParser::parseAssociatedAttribute(dialogs, text);
+    if (!expression) {
+        return (dialogs.isPlaced ? "!" : "unplaced: ") + dialogs.error;
+    }
+    (void)printedTarget(*expression);
+    const SmallCycle cycle;
+    MMEvaluationContext context(cycle.model());
+    try {
+        return std::string(expression->apply(context, cycle.object()).asString().view());
+    } catch (const MMEvaluationError& error) {
+        return "!" + std::string(error.what());
+    }
+}
+
+struct Task {
+    const std::string* text;
+    std::string outcome;
+};
+
+void* runTask(void* argument) {
+    auto* const task = static_cast<Task*>(argument);
+    task->outcome = outcomeOf(*task->text);
+    return nullptr;
+}
+
+void runOnThread(Task& task, std::size_t stackSize) {
+    pthread_attr_t attributes;
+    pthread_attr_init(&attributes);
+    pthread_attr_setstacksize(&attributes, stackSize);
+    pthread_t thread{};
+    if (pthread_create(&thread, &attributes, runTask, &task) != 0) {
+        _exit(3);
+    }
+    pthread_join(thread, nullptr);
+    pthread_attr_destroy(&attributes);
+}
+
+/// What a process of its own came to.
+struct ChildResult {
+    std::string outcome;
+    double seconds = 0;
+    long kilobytes = 0;
+};
+
+double secondsOf(const timeval& time) {
+    return static_cast<double>(time.tv_sec) + static_cast<double>(time.tv_usec) / 1e6;
+}
+
+ChildResult runInChild(const std::string& text, std::size_t stackSize) {
+    std::array<int, 2> ends{};
+    if (pipe(ends.data()) != 0) {
+        return {"no pipe"};
+    }
+    const pid_t child = fork();
+    if (child == 0) {
+        alarm(120);
+        std::cerr.rdbuf(nullptr);
+        Task task{&text, {}};
+        runOnThread(task, stackSize);
+        const std::string shown = task.outcome.substr(0, 500);
+        _exit(write(ends[1], shown.data(), shown.size()) == static_cast<ssize_t>(shown.size()) ? 0
+                                                                                               : 4);
+    }
+    close(ends[1]);
+    ChildResult result;
+    std::array<char, 512> buffer{};
+    for (ssize_t count = 0; (count = read(ends[0], buffer.data(), buffer.size())) > 0;) {
+        result.outcome.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    close(ends[0]);
+    int status = 0;
+    rusage usage{};
+    wait4(child, &status, 0, &usage);
+    if (WIFSIGNALED(status)) {
+        result.outcome = "signal " + std::to_string(WTERMSIG(status));
+    }
+    result.seconds = secondsOf(usage.ru_utime) + secondsOf(usage.ru_stime);
+    result.kilobytes = usage.ru_maxrss;
+    return result;
+}
+
+bool isRefusal(const std::string& outcome) {
+    return outcome == "!Expression is nested too deeply." ||
+           outcome == "!The evaluation is nested too deeply.";
+}
+
+constexpr std::size_t mebibyte = std::size_t{1} << 20U;
+
+bool isAll() { return std::getenv("ATTACK_ALL") != nullptr; }
+
+#if defined(NDEBUG) && !defined(__clang__) && !defined(__SANITIZE_ADDRESS__)
+constexpr bool isStackAmple = true;
+#else
+constexpr bool isStackAmple = false;  // 1,000 levels need not fit the stack
+#endif
+
+void attack(const Shape& shape, std::size_t depth, std::size_t stackSize) {
+    const std::string outcome = runInChild(shape.text(depth), stackSize).outcome;
+    const std::string row = shape.name + " " + std::to_string(depth) + " levels, " +
+                            std::to_string(stackSize / mebibyte) + " MiB";
+    const std::string expected = shape.expected(depth);
+    const bool isLoop = shape.cost == unlimited;
+    const bool mustWork = isLoop || (depth * shape.cost + around <= levels &&
+                                     stackSize >= 8 * mebibyte && isStackAmple);
+    const bool mustFail = !isLoop && depth * shape.cost > levels;
+    const bool isRight = outcome == expected && !mustFail;
+    EXPECT_TRUE(isRight || (!mustWork && isRefusal(outcome)))
+        << row << ": " << outcome << " where " << expected << " is right";
+}
+
+TEST(Depth, EveryShapeIsRightOrRefused) {
+    for (const Shape& shape : shapes()) {
+        std::vector<std::size_t> depths = {1, 2, 10, 100'000, isAll() ? 1'000'000U : 10'000U};
+        const std::size_t deepest = levels / std::max<std::size_t>(shape.cost, 1);
+        for (std::size_t depth = deepest - around; depth <= deepest + 1; ++depth) {
+            depths.push_back(depth);
+        }
+        for (const std::size_t stackSize : {8 * mebibyte, mebibyte}) {
+            for (const std::size_t depth : depths) {
+                attack(shape, depth, stackSize);
+            }
+        }
+    }
+}
+
+TEST(Depth, UnclosedShapesHaveAnError) {
+    for (const Shape& shape : shapes()) {
+        for (const std::size_t depth : {3, 1000, 1001, 100'000}) {
+            if (!shape.end.empty() && shape.cost != unlimited && !shape.begin.empty()) {
+                const std::string text = shape.text(static_cast<std::size_t>(depth), false);
+                const std::string outcome = runInChild(text, mebibyte).outcome;
+                EXPECT_EQ(outcome.substr(0, 1), "!") << shape.name << " " << depth << outcome;
+            }
+        }
+    }
+}
+
+// Time and memory of ten times the text are at most fifteen times as much.
+TEST(Depth, CostsGrowWithTheText) {
+    if (!isAll()) {
+        GTEST_SKIP() << "ATTACK_ALL is not set";
+    }
+    for (const Shape& shape : shapes()) {
+        const std::size_t unit = shape.begin.size() + shape.end.size();
+        std::array<ChildResult, 2> results;
+        for (std::size_t i = 0; i < results.size(); ++i) {
+            results[i] = runInChild(shape.text((i == 0 ? 1 : 10) * mebibyte / unit), 8 * mebibyte);
+        }
+        const auto [small, large] = results;
+        std::cout << shape.name << ": " << small.seconds << " s and " << small.kilobytes
+                  << " KB for 1 MB, " << large.seconds << " s and " << large.kilobytes
+                  << " KB for 10 MB\n";
+        EXPECT_LT(large.seconds, 15 * small.seconds + 0.5) << shape.name;
+        EXPECT_LT(large.kilobytes, 15 * small.kilobytes) << shape.name;
+    }
+}
+
+}  // namespace
