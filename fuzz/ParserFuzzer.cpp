@@ -1,45 +1,22 @@
 // Trees of any text: printed twice they print the same, and errors stand at tokens.
+#include <algorithm>
+
 #include "FuzzText.h"
 #include "ast/ASTPrintVisitor.h"
 #include "parser/SyntaxParser.h"
 
 namespace {
 
-/// Keeps what is written, up to a size that a tree with many groups soon passes.
-class ShortBuffer : public std::streambuf {
-public:
-    const std::string& text() const { return text_; }
-
-protected:
-    std::streamsize xsputn(const char* bytes, std::streamsize count) override {
-        constexpr std::size_t longest = 1U << 16U;
-        if (text_.size() > longest) {
-            throw std::length_error("The tree is large.");
-        }
-        text_.append(bytes, static_cast<std::size_t>(count));
-        return count;
-    }
-    int_type overflow(int_type byte) override {
-        const char character = traits_type::to_char_type(byte);
-        xsputn(&character, 1);
-        return byte;
-    }
-
-private:
-    std::string text_;
-};
-
 std::string printed(SpecificationNode& root) {
-    ShortBuffer buffer;
-    std::ostream stream(&buffer);
-    stream.exceptions(std::ios::badbit);
+    std::ostringstream stream;
     ASTPrintVisitor printer(stream);
-    try {
-        root.accept(printer);
-    } catch (const std::length_error&) {
-    }
-    return buffer.text();
+    root.accept(printer);
+    return stream.str();
 }
+
+// Steps that follow a group are printed below each of its alternatives, so that many groups after
+// each other make a tree that is too large to print.
+bool isPrintable(const std::string& text) { return std::count(text.begin(), text.end(), ';') < 12; }
 
 }  // namespace
 
@@ -50,7 +27,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     try {
         const auto root = SyntaxParser::parse(dialogs, text.c_str(), silent);
         failIf(root ? dialogs.errorCount() != 0 : dialogs.errorCount() == 0);
-        if (root) {
+        if (root && isPrintable(text)) {
             failIf(printed(*root) != printed(*root));
         }
     } catch (const ParseException& exception) {

@@ -1,24 +1,16 @@
 // Compilations by the hundred thousand grow the process no further. ATTACK_ALL=1 makes a million.
 #include <gtest/gtest.h>
-#include <unistd.h>
 
 #include <cstdlib>
-#include <fstream>
 #include <iostream>
 #include <string>
 
+#include "ProcessMemory.h"
 #include "api/ExprParser.h"
 #include "api/RecordingDialogs.h"
 #include "support/Corpus.h"
 
 namespace {
-
-std::size_t residentKilobytes() {
-    std::ifstream statistics("/proc/self/statm");
-    std::size_t pages = 0;
-    statistics >> pages >> pages;
-    return pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) / 1024;
-}
 
 // Compiles the texts of the corpus in turn.
 void compile(std::size_t count) {

@@ -1,18 +1,20 @@
 // What hosts do around compilations: threads that begin at once, loading and unloading.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <fstream>
+#include <clocale>
 #include <iostream>
 #include <latch>
+#include <locale>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "ProcessMemory.h"
 #include "api/ExprParser.h"
 #include "api/RecordingDialogs.h"
 #include "fliodram/MMTargetPrinter.h"
+#include "fliodram/StructModel.h"
 #include "support/Corpus.h"
 
 namespace {
@@ -57,14 +59,37 @@ TEST(Host, ThreadsMakeTheirFirstCompilationsAtOnce) {
     }
 }
 
-#ifdef COMPILING_MODULE
-std::size_t residentKilobytes() {
-    std::ifstream statistics("/proc/self/statm");
-    std::size_t pages = 0;
-    statistics >> pages >> pages;
-    return pages * static_cast<std::size_t>(sysconf(_SC_PAGESIZE)) / 1024;
+/// Writes 1234567.5 as "1'234'567,5".
+class GroupedCommas : public std::numpunct<char> {
+protected:
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '\''; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+// Numbers are read and written alike, whatever locale the host has set.
+TEST(Host, LocalesChangeNothing) {
+    const std::string text =
+        "string 1234567 + string (real \"1234567.5\" + 0.25) + string integer \"2000000\" + \"1\"";
+    std::streambuf* const buffer = std::cerr.rdbuf(nullptr);
+    const Outcomes expected = compileCorpus();
+    const std::locale before = std::locale::global(std::locale({}, new GroupedCommas));
+    for (const char* const name : {"de_DE.UTF-8", "fr_FR.UTF-8"}) {
+        (void)std::setlocale(LC_ALL, name);  // where the machine has it
+    }
+    const Outcomes outcomes = compileCorpus();
+    RecordingDialogs dialogs;
+    const auto numbers = ExprParser::parseAssociatedAttribute(dialogs, text);
+    const std::vector<Thing> things(1);
+    const StructModel model(things);
+    MMEvaluationContext context(model);
+    EXPECT_EQ(numbers->apply(context, things[0].handle()).getText(), "12345671234567.7520000001");
+    std::locale::global(before);
+    std::cerr.rdbuf(buffer);
+    EXPECT_EQ(outcomes, expected);
 }
 
+#ifdef COMPILING_MODULE
 // The module carries the shared libraries with it and compiles on a thread of its own, too.
 TEST(Host, LoadingAndUnloadingGrowsNothing) {
     std::size_t before = 0;

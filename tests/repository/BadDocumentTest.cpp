@@ -127,6 +127,7 @@ const std::vector<BadRow> badJsonRows{
      "doc:1:54: Missing a comma or '}' after an object member."},
     {"{}", "doc:1:3: The document has no \"objects\"."},
     {"{\"objects\":{}}", "doc:1:12: \"objects\" must be a list of objects."},
+    {"{\"objects\":\"a\"}", "doc:1:12: \"objects\" must be a list of objects."},
     {"{\"objects\":[1]}", "doc:1:13: \"objects\" must be a list of objects."},
     {"{\"objects\":" + std::string(1000000, '['),
      "doc:1:13: \"objects\" must be a list of objects."},

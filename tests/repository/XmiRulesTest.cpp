@@ -272,7 +272,9 @@ TEST(RepositoryModel, ShowsWhatToolsNeed) {
     EXPECT_EQ(model->find("x"), model->instances("B").first[1]);
     EXPECT_EQ(model->path(model->find("x")), "//@b.1");
     EXPECT_EQ(model->find("//@c"), model->instances("C").first[0]);
-    EXPECT_EQ(model->find("y"), mmNoObject);
+    for (const char* const nothing : {"y", "/1", "/1/@b.0", "//@b.2", "//@y", "///"}) {
+        EXPECT_EQ(model->find(nothing), mmNoObject) << nothing;
+    }
     EXPECT_EQ(model->outermost(model->find("x")), model->root(0));
     EXPECT_EQ(model->container(model->root(0)), mmNoObject);
     const TextPlace place = model->place(model->find("//@c.0"));
