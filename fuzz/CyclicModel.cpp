@@ -29,7 +29,7 @@ const CyclicModel& CyclicModel::instance() {
 
 MMEvaluationLimits fuzzLimits() {
     MMEvaluationLimits limits;
-    limits.steps = 100'000;
+    limits.steps = 30'000;
     limits.collectionSize = 10'000;
     limits.textSize = 100'000;
     return limits;

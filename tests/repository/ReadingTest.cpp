@@ -51,6 +51,8 @@ const std::vector<Row> encodingRows{
     {"Utf16BigEndian", "\xFE\xFF" + widen("<a n='1'/>", true), "a / n=1"},
     {"ADeclarationWithoutEncoding", "<?xml version='1.0'?><a n='encoding=\"x\"'/>",
      "a / n=encoding=\"x\""},
+    {"OutermostCharacterReferences", "<a n='&#xD7FF;&#xE000;&#xFFFD;&#x10000;&#x10FFFF;&#9;'/>",
+     "a / n=\xed\x9f\xbf\xee\x80\x80\xef\xbf\xbd\xf0\x90\x80\x80\xf4\x8f\xbf\xbf\t"},
     {"CharacterReferences", "<a n='&#228;&#x20AC;&lt;&amp;&quot;&apos;&gt;'/>",
      "a / n=\xC3\xA4\xE2\x82\xAC<&\"'>"},
     {"WhiteSpaceInAttributes", "<a n='x\r\n\ty&#10;z'/>", "a / n=x  y\nz"},
