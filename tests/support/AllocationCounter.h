@@ -16,8 +16,8 @@ public:
     static void deallocate(void* memory) noexcept;
 };
 
-/// While it lives, an allocation of this thread outside the pattern engine fails: the one after `number` that succeed, and
-/// with `forGood` all that follow. One at a time.
+/// While it lives, an allocation of this thread outside the pattern engine fails: the one after
+/// `number` that succeed, and with `forGood` all that follow. One at a time.
 class FailingAllocation {
 public:
     FailingAllocation(long number, bool forGood) noexcept;
