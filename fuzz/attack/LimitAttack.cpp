@@ -2,13 +2,13 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <ctime>
 #include <string>
 #include <vector>
 
 #include "api/ExprParser.h"
 #include "api/RecordingDialogs.h"
-#include "evaluation/Comparison.h"
 #include "fliodram/MMEvaluationError.h"
 #include "fliodram/StructModel.h"
 
@@ -16,12 +16,11 @@ namespace {
 
 constexpr std::size_t objectCount = 300;
 
-// How long a limit may be passed over; the release build is held to what is promised.
-#ifdef NDEBUG
-constexpr std::chrono::milliseconds longest(isInstrumented() ? 2000 : 120);
-#else
-constexpr std::chrono::milliseconds longest(2000);
-#endif
+// How long an evaluation may take that has a limit of 20 ms: what is promised with ATTACK_ALL=1, in
+// a release build on a machine that does nothing else; elsewhere as long as shows that it ends.
+std::chrono::milliseconds longestTime() {
+    return std::chrono::milliseconds(std::getenv("ATTACK_ALL") != nullptr ? 120 : 2000);
+}
 
 // Objects of the class N, each with links to twenty others, all of them on cycles.
 std::vector<Thing> makeThings() {
@@ -140,7 +139,7 @@ TEST(Hostile, ExpressionsStopAtTheirLimits) {
             const MMObject object = things.front().handle();
             for (int round = 0; round < 2; ++round) {
                 EXPECT_LT(timeUntilStopped(*expression, context, object, text).count(),
-                          std::chrono::nanoseconds(longest).count())
+                          std::chrono::nanoseconds(longestTime()).count())
                     << row.name << ": " << text;
                 EXPECT_EQ(harmless->apply(context, object).getText(), "name0!") << text;
             }

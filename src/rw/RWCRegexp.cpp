@@ -17,7 +17,7 @@ public:
 
 // Fails where there is not enough memory to go into the engine with.
 void requireMemory(std::size_t patternSize) {
-    constexpr std::size_t least = 64 * 1024;
+    constexpr std::size_t least = std::size_t{64} * 1024;
     constexpr std::size_t perByte = 64;
     ::operator delete(::operator new(least + perByte * patternSize));
 }
