@@ -62,26 +62,50 @@ constexpr BuiltIn builtIns[] = {
     {'B', "S", "boolean %"},
     {'B', "R", "boolean %"},
     {'B', "I", "boolean %"},
-    {'B', "SS", "(% < %)"},
     {'B', "SS", "(% = %)"},
+    {'B', "SS", "(% <> %)"},
+    {'B', "SS", "(% < %)"},
+    {'B', "SS", "(% <= %)"},
+    {'B', "SS", "(% > %)"},
+    {'B', "SS", "(% >= %)"},
     {'B', "SS", "(% ~= %)"},
     {'B', "SS", "(% ~<> %)"},
+    {'B', "II", "(% = %)"},
+    {'B', "II", "(% <> %)"},
+    {'B', "II", "(% < %)"},
+    {'B', "II", "(% <= %)"},
+    {'B', "II", "(% > %)"},
     {'B', "II", "(% >= %)"},
-    {'B', "RR", "(% <= %)"},
+    {'B', "RR", "(% = %)"},
     {'B', "RR", "(% <> %)"},
+    {'B', "RR", "(% < %)"},
+    {'B', "RR", "(% <= %)"},
+    {'B', "RR", "(% > %)"},
+    {'B', "RR", "(% >= %)"},
+    {'B', "BB", "(% = %)"},
     {'B', "BB", "(% <> %)"},
     {'B', "OO", "(% = %)"},
+    {'B', "OO", "(% <> %)"},
     {'B', "CC", "(% = %)"},
+    {'B', "CC", "(% <> %)"},
     {'B', "CC", "(% < %)"},
+    {'B', "CC", "(% <= %)"},
+    {'B', "CC", "(% > %)"},
     {'B', "CC", "(% >= %)"},
     {'S', "SS", "(% + %)"},
     {'I', "II", "(% + %)"},
     {'I', "II", "(% - %)"},
     {'I', "II", "(% * %)"},
     {'I', "II", "(% / %)"},
+    {'R', "RR", "(% + %)"},
+    {'R', "RR", "(% - %)"},
     {'R', "RR", "(% * %)"},
     {'R', "RR", "(% / %)"},
     {'I', "I", "(- %)"},
+    {'R', "R", "(- %)"},
+    {'B', "B", "(not %)"},
+    {'B', "BB", "(% and %)"},
+    {'B', "BB", "(% or %)"},
     {'B', "BB", "(% implies %)"},
     {'T', "SC", "map {%} over %"},
     {'C', "BC", "filter {%} over %"},
@@ -90,6 +114,15 @@ constexpr BuiltIn builtIns[] = {
     {'C', "CC", "traverse {%} over %"},
     {'B', "CB", "(for_all x in % => %)"},
     {'B', "CB", "(there_exists x in % => %)"},
+    {'B', "BBB", "(if % then % else %)"},
+    {'I', "BII", "(if % then % else %)"},
+    {'R', "BRR", "(if % then % else %)"},
+    {'S', "BSS", "(if % then % else %)"},
+    {'O', "BOO", "(if % then % else %)"},
+    {'C', "BCC", "(if % then % else %)"},
+    {'S', "S", "(let x = % in (x + x))"},
+    {'I', "C", "(let x = % in (size x))"},
+    {'C', "C", "(let x = % in (x))"},
 };
 
 /// Takes an expression from bytes; when they are used up, the simplest.
@@ -180,13 +213,20 @@ private:
         return taken;
     }
 
+    // A text of the bytes, one time in eight so long that building with it soon reaches a limit.
     std::string quoted() {
-        std::string text = "\"";
+        constexpr std::size_t longTimes = 200;
+        const std::size_t times = next() % 8 == 1 ? longTimes : 1;
+        std::string part;
         for (const char byte : take()) {
-            text += byte == '"' || byte == '\\' ? "\\" : "";
-            text += byte == '\0' || byte == '\n' || byte == '\r' ? ' ' : byte;
+            part += byte == '"' || byte == '\\' ? "\\" : "";
+            part += byte == '\0' || byte == '\n' || byte == '\r' ? ' ' : byte;
         }
-        return text + "\"";
+        std::string text;
+        for (std::size_t i = 0; i < times; ++i) {
+            text += part;
+        }
+        return "\"" + text + "\"";
     }
 
     // A pattern that is not well formed does not compile, which is not what is looked for here.

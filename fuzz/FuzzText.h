@@ -50,7 +50,8 @@ inline std::set<std::pair<int, int>> placesOf(const std::string& text) {
     return places;
 }
 
-/// Checks that each error has the place of a token, and progress none; counts both.
+/// Checks that each error has the place of a token, and progress none; counts errors, and keeps
+/// all messages.
 class CheckingDialogs : public ExprParserDialogs {
 public:
     explicit CheckingDialogs(const std::string& text) : places_(placesOf(text)) {}
@@ -64,11 +65,14 @@ public:
         failIf(severity == Error && places_.count({line, column}) == 0);
         failIf(severity == Info && (line != 0 || column != 0));
         errors_ += severity == Error ? 1 : 0;
+        shown_ += std::to_string(line) + ':' + std::to_string(column) + ' ' + message + '\n';
     }
 
     int errorCount() const { return errors_; }
+    const std::string& shown() const { return shown_; }
 
 private:
     std::set<std::pair<int, int>> places_;
     int errors_ = 0;
+    std::string shown_;
 };

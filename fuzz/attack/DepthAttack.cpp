@@ -321,9 +321,9 @@ TEST(Depth, EveryShapeIsRightOrRefused) {
 
 TEST(Depth, UnclosedShapesHaveAnError) {
     for (const Shape& shape : shapes()) {
-        for (const std::size_t depth : {3, 1000, 1001, 100'000}) {
+        for (const std::size_t depth : {3U, 1000U, 1001U, 100'000U}) {
             if (!shape.end.empty() && shape.cost != unlimited && !shape.begin.empty()) {
-                const std::string text = shape.text(static_cast<std::size_t>(depth), false);
+                const std::string text = shape.text(depth, false);
                 const std::string outcome = runInChild(text, mebibyte).outcome;
                 EXPECT_EQ(outcome.substr(0, 1), "!") << shape.name << " " << depth << outcome;
             }
