@@ -1,9 +1,6 @@
 // The text is lexed once to find out where its tokens stand, by a lexer that remembers what it
-// drops instead of reporting it. A caret is placed by what a terminal would show before it: a tab
-// stays a tab, a character of several bytes is as wide as it is.
+// drops instead of reporting it.
 #include "ExpressionText.h"
-
-#include <wchar.h>
 
 #include <algorithm>
 #include <filesystem>
@@ -29,35 +26,6 @@ std::string quoted(std::string_view text) {
 
 bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
 
-// The bytes of the character at `offset`, and its width on a terminal.
-std::pair<std::size_t, int> measure(std::string_view text, std::size_t offset) {
-    std::size_t end = offset + 1;
-    while (end < text.size() && isContinuation(text[end])) {
-        ++end;
-    }
-    const std::size_t length = end - offset;
-    if (length == 1) {
-        return {1, 1};
-    }
-    wchar_t character = 0;
-    mbstate_t state{};
-    const std::size_t read = mbrtowc(&character, text.data() + offset, length, &state);
-    const int width = read == length ? wcwidth(character) : 1;
-    return {length, std::max(width, 0)};
-}
-
-// White space as wide as the text.
-std::string blankFor(std::string_view text) {
-    std::string blank;
-    for (std::size_t offset = 0; offset < text.size();) {
-        const auto [length, width] = measure(text, offset);
-        blank.append(text[offset] == '\t' ? "\t"
-                                          : std::string(static_cast<std::size_t>(width), ' '));
-        offset += length;
-    }
-    return blank;
-}
-
 std::string sentenceForEscape(std::string_view escape) {
     const bool isPrintable = escape.size() > 1 && static_cast<unsigned char>(escape[1]) >= 0x20U;
     return (isPrintable ? "The escape " + std::string(escape) + " does not exist"
@@ -69,24 +37,6 @@ std::string sentenceForEscape(std::string_view escape) {
 std::string sentenceFor(std::string_view begun, std::string_view dropped) {
     return begun.empty() ? "The character " + quoted(dropped) + " has no meaning here."
                          : "The text " + quoted(begun) + " is not the whole of anything.";
-}
-
-// The window that is shown of a line: all of it, or what stands around an offset.
-std::pair<std::size_t, std::size_t> windowOf(std::string_view line, std::size_t offset) {
-    constexpr std::size_t longest = 500;
-    constexpr std::size_t around = 75;
-    if (line.size() <= longest) {
-        return {0, line.size()};
-    }
-    std::size_t first = offset - std::min(offset, around);
-    std::size_t last = std::min(line.size(), offset + around);
-    while (first > 0 && isContinuation(line[first])) {
-        --first;
-    }
-    while (last < line.size() && isContinuation(line[last])) {
-        ++last;
-    }
-    return {first, last};
 }
 
 }  // namespace
@@ -146,7 +96,8 @@ private:
     std::size_t lastEnd_ = static_cast<std::size_t>(-1);
 };
 
-ExpressionText::ExpressionText(std::string text) : text_(std::move(text)) {
+ExpressionText::ExpressionText(std::string text, TextOrigin origin)
+    : text_(std::move(text)), origin_(std::move(origin)) {
     text_.resize(std::min(text_.size(), text_.find('\0')));
     DLGStringInput input(text_.c_str());
     IndexingLexer(input, *this).run();
@@ -157,22 +108,17 @@ std::size_t ExpressionText::offsetOf(int line, int column) const {
     return found != offsets_.end() ? found->second : std::string::npos;
 }
 
-std::string ExpressionText::excerpt(int line, int column) const {
+MessagePlace ExpressionText::place(int line, int column) const {
     const std::size_t offset = offsetOf(line, column);
-    if (offset > text_.size()) {
-        return {};
+    const bool isInText = offset <= text_.size();
+    if (origin_.file == nullptr) {
+        return {"", line, column, isInText ? excerptAt(text_, offset) : std::string()};
     }
-    const std::size_t before = text_.rfind('\n', offset == 0 ? std::string::npos : offset - 1);
-    const std::size_t start = offset == 0 || before == std::string::npos ? 0 : before + 1;
-    const std::string_view rest = std::string_view(text_).substr(start);
-    const std::string_view sourceLine = rest.substr(0, rest.find_first_of("\r\n", offset - start));
-    const auto [first, last] = windowOf(sourceLine, offset - start);
-    const std::string front = first > 0 ? "..." : "";
-    std::string excerpt = front;
-    excerpt += sourceLine.substr(first, last - first);
-    excerpt += last < sourceLine.size() ? "...\n" : "\n";
-    return excerpt + blankFor(front) + blankFor(sourceLine.substr(first, offset - start - first)) +
-           "^\n";
+    // What has no place in the text is about all of it.
+    const std::size_t inFile = origin_.offsets[isInText ? offset : 0];
+    const TextPlace place = origin_.file->place(inFile);
+    return {origin_.file->name(), static_cast<int>(place.line), static_cast<int>(place.column),
+            origin_.file->excerpt(inFile)};
 }
 
 ExpressionText readExpression(const Options& options) {

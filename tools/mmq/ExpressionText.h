@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "Options.h"
+#include "SourceFile.h"
 
 namespace mmq {
 
@@ -19,31 +20,38 @@ struct TextError {
     std::string sentence;
 };
 
+/// A place that a message is about, as it is shown.
+struct MessagePlace {
+    std::string file;  ///< empty for a text that stands in no file of several
+    int line = 0;      ///< 0 for no place
+    int column = 0;
+    std::string excerpt;  ///< the source line with a caret below, or empty
+};
+
 /// The text of one expression, and the places of its tokens.
 ///
 /// Lines and columns of messages are the lexer's, which counts bytes, and tab stops; what they
-/// point at is found by the byte offset of the token that begins there.
+/// point at is found by the byte offset of the token that begins there. A text that was read from
+/// a file of several expressions knows where it stands in that file.
 class ExpressionText {
 public:
-    explicit ExpressionText(std::string text);
+    explicit ExpressionText(std::string text, TextOrigin origin = {});
 
     const std::string& text() const { return text_; }
 
     /// The pieces that the lexer would drop, in order, each with a sentence about it.
     const std::vector<TextError>& droppedTexts() const { return dropped_; }
 
-    /// The source line at a place and, below it, a caret under the character: two lines, each with
-    /// a line end. Of a very long line, what stands around the place. Empty for a place that the
-    /// text does not have.
-    std::string excerpt(int line, int column) const;
+    /// What is shown for a place of the text: the same place, or where that is in the file.
+    MessagePlace place(int line, int column) const;
 
 private:
     friend class IndexingLexer;
 
     std::size_t offsetOf(int line, int column) const;
-    void index();
 
     std::string text_;
+    TextOrigin origin_;
     std::map<std::pair<int, int>, std::size_t> offsets_;  // by line and column
     std::vector<TextError> dropped_;
 };

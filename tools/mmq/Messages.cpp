@@ -32,24 +32,31 @@ constexpr const char* patternHint =
 
 }  // namespace
 
-Messages::Messages(const ExpressionText& text, const Options& options, bool showsProgress)
-    : text_(text),
-      isJson_(options.messages == MessageFormat::json),
-      showsProgress_(showsProgress),
+MessageWriter::MessageWriter(const Options& options)
+    : isJson_(options.messages == MessageFormat::json),
       isColored_(!isJson_ && wantsColor(options.color)) {}
 
-bool Messages::askYesNo(const std::string& /*question*/, bool defaultAnswer) {
-    return defaultAnswer;
-}
-
-std::string Messages::colored(const char* code, const std::string& text) const {
+std::string MessageWriter::colored(const char* code, const std::string& text) const {
     return isColored_ ? std::string("\033[") + code + "m" + text + "\033[0m" : text;
 }
 
-void Messages::writeJson(int line, int column, const std::string& source,
-                         const std::string& message, int severity, bool flag) const {
-    std::string object = "{\"line\":" + std::to_string(line) +
-                         ",\"column\":" + std::to_string(column) + ",\"source\":";
+void MessageWriter::write(const MessagePlace& place, const std::string& source,
+                          const std::string& message, ExprParserDialogs::MessageSeverity severity,
+                          bool flag) const {
+    if (!isJson_) {
+        std::cerr << place.file << (place.file.empty() ? "" : ":") << place.line << ':'
+                  << place.column << ": " << colored("1;31", "error:") << ' ' << message
+                  << (message.empty() || message.back() != '\n' ? "\n" : "") << place.excerpt;
+        return;
+    }
+    std::string object = "{";
+    if (!place.file.empty()) {
+        object += "\"file\":";
+        appendJsonString(object, place.file);
+        object += ',';
+    }
+    object += "\"line\":" + std::to_string(place.line) +
+              ",\"column\":" + std::to_string(place.column) + ",\"source\":";
     appendJsonString(object, source);
     object += ",\"message\":";
     appendJsonString(object, message);
@@ -58,25 +65,29 @@ void Messages::writeJson(int line, int column, const std::string& source,
     std::cerr << object;
 }
 
-void Messages::writeText(int line, int column, const std::string& message,
-                         MessageSeverity severity) const {
-    if (severity != Error) {
-        std::cerr << (showsProgress_ ? message + "\n" : "");
-        return;
+void MessageWriter::writeHint(const MessagePlace& place, const std::string& hint) const {
+    if (isJson_) {
+        write(place, messageSource, hint, ExprParserDialogs::Info, false);
+    } else {
+        std::cerr << colored("1;36", "hint:") << ' ' << hint << '\n';
     }
-    std::cerr << line << ':' << column << ": " << colored("1;31", "error:") << ' ' << message
-              << (message.empty() || message.back() != '\n' ? "\n" : "")
-              << text_.excerpt(line, column);
+}
+
+Messages::Messages(const ExpressionText& text, const Options& options, bool showsProgress)
+    : text_(text), writer_(options), showsProgress_(showsProgress) {}
+
+bool Messages::askYesNo(const std::string& /*question*/, bool defaultAnswer) {
+    return defaultAnswer;
 }
 
 void Messages::showMessage(int line, int column, const std::string& source,
                            const std::string& message, MessageSeverity severity, bool flag) {
     isEmpty_ = false;
     errorCount_ += severity == Error ? 1 : 0;
-    if (isJson_) {
-        writeJson(line, column, source, message, severity, flag);
-    } else {
-        writeText(line, column, message, severity);
+    if (severity == Error || writer_.isJson()) {
+        writer_.write(text_.place(line, column), source, message, severity, flag);
+    } else if (showsProgress_) {
+        std::cerr << message << '\n';
     }
     if (isPatternBesideMatch(message)) {
         showHint(line, column, patternHint);
@@ -99,11 +110,7 @@ void Messages::showErrors(const std::vector<TextError>& errors) {
 }
 
 void Messages::showHint(int line, int column, const std::string& hint) {
-    if (isJson_) {
-        writeJson(line, column, messageSource, hint, Info, false);
-    } else {
-        std::cerr << colored("1;36", "hint:") << ' ' << hint << '\n';
-    }
+    writer_.writeHint(text_.place(line, column), hint);
 }
 
 }  // namespace mmq

@@ -12,8 +12,28 @@ namespace mmq {
 /// The name of this program as the source of messages.
 inline constexpr const char* messageSource = "mmq";
 
-/// Writes each message to the standard error stream as it comes: as text with the source line and
-/// a caret, or as one JSON object a line. Borrows the text of the expression.
+/// Writes messages to the standard error stream, in the form that the options choose: as text with
+/// the source line and a caret, or as one JSON object a line.
+class MessageWriter {
+public:
+    explicit MessageWriter(const Options& options);
+
+    bool isJson() const { return isJson_; }
+
+    /// Writes an error in text, anything in JSON.
+    void write(const MessagePlace& place, const std::string& source, const std::string& message,
+               ExprParserDialogs::MessageSeverity severity, bool flag) const;
+    /// Writes a line of advice about the message before.
+    void writeHint(const MessagePlace& place, const std::string& hint) const;
+
+private:
+    std::string colored(const char* code, const std::string& text) const;
+
+    bool isJson_;
+    bool isColored_;
+};
+
+/// Writes each message of a compilation as it comes. Borrows the text of the expression.
 class Messages : public ExprParserDialogs {
 public:
     /// With `showsProgress`, progress messages are written as text, too; JSON always has them.
@@ -34,16 +54,9 @@ public:
     bool isEmpty() const { return isEmpty_; }
 
 private:
-    void writeJson(int line, int column, const std::string& source, const std::string& message,
-                   int severity, bool flag) const;
-    void writeText(int line, int column, const std::string& message,
-                   MessageSeverity severity) const;
-    std::string colored(const char* code, const std::string& text) const;
-
     const ExpressionText& text_;
-    bool isJson_;
+    MessageWriter writer_;
     bool showsProgress_;
-    bool isColored_;
     int errorCount_ = 0;
     bool isEmpty_ = true;
 };
