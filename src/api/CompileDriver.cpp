@@ -30,8 +30,8 @@ OrvCountedPtr<NameSpace> buildNameSpace(SpecificationNode& root) {
 
 OrvCountedPtr<CompileResult> generate(SpecificationNode& root,
                                       const OrvCountedPtr<NameSpace>& nameSpace,
-                                      const LetVariableUsage& usage) {
-    CodeGenVisitor visitor(nameSpace, usage);
+                                      const LetVariableUsage& usage, SourceMap* map) {
+    CodeGenVisitor visitor(nameSpace, usage, map);
     root.accept(visitor);
     OrvCountedPtr<CompileResult> result(new CompileResult);
     result->objectVariable =
@@ -42,7 +42,7 @@ OrvCountedPtr<CompileResult> generate(SpecificationNode& root,
 
 // The phases, strictly in this order, each only after the one before it succeeded.
 OrvCountedPtr<CompileResult> runPhases(ExprParserDialogs& dialogs, const std::string& text,
-                                       const TypeRequirement& requirement) {
+                                       const TypeRequirement& requirement, SourceMap* map) {
     const CSignal2Exception guard;
     const OrvCountedPtr<SpecificationNode> root =
         SyntaxParser::parse(dialogs, text.c_str(), std::cerr);
@@ -59,7 +59,10 @@ OrvCountedPtr<CompileResult> runPhases(ExprParserDialogs& dialogs, const std::st
         showProgress(dialogs, "Expression did not type check.");
         return {};
     }
-    return generate(*root, nameSpace, checker.getLetVariableUsage());
+    if (map != nullptr) {
+        map->setRoot(root);
+    }
+    return generate(*root, nameSpace, checker.getLetVariableUsage(), map);
 }
 
 void logCatch(const char* message) noexcept {
@@ -82,9 +85,13 @@ void reportParseException(ExprParserDialogs& dialogs, const ParseException& exce
 
 OrvCountedPtr<CompileResult> CompileDriver::compile(ExprParserDialogs& dialogs,
                                                     const std::string& text,
-                                                    const TypeRequirement& requirement) noexcept {
+                                                    const TypeRequirement& requirement,
+                                                    SourceMap* map) noexcept {
+    if (map != nullptr) {
+        map->clear();
+    }
     try {
-        return runPhases(dialogs, text, requirement);
+        return runPhases(dialogs, text, requirement, map);
     } catch (const ParseException& exception) {
         logCatch(exception.what());
         reportParseException(dialogs, exception);
@@ -92,6 +99,9 @@ OrvCountedPtr<CompileResult> CompileDriver::compile(ExprParserDialogs& dialogs,
         logCatch(exception.what());
     } catch (...) {
         OrvException::getLog().writeLine("Catch", {"Exception catch"});
+    }
+    if (map != nullptr) {
+        map->clear();
     }
     return {};
 }

@@ -5,6 +5,7 @@
 
 #include "api/ExprParserDialogs.h"
 #include "api/TypeRequirement.h"
+#include "codegen/SourceMap.h"
 #include "fliodram/MMObjectVarExpr.h"
 #include "foundation/OrvCountedPtr.h"
 
@@ -20,7 +21,8 @@ class CompileDriver {
 public:
     /// Compiles `text` up to its first NUL. Messages go to `dialogs`. Returns an empty pointer
     /// when the text does not compile, when a dialog throws or when memory is short; throws
-    /// nothing.
+    /// nothing. Fills `map` where there is one; leaves it empty with the result.
     static OrvCountedPtr<CompileResult> compile(ExprParserDialogs& dialogs, const std::string& text,
-                                                const TypeRequirement& requirement) noexcept;
+                                                const TypeRequirement& requirement,
+                                                SourceMap* map = nullptr) noexcept;
 };

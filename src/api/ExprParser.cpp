@@ -1,6 +1,7 @@
 #include "api/ExprParser.h"
 
 #include "api/AttributeShortcut.h"
+#include "api/CodeGeneratorDialogs.h"
 #include "api/CompileDriver.h"
 #include "api/TypeRequirement.h"
 #include "foundation/OrvConverter.h"
@@ -18,13 +19,32 @@ OrvCountedPtr<Abstraction> abstractionOf(const OrvCountedPtr<CompileResult>& res
         OrvConverter<Body, OrvCyclicPtrBody>::toCyclic(result->body)));
 }
 
+OrvCountedPtr<MMValueAbsExpr> compileCondition(ExprParserDialogs& dialogs, const std::string& text,
+                                               SourceMap* map) {
+    const ConditionTypeRequirement requirement;
+    return abstractionOf<MMValueAbsExpr, MMValueExpr>(
+        CompileDriver::compile(dialogs, text, requirement, map));
+}
+
+OrvCountedPtr<MMObjectCollectionAbsExpr> compileAssociation(ExprParserDialogs& dialogs,
+                                                            const std::string& text,
+                                                            SourceMap* map) {
+    const ComplexAssociationTypeRequirement requirement;
+    return abstractionOf<MMObjectCollectionAbsExpr, MMObjectCollectionExpr>(
+        CompileDriver::compile(dialogs, text, requirement, map));
+}
+
 }  // namespace
 
 OrvCountedPtr<MMValueAbsExpr> ExprParser::parseCondition(ExprParserDialogs& dialogs,
                                                          const std::string& text) {
-    const ConditionTypeRequirement requirement;
-    return abstractionOf<MMValueAbsExpr, MMValueExpr>(
-        CompileDriver::compile(dialogs, text, requirement));
+    return compileCondition(dialogs, text, nullptr);
+}
+
+OrvCountedPtr<MMValueAbsExpr> ExprParser::parseMappedCondition(ExprParserDialogs& dialogs,
+                                                               const std::string& text,
+                                                               SourceMap& map) {
+    return compileCondition(dialogs, text, &map);
 }
 
 OrvCountedPtr<MMValueAbsExpr> ExprParser::parseAssociatedAttribute(ExprParserDialogs& dialogs,
@@ -37,9 +57,22 @@ OrvCountedPtr<MMValueAbsExpr> ExprParser::parseAssociatedAttribute(ExprParserDia
     return abstractionOf<MMValueAbsExpr, MMValueExpr>(result);
 }
 
+// The short-cut knows no places; what it takes has no message to show but progress.
+OrvCountedPtr<MMValueAbsExpr> ExprParser::parseMappedAssociatedAttribute(ExprParserDialogs& dialogs,
+                                                                         const std::string& text,
+                                                                         SourceMap& map) {
+    const AssociatedAttributeTypeRequirement requirement;
+    CodeGeneratorDialogs silent;
+    return abstractionOf<MMValueAbsExpr, MMValueExpr>(CompileDriver::compile(
+        findBareAttribute(text).empty() ? dialogs : silent, text, requirement, &map));
+}
+
 OrvCountedPtr<MMObjectCollectionAbsExpr> ExprParser::parseComplexAssociation(
     ExprParserDialogs& dialogs, const std::string& text) {
-    const ComplexAssociationTypeRequirement requirement;
-    return abstractionOf<MMObjectCollectionAbsExpr, MMObjectCollectionExpr>(
-        CompileDriver::compile(dialogs, text, requirement));
+    return compileAssociation(dialogs, text, nullptr);
+}
+
+OrvCountedPtr<MMObjectCollectionAbsExpr> ExprParser::parseMappedComplexAssociation(
+    ExprParserDialogs& dialogs, const std::string& text, SourceMap& map) {
+    return compileAssociation(dialogs, text, &map);
 }

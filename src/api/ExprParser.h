@@ -8,6 +8,8 @@
 #include "fliodram/MMAbsExpr.h"
 #include "foundation/OrvCountedPtr.h"
 
+class SourceMap;
+
 /// Compiles expressions of the model query language.
 ///
 /// Each operation takes the object that shows messages and the text, which ends at its first NUL,
@@ -31,4 +33,15 @@ public:
     /// A complex association: an expression whose type is a collection of objects.
     static OrvCountedPtr<MMObjectCollectionAbsExpr> parseComplexAssociation(
         ExprParserDialogs& dialogs, const std::string& text);
+
+    /// The same three, for a caller who keeps the places: they fill `map` with where in the text
+    /// each target came from (codegen/SourceMap.h); it is empty where the text does not compile.
+    static OrvCountedPtr<MMValueAbsExpr> parseMappedCondition(ExprParserDialogs& dialogs,
+                                                              const std::string& text,
+                                                              SourceMap& map);
+    static OrvCountedPtr<MMValueAbsExpr> parseMappedAssociatedAttribute(ExprParserDialogs& dialogs,
+                                                                        const std::string& text,
+                                                                        SourceMap& map);
+    static OrvCountedPtr<MMObjectCollectionAbsExpr> parseMappedComplexAssociation(
+        ExprParserDialogs& dialogs, const std::string& text, SourceMap& map);
 };

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 
+#include "ast/SourceSpan.h"
 #include "foundation/OrvCountedPtr.h"
 
 class ASTVisitor;
@@ -29,20 +30,23 @@ public:
 
     /// The place in the text at which a person would point for this node: the operator of a binary
     /// or relational expression, else the first token. Counted from 1; -1 until it is set.
-    std::int32_t getLine() const { return line_; }
-    std::int32_t getColumn() const { return column_; }
+    std::int32_t getLine() const { return span_.line; }
+    std::int32_t getColumn() const { return span_.column; }
     void setPosition(std::int32_t line, std::int32_t column) {
-        line_ = line;
-        column_ = column;
+        span_.line = line;
+        span_.column = column;
     }
+
+    /// The same place, with the bytes that the whole of the node was parsed from.
+    const SourceSpan& getSpan() const { return span_; }
+    void setSpan(const SourceSpan& span) { span_ = span; }
 
 protected:
     explicit ASTNode(NodeKind nodeKind) : nodeKind_(nodeKind) {}
 
 private:
     NodeKind nodeKind_;
-    std::int32_t line_ = -1;
-    std::int32_t column_ = -1;
+    SourceSpan span_;
 };
 
 /// The root of a tree: a whole expression.

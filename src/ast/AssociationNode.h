@@ -58,6 +58,9 @@ public:
     void accept(ASTVisitor& visitor) override;
 
     const std::string& getName() const { return name_; }
+    /// Where the name stands, with its brackets; the node itself begins at its label.
+    const SourceSpan& getNameSpan() const { return nameSpan_; }
+    void setNameSpan(const SourceSpan& span) { nameSpan_ = span; }
 
     const OrvCountedPtr<ExpressionNode>& getCondition() const { return condition_; }
     void setCondition(const OrvCountedPtr<ExpressionNode>& condition) { condition_ = condition; }
@@ -75,6 +78,7 @@ public:
 
 private:
     std::string name_;
+    SourceSpan nameSpan_;
     OrvCountedPtr<ExpressionNode> condition_;
     std::string label_;
     bool addToResult_ = false;

@@ -41,8 +41,8 @@ private:
 };
 
 CodeGenVisitor::CodeGenVisitor(const OrvCountedPtr<NameSpace>& nameSpace,
-                               const LetVariableUsage& usage)
-    : nameSpace_(nameSpace), usage_(usage), variablesOnly_(new SymbolFilter(0)) {
+                               const LetVariableUsage& usage, SourceMap* map)
+    : nameSpace_(nameSpace), usage_(usage), map_(map), variablesOnly_(new SymbolFilter(0)) {
     variablesOnly_->addKind(SymbolKind::variable);
 }
 
@@ -57,7 +57,35 @@ TargetPtr CodeGenVisitor::pop() {
 TargetPtr CodeGenVisitor::generateTarget(ASTNode& node) {
     checkVisitDepth(node);
     node.accept(*this);
-    return pop();
+    TargetPtr target = pop();
+    if (node.getNodeKind() == NodeKind::expression) {
+        note(node, node.getSpan(), target);
+    }
+    return target;
+}
+
+// Pushes what the argument of a function stands for: nothing, one target, or those of a tuple.
+void CodeGenVisitor::visitOperands(ASTNode& node) {
+    const std::size_t height = stack_.size();
+    checkVisitDepth(node);
+    node.accept(*this);
+    if (stack_.size() == height + 1) {
+        note(node, node.getSpan(), stack_.back());
+    }
+}
+
+void CodeGenVisitor::note(const ASTNode& node, const SourceSpan& span, const TargetPtr& target) {
+    if (map_ != nullptr) {
+        map_->add(node, span, *target);
+    }
+}
+
+OrvCyclicPtr<MMObjectVarExpr> CodeGenVisitor::boundVariable(
+    const ASTNode& binder, OrvCyclicPtr<MMObjectVarExpr> variable) {
+    if (map_ != nullptr) {
+        map_->addVariable(binder, *variable);
+    }
+    return variable;
 }
 
 const TargetPtr& CodeGenVisitor::targetOf(const OrvCountedPtr<VariableSymbol>& symbol) {
@@ -80,6 +108,11 @@ OrvCyclicPtr<MMObjectVarExpr> CodeGenVisitor::objectVariable(const std::string& 
     return objectVariable(OrvConverter<VariableSymbol, Symbol>::toCounted(found.at(0)));
 }
 
+// The variable that a node binds as "current".
+OrvCyclicPtr<MMObjectVarExpr> CodeGenVisitor::currentVariable(const ASTNode& node) {
+    return boundVariable(node, objectVariable(anchorName(AnchorKind::CURRENT), node));
+}
+
 // The node as a function of the variable.
 OrvCyclicPtr<MMValueAbsExpr> CodeGenVisitor::valueFunction(
     ASTNode& body, const OrvCyclicPtr<MMObjectVarExpr>& variable) {
@@ -99,7 +132,7 @@ void CodeGenVisitor::visitSpecification(SpecificationNode& node) {
 
 template <class Quantifier>
 void CodeGenVisitor::generateQuantifier(const QuantifierNode& node) {
-    const OrvCyclicPtr<MMObjectVarExpr> variable = objectVariable(node.getBoundVariable());
+    const auto variable = boundVariable(node, objectVariable(node.getBoundVariable()));
     const auto source = generate<MMObjectCollectionExpr>(*node.getSource());
     const auto predicate = generate<MMValueExpr>(*node.getExpr());
     push(TargetPtr(new Quantifier(source, predicate, variable)));
@@ -119,6 +152,7 @@ void CodeGenVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
     for (auto binary = spine.rbegin(); binary != spine.rend(); ++binary) {
         const auto right = generate<MMValueExpr>(*(*binary)->getRhs());
         combineBinary((*binary)->getOp(), left, right);
+        note(**binary, (*binary)->getSpan(), stack_.back());
         left = popAs<MMValueExpr>();
     }
     push(left);
@@ -177,8 +211,7 @@ void CodeGenVisitor::visitRelationalExpression(RelationalExpressionNode& node) {
 
 // The argument pushes as many results as the function takes, in the order of the text.
 void CodeGenVisitor::visitApplicationExpression(ApplicationExpressionNode& node) {
-    checkVisitDepth(node);
-    node.getExpr()->accept(*this);
+    visitOperands(*node.getExpr());
     const std::size_t arity = node.getResolvedFunction()->getArity();
     const auto first = stack_.end() - static_cast<std::ptrdiff_t>(arity);
     const std::vector<TargetPtr> arguments(first, stack_.end());
@@ -189,14 +222,14 @@ void CodeGenVisitor::visitApplicationExpression(ApplicationExpressionNode& node)
 // ---------------------------------------------------------------- iterations
 
 void CodeGenVisitor::visitMapExpression(MapExpressionNode& node) {
-    const auto current = objectVariable(anchorName(AnchorKind::CURRENT), node);
+    const auto current = currentVariable(node);
     const auto function = valueFunction(*node.getFunction(), current);
     const auto source = generate<MMObjectCollectionExpr>(*node.getSource());
     push(TargetPtr(new MMMapExpr(function, source)));
 }
 
 void CodeGenVisitor::visitFilterExpression(FilterExpressionNode& node) {
-    const auto current = objectVariable(anchorName(AnchorKind::CURRENT), node);
+    const auto current = currentVariable(node);
     const auto predicate = valueFunction(*node.getPredicate(), current);
     const auto source = generate<MMObjectCollectionExpr>(*node.getSource());
     push(TargetPtr(new MMFilterExpr(predicate, source)));
@@ -204,7 +237,7 @@ void CodeGenVisitor::visitFilterExpression(FilterExpressionNode& node) {
 
 void CodeGenVisitor::visitTraverseExpression(TraverseExpressionNode& node) {
     const auto body = generate<MMObjectCollectionExpr>(*node.getPath());
-    const auto current = objectVariable(anchorName(AnchorKind::CURRENT), node);
+    const auto current = currentVariable(node);
     const OrvCyclicPtr<MMObjectCollectionAbsExpr> function(
         new MMObjectCollectionAbsExpr(current, body));
     const auto source = generate<MMObjectCollectionExpr>(*node.getSource());
@@ -218,7 +251,7 @@ void CodeGenVisitor::visitSortExpression(SortExpressionNode& node) {
     const OrvCyclicPtr<MMSortExpr> sort(new MMSortExpr);
     sort->collection(source);
     for (const SortKey& key : node.getKeys()) {
-        const auto current = objectVariable(key.getBoundVariable());
+        const auto current = boundVariable(*key.getExpr(), objectVariable(key.getBoundVariable()));
         sort->key(valueFunction(*key.getExpr(), current), key.isAscending());
     }
     push(sort);
@@ -228,10 +261,9 @@ void CodeGenVisitor::visitSortExpression(SortExpressionNode& node) {
 
 // A let whose variable is not used is its body: its value is not even generated.
 void CodeGenVisitor::visitLetExpression(LetExpressionNode& node) {
-    checkVisitDepth(node);
     const OrvCountedPtr<VariableSymbol>& variable = node.getBoundVariable();
     if (!usage_.isUsed(*variable)) {
-        node.getExpr()->accept(*this);
+        visitOperands(*node.getExpr());
         return;
     }
     const TargetPtr binding = targetOf(variable);
@@ -331,9 +363,8 @@ void CodeGenVisitor::visitIfExpression(IfExpressionNode& node) {
 // ---------------------------------------------------------------- tuples and constants
 
 void CodeGenVisitor::visitTupleExpression(TupleExpressionNode& node) {
-    checkVisitDepth(node);
     for (const ExpressionPtr& element : node.getElements()) {
-        element->accept(*this);
+        visitOperands(*element);
     }
 }
 
@@ -390,6 +421,7 @@ void CodeGenVisitor::visitDefinitionAssociation(DefinitionAssociationNode& node)
     const OrvCyclicPtr<MMAssociationTraversal> traversal(
         new MMAssociationTraversal(name, node.getAddToResult()));
     steps_.emplace(&node, traversal);
+    note(node, node.getNameSpan(), traversal);
     if (node.getLabelSymbol()) {
         labels_.emplace(node.getLabelSymbol().get(), traversal);
     }
@@ -401,7 +433,7 @@ void CodeGenVisitor::fillStep(DefinitionAssociationNode& node,
                               const OrvCyclicPtr<MMAssociationTraversal>& traversal) {
     traversal->setDepthFirstEvaluation(node.getDepthFirstEvaluation());
     if (node.getCondition()) {
-        const auto current = objectVariable(anchorName(AnchorKind::CURRENT), node);
+        const auto current = currentVariable(node);
         const auto condition = valueFunction(*node.getCondition(), current);
         traversal->setCondition(OrvConverter<MMValueAbsExpr, MMValueAbsExpr>::toCounted(condition));
     }

@@ -8,6 +8,7 @@
 #include "ast/ASTVisitor.h"
 #include "codegen/FunctionCodeGenerator.h"
 #include "codegen/MMCachedExpr.h"
+#include "codegen/SourceMap.h"
 #include "codegen/Target.h"
 #include "fliodram/MMAbsExpr.h"
 #include "fliodram/MMAssociationExpr.h"
@@ -27,7 +28,9 @@
 /// stack for one walk; what it built survives it through the results that the driver takes.
 class CodeGenVisitor : public ASTVisitor {
 public:
-    CodeGenVisitor(const OrvCountedPtr<NameSpace>& nameSpace, const LetVariableUsage& usage);
+    /// Notes in `map`, where there is one, what was made of which node.
+    CodeGenVisitor(const OrvCountedPtr<NameSpace>& nameSpace, const LetVariableUsage& usage,
+                   SourceMap* map = nullptr);
 
     /// The variable that stands for the object of evaluation, and the body; set when the root has
     /// been visited.
@@ -72,6 +75,11 @@ private:
         return narrow<Target>(generateTarget(node));
     }
     TargetPtr generateTarget(ASTNode& node);
+    void visitOperands(ASTNode& node);
+    void note(const ASTNode& node, const SourceSpan& span, const TargetPtr& target);
+    OrvCyclicPtr<MMObjectVarExpr> boundVariable(const ASTNode& binder,
+                                                OrvCyclicPtr<MMObjectVarExpr> variable);
+    OrvCyclicPtr<MMObjectVarExpr> currentVariable(const ASTNode& node);
 
     const TargetPtr& targetOf(const OrvCountedPtr<VariableSymbol>& symbol);
     OrvCyclicPtr<MMObjectVarExpr> objectVariable(const OrvCountedPtr<VariableSymbol>& symbol);
@@ -96,6 +104,7 @@ private:
 
     OrvCountedPtr<NameSpace> nameSpace_;
     const LetVariableUsage& usage_;
+    SourceMap* map_;
     OrvCountedPtr<SymbolFilter> variablesOnly_;
     std::unordered_map<const LabelSymbol*, OrvCyclicPtr<MMAssociationTraversal>> labels_;
     std::unordered_map<const ASTNode*, OrvCyclicPtr<MMAssociationTraversal>> steps_;

@@ -25,6 +25,7 @@ public:
     /// Whether each object reached is followed to its end before the next one.
     void setDepthFirstEvaluation(bool depthFirst);
 
+    const OrvString& getName() const { return name_; }
     const MMAssociationTraversal* child() const { return child_.get(); }
     /// This step and its siblings, each once, although siblings may lead round in a circle. All
     /// links must be set before it is first asked for.

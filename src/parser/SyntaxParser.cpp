@@ -94,7 +94,10 @@ bool canBeginPrimary(int tokenNumber) {
 SyntaxParser::SyntaxParser(ColumnTokenBuffer& buffer, ExprParserDialogs& dialogs)
     : buffer_(buffer), dialogs_(dialogs) {}
 
-void SyntaxParser::init() { depth_ = 0; }
+void SyntaxParser::init() {
+    depth_ = 0;
+    lastEnd_ = 0;
+}
 
 OrvCountedPtr<SpecificationNode> SyntaxParser::parse(ExprParserDialogs& dialogs, const char* text,
                                                      std::ostream& errorStream) {
@@ -112,8 +115,22 @@ OrvCountedPtr<SpecificationNode> SyntaxParser::parse(ExprParserDialogs& dialogs,
 template <class Node, class... Fields>
 OrvCountedPtr<Node> SyntaxParser::makeNode(Position position, Fields&&... fields) {
     OrvCountedPtr<Node> node(new Node(std::forward<Fields>(fields)...));
-    node->setPosition(position.line, position.column);
+    node->setSpan(spanFrom(position.offset, position));
     return node;
+}
+
+template <class Node, class... Fields>
+OrvCountedPtr<Node> SyntaxParser::makeOperation(const ExpressionNode& first, Position position,
+                                                Fields&&... fields) {
+    OrvCountedPtr<Node> node(new Node(std::forward<Fields>(fields)...));
+    node->setSpan(spanFrom(first.getSpan().offset, position));
+    return node;
+}
+
+// From `offset` to the end of the token that was taken last.
+SourceSpan SyntaxParser::spanFrom(std::size_t offset, Position position) const {
+    return {position.line, position.column, static_cast<std::uint32_t>(offset),
+            static_cast<std::uint32_t>(lastEnd_)};
 }
 
 // ---------------------------------------------------------------- tokens, levels and errors
@@ -123,11 +140,19 @@ bool SyntaxParser::isNext(std::initializer_list<int> tokenNumbers) {
            tokenNumbers.end();
 }
 
-SyntaxParser::Position SyntaxParser::position() { return {look().getLine(), look().getColumn()}; }
+SyntaxParser::Position SyntaxParser::position() {
+    return {look().getLine(), look().getColumn(), look().getOffset()};
+}
+
+TokenPtr SyntaxParser::take() {
+    TokenPtr token = buffer_.take();
+    lastEnd_ = token->getEndOffset();
+    return token;
+}
 
 SyntaxParser::Position SyntaxParser::skip() {
-    const TokenPtr token = buffer_.take();
-    return {token->getLine(), token->getColumn()};
+    const TokenPtr token = take();
+    return {token->getLine(), token->getColumn(), token->getOffset()};
 }
 
 SyntaxParser::Position SyntaxParser::expect(int tokenNumber, bool afterOperand) {
@@ -145,7 +170,7 @@ std::string SyntaxParser::identifier() {
     if (!isNext(TOKEN_VARIABLE_OR_FUNCTION)) {
         fail("a name");
     }
-    return buffer_.take()->getText();
+    return take()->getText();
 }
 
 void SyntaxParser::enterLevel() {
@@ -205,10 +230,11 @@ ExpressionPtr SyntaxParser::expression() {
         return left;
     }
     const Position at = skip();
-    const auto operands = makeNode<TupleExpressionNode>(at);
+    const ExpressionPtr right = quantified();
+    const auto operands = makeOperation<TupleExpressionNode>(*left, at);
     operands->addElement(left);
-    operands->addElement(quantified());
-    return makeNode<ApplicationExpressionNode>(at, "alternation", operands);
+    operands->addElement(right);
+    return makeOperation<ApplicationExpressionNode>(*left, at, "alternation", operands);
 }
 
 ExpressionPtr SyntaxParser::nestedExpression() {
@@ -284,7 +310,7 @@ ExpressionPtr SyntaxParser::implication() {
     enterLevel();
     const Position at = skip();
     const ExpressionPtr right = implication();
-    return makeNode<BinaryExpressionNode>(at, BinaryOperator::IMPLIES, left, right);
+    return makeOperation<BinaryExpressionNode>(*left, at, BinaryOperator::IMPLIES, left, right);
 }
 
 // disjunction: conjunction ( "or" conjunction )*
@@ -293,7 +319,7 @@ ExpressionPtr SyntaxParser::disjunction() {
     while (isNext(TOKEN_OR)) {
         const Position at = skip();
         const ExpressionPtr right = conjunction();
-        left = makeNode<BinaryExpressionNode>(at, BinaryOperator::OR, left, right);
+        left = makeOperation<BinaryExpressionNode>(*left, at, BinaryOperator::OR, left, right);
     }
     return left;
 }
@@ -304,7 +330,7 @@ ExpressionPtr SyntaxParser::conjunction() {
     while (isNext(TOKEN_AND)) {
         const Position at = skip();
         const ExpressionPtr right = relation();
-        left = makeNode<BinaryExpressionNode>(at, BinaryOperator::AND, left, right);
+        left = makeOperation<BinaryExpressionNode>(*left, at, BinaryOperator::AND, left, right);
     }
     return left;
 }
@@ -320,7 +346,7 @@ ExpressionPtr SyntaxParser::relation() {
     const ExpressionPtr right = sum();
     // Tokens and operators stand in the same order.
     const auto op = static_cast<RelationalOperator>(tokenNumber - TOKEN_EQUAL);
-    return makeNode<RelationalExpressionNode>(at, op, left, right);
+    return makeOperation<RelationalExpressionNode>(*left, at, op, left, right);
 }
 
 // sum: product ( ( "+" | "-" ) product )*
@@ -330,7 +356,7 @@ ExpressionPtr SyntaxParser::sum() {
         const auto op = isNext(TOKEN_PLUS) ? BinaryOperator::ADD : BinaryOperator::SUBTRACT;
         const Position at = skip();
         const ExpressionPtr right = product();
-        left = makeNode<BinaryExpressionNode>(at, op, left, right);
+        left = makeOperation<BinaryExpressionNode>(*left, at, op, left, right);
     }
     return left;
 }
@@ -342,7 +368,7 @@ ExpressionPtr SyntaxParser::product() {
         const auto op = isNext(TOKEN_STAR) ? BinaryOperator::MULTIPLY : BinaryOperator::DIVIDE;
         const Position at = skip();
         const ExpressionPtr right = unary();
-        left = makeNode<BinaryExpressionNode>(at, op, left, right);
+        left = makeOperation<BinaryExpressionNode>(*left, at, op, left, right);
     }
     return left;
 }
@@ -411,19 +437,20 @@ ExpressionPtr SyntaxParser::parentheses() {
     ExpressionPtr first = expression();
     if (isNext(TOKEN_RIGHT_PARENTHESIS)) {
         skip();
+        const SourceSpan& inner = first->getSpan();
+        first->setSpan(spanFrom(at.offset, {inner.line, inner.column, inner.offset}));
         return first;
     }
-    const auto tuple = makeNode<TupleExpressionNode>(at);
-    tuple->addElement(first);
+    std::vector<ExpressionPtr> elements{first};
     while (isNext(TOKEN_COMMA)) {
         skip();
-        tuple->addElement(expression());
+        elements.push_back(expression());
     }
     if (!isNext(TOKEN_RIGHT_PARENTHESIS)) {
         failAfterOperand("\",\" or \")\"");
     }
     skip();
-    return tuple;
+    return makeNode<TupleExpressionNode>(at, std::move(elements));
 }
 
 // constant: INTEGER_LITERAL | REAL_LITERAL | STRING_LITERAL | RegularExpression | "true" | "false"
@@ -435,7 +462,7 @@ ExpressionPtr SyntaxParser::constant() {
         return realLiteral();
     }
     const Position at = position();
-    const TokenPtr token = buffer_.take();
+    const TokenPtr token = take();
     switch (token->getNumber()) {
         case TOKEN_STRING_LITERAL:
             return makeNode<StringConstantNode>(at, token->getText());
@@ -448,7 +475,7 @@ ExpressionPtr SyntaxParser::constant() {
 
 ExpressionPtr SyntaxParser::integerLiteral() {
     const Position at = position();
-    const TokenPtr token = buffer_.take();
+    const TokenPtr token = take();
     const std::string& digits = token->getText();
     std::int32_t value = 0;
     const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
@@ -462,7 +489,7 @@ ExpressionPtr SyntaxParser::integerLiteral() {
 
 ExpressionPtr SyntaxParser::realLiteral() {
     const Position at = position();
-    const TokenPtr token = buffer_.take();
+    const TokenPtr token = take();
     const std::string& digits = token->getText();
     double value = 0.0;
     const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
@@ -479,20 +506,22 @@ ExpressionPtr SyntaxParser::attribute() {
     const Position at = skip();
     const Position nameAt = position();
     const auto name = makeNode<StringConstantNode>(nameAt, identifier());
-    const auto arguments = makeNode<TupleExpressionNode>(at);
-    arguments->addElement(name);
+    std::vector<ExpressionPtr> elements{name};
     if (isNext(TOKEN_OF)) {
         skip();
-        arguments->addElement(nestedPrimary());
+        elements.push_back(nestedPrimary());
     } else {
-        arguments->addElement(makeNode<PathNode>(at, AnchorKind::CURRENT));
+        elements.push_back(makeNode<PathNode>(at, AnchorKind::CURRENT));
+        elements.back()->setSpan({at.line, at.column, static_cast<std::uint32_t>(at.offset),
+                                  static_cast<std::uint32_t>(at.offset)});
     }
+    const auto arguments = makeNode<TupleExpressionNode>(at, std::move(elements));
     return makeNode<ApplicationExpressionNode>(at, "attribute", arguments);
 }
 
 ExpressionPtr SyntaxParser::application() {
     const Position at = position();
-    const std::string name = buffer_.take()->getText();
+    const std::string name = take()->getText();
     const ExpressionPtr argument = nestedPrimary();
     return makeNode<ApplicationExpressionNode>(at, name, argument);
 }
@@ -556,7 +585,7 @@ ExpressionPtr SyntaxParser::path() {
 // anchor: "this" | "current" | "model" | NAME
 ExpressionPtr SyntaxParser::anchoredPath() {
     const Position at = position();
-    const std::string anchor = buffer_.take()->getText();
+    const std::string anchor = take()->getText();
     if (!isNext(TOKEN_ARROW)) {
         return makeNode<PathNode>(at, anchor);
     }
@@ -663,12 +692,15 @@ SyntaxParser::Chain SyntaxParser::definition() {
     if (!isNext(TOKEN_ASSOCIATION_NAME)) {
         fail("an association name in brackets");
     }
-    const auto node = makeNode<DefinitionAssociationNode>(at, buffer_.take()->getText());
+    const Position nameAt = position();
+    const auto node = makeNode<DefinitionAssociationNode>(at, take()->getText());
+    node->setNameSpan(spanFrom(nameAt.offset, nameAt));
     node->setLabel(label);
     node->setAddToResult(addToResult);
     node->setDepthFirstEvaluation(depthFirst);
     if (isNext(TOKEN_LEFT_BRACE)) {
         node->setCondition(bracedExpression());
+        node->setSpan(spanFrom(at.offset, at));
     }
     return {node, {node.get()}};
 }

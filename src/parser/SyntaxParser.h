@@ -1,6 +1,7 @@
 // The parser of the expression language: from tokens to the syntax tree.
 #pragma once
 
+#include <cstddef>
 #include <initializer_list>
 #include <iosfwd>
 #include <string>
@@ -42,9 +43,11 @@ public:
     OrvCountedPtr<SpecificationNode> specification();
 
 private:
+    /// Where a token begins.
     struct Position {
         int line;
         int column;
+        std::size_t offset;
     };
     struct SyntaxError;
     class Level;
@@ -111,10 +114,18 @@ private:
     [[noreturn]] void failAfterOperand(const std::string& expected);
     [[noreturn]] void fail(const std::string& expected, const std::string& hint = {});
 
+    TokenPtr take();
+    /// A node at `position`, of all that was taken since then.
     template <class Node, class... Fields>
-    static OrvCountedPtr<Node> makeNode(Position position, Fields&&... fields);
+    OrvCountedPtr<Node> makeNode(Position position, Fields&&... fields);
+    /// The same for an operator that stands at `position`, behind its first operand.
+    template <class Node, class... Fields>
+    OrvCountedPtr<Node> makeOperation(const ExpressionNode& first, Position position,
+                                      Fields&&... fields);
+    SourceSpan spanFrom(std::size_t offset, Position position) const;
 
     ColumnTokenBuffer& buffer_;
     ExprParserDialogs& dialogs_;
+    std::size_t lastEnd_ = 0;  // where the token ended that was taken last
     int depth_ = 0;
 };

@@ -111,13 +111,15 @@ CompiledExpression compile(const ExpressionText& text, As as, Messages& messages
     }
     switch (as == As::automatic ? kindOf(text) : as) {
         case As::condition:
-            compiled.value = ExprParser::parseCondition(messages, text.text());
+            compiled.value = ExprParser::parseMappedCondition(messages, text.text(), *compiled.map);
             break;
         case As::association:
-            compiled.collection = ExprParser::parseComplexAssociation(messages, text.text());
+            compiled.collection =
+                ExprParser::parseMappedComplexAssociation(messages, text.text(), *compiled.map);
             break;
         default:
-            compiled.value = ExprParser::parseAssociatedAttribute(messages, text.text());
+            compiled.value =
+                ExprParser::parseMappedAssociatedAttribute(messages, text.text(), *compiled.map);
     }
     return compiled;
 }

@@ -1,11 +1,14 @@
 // What the program does with an expression before it is evaluated.
 #pragma once
 
+#include <memory>
+
 #include "ExpressionText.h"
 #include "Messages.h"
 #include "Options.h"
 #include "api/ExprParser.h"
 #include "ast/ASTNode.h"
+#include "codegen/SourceMap.h"
 #include "namespace/NameSpace.h"
 #include "types/TypeExpression.h"
 
@@ -15,6 +18,8 @@ namespace mmq {
 struct CompiledExpression {
     OrvCountedPtr<MMValueAbsExpr> value;
     OrvCountedPtr<MMObjectCollectionAbsExpr> collection;
+    /// Where in the text the targets came from.
+    std::unique_ptr<SourceMap> map = std::make_unique<SourceMap>();
 
     explicit operator bool() const { return value || collection; }
     const MMTarget& target() const {
