@@ -16,8 +16,8 @@ class SpecificationNode;
 /// Remembers, for one compilation, the pieces of the text that its targets were made from.
 ///
 /// A caller makes one, hands it to an entry point of ExprParser, and asks it afterwards: where the
-/// name stands that a step or a constant carries, or where an operation stands. A compilation that
-/// is given none does nothing for it.
+/// name stands that a step or a constant carries, or where the operation stands that failed (see
+/// MMEvaluationError::getTarget()). A compilation that is given none does nothing for it.
 ///
 /// Targets are known by their addresses, which hold as long as the compiled expression does; the
 /// map itself holds no target, and may go before the expression or after it. Every sub-expression

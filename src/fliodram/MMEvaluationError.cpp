@@ -1,10 +1,14 @@
 #include "fliodram/MMEvaluationError.h"
 
-MMEvaluationError::MMEvaluationError(Kind kind, const std::string& message)
-    : OrvException(message), kind_(kind) {}
+MMEvaluationError::MMEvaluationError(Kind kind, const std::string& message, const MMTarget* target)
+    : OrvException(message), kind_(kind), target_(target) {}
 
 MMEvaluationError::~MMEvaluationError() = default;
 
-void throwEvaluationFailure(const std::string& message) {
-    throwLogged(MMEvaluationError(MMEvaluationError::Kind::failure, message));
+void MMEvaluationError::setTarget(const MMTarget& target) noexcept {
+    target_ = target_ != nullptr ? target_ : &target;
+}
+
+void throwEvaluationFailure(const std::string& message, const MMTarget* target) {
+    throwLogged(MMEvaluationError(MMEvaluationError::Kind::failure, message, target));
 }

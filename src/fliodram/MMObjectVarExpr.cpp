@@ -8,14 +8,15 @@ namespace {
 /// Keeps the first object; takes as many as decide which object it is.
 class FirstObject : public MMObjectConsumer {
 public:
-    explicit FirstObject(bool isFirstEnough) : isFirstEnough_(isFirstEnough) {}
+    FirstObject(const MMTarget& target, bool isFirstEnough)
+        : target_(target), isFirstEnough_(isFirstEnough) {}
 
     bool take(MMObjectRange objects) override {
         if (objects.size() == 0) {
             return true;
         }
         if (object_ != mmNoObject || (objects.size() > 1 && !isFirstEnough_)) {
-            throwEvaluationFailure("The collection has more than one object.");
+            throwEvaluationFailure("The collection has more than one object.", &target_);
         }
         object_ = *objects.begin();
         return !isFirstEnough_;
@@ -24,6 +25,7 @@ public:
     MMObject object() const { return object_; }
 
 private:
+    const MMTarget& target_;
     bool isFirstEnough_;
     MMObject object_ = mmNoObject;
 };
@@ -56,7 +58,7 @@ void MMObjectExtractionExpr::choice(Choice choice) { choice_ = choice; }
 
 MMObject MMObjectExtractionExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
-    FirstObject consumer(choice_ == first);
+    FirstObject consumer(*this, choice_ == first);
     collection_->forEach(context, consumer);
     return consumer.object();
 }

@@ -151,10 +151,15 @@ const char* MMArithmeticExpr::className() const { return "MMArithmeticExpr"; }
 
 void MMArithmeticExpr::apply(MMEvaluationContext& context, MMValue& value) const {
     if (!rhs()) {
-        negate(value);
+        evaluateAt(*this, [&] { negate(value); });
         return;
     }
     const MMValue right = rhs()->evaluate(context);
+    evaluateAt(*this, [&] { combine(context, value, right); });
+}
+
+void MMArithmeticExpr::combine(MMEvaluationContext& context, MMValue& value,
+                               const MMValue& right) const {
     if (value.getKind() == MMValue::Kind::integer && right.getKind() == MMValue::Kind::integer) {
         value = MMValue(calculate(value.getInteger(), op(), right.getInteger()));
     } else if (isNumber(value) && isNumber(right)) {

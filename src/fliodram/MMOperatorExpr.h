@@ -57,6 +57,9 @@ public:
 protected:
     void apply(MMEvaluationContext& context, MMValue& value) const override;
     const char* className() const override;
+
+private:
+    void combine(MMEvaluationContext& context, MMValue& value, const MMValue& right) const;
 };
 
 /// Logical operators; "not" has no right operand.

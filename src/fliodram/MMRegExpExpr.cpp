@@ -104,7 +104,7 @@ private:
 
 }  // namespace
 
-const RWCRegexp& MMPatternCache::compiled(std::string_view pattern) {
+const RWCRegexp& MMPatternCache::compiled(const MMTarget& source, std::string_view pattern) {
     if (!compiled_ || pattern_ != pattern) {
         compiled_.reset();
         pattern_ = pattern;
@@ -113,9 +113,8 @@ const RWCRegexp& MMPatternCache::compiled(std::string_view pattern) {
     if (compiled_->status() != RWCRegexp::ok) {
         std::string sentence = "The pattern ";
         appendJsonString(sentence, pattern);
-        throwEvaluationFailure(sentence + (compiled_->status() == RWCRegexp::tooLong
-                                               ? " is too long."
-                                               : " is malformed."));
+        sentence += compiled_->status() == RWCRegexp::tooLong ? " is too long." : " is malformed.";
+        throwEvaluationFailure(sentence, &source);
     }
     return *compiled_;
 }
@@ -129,7 +128,7 @@ bool MMRegExpMatchExpr::evaluateBoolean(MMEvaluationContext& context) const {
     const TextOperand pattern(context, *pattern_);
     const TextOperand text(context, *text_);
     context.countText(0, text.view().size());
-    return cache_.compiled(pattern.view()).matches(text.view());
+    return cache_.compiled(*pattern_, pattern.view()).matches(text.view());
 }
 
 MMValue MMRegExpMatchExpr::evaluate(MMEvaluationContext& context) const {
@@ -150,7 +149,7 @@ MMValue MMRegExpFindExpr::evaluate(MMEvaluationContext& context) const {
     const TextOperand text(context, *text_);
     context.countText(0, text.view().size());
     RWCRegexp::Groups groups;
-    return cache_.compiled(pattern.view()).search(text.view(), 0, groups)
+    return cache_.compiled(*pattern_, pattern.view()).search(text.view(), 0, groups)
                ? MMValue(std::string(groups[0]))
                : MMValue::borrow({});
 }
@@ -171,7 +170,7 @@ MMValue MMRegExpReplaceExpr::evaluate(MMEvaluationContext& context) const {
     const TextOperand pattern(context, *pattern_);
     const TextOperand text(context, *text_);
     const TextOperand replacement(context, *replacement_);
-    const RWCRegexp& expression = cache_.compiled(pattern.view());
+    const RWCRegexp& expression = cache_.compiled(*pattern_, pattern.view());
     return MMValue(
         Replacing(context, text.view(), replacement.view()).run(expression, replaceAll_));
 }

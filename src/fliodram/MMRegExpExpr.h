@@ -11,8 +11,9 @@
 /// The last pattern that an expression compiled. Member of the expression that needs it.
 class MMPatternCache {
 public:
-    /// The compiled pattern; throws MMEvaluationError for one that is not well formed.
-    const RWCRegexp& compiled(std::string_view pattern);
+    /// The compiled pattern; throws MMEvaluationError about `source`, which gave it, for one that
+    /// is not well formed.
+    const RWCRegexp& compiled(const MMTarget& source, std::string_view pattern);
 
 private:
     std::string pattern_;

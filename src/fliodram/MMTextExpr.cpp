@@ -124,7 +124,8 @@ MMConversionExpr::MMConversionExpr(const OrvCyclicPtr<MMValueExpr>& value, MMVal
 
 MMValue MMConversionExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
-    return value_->evaluate(context).convertedTo(type_);
+    const MMValue value = value_->evaluate(context);
+    return evaluateAt(*this, [&] { return value.convertedTo(type_); });
 }
 
 void MMConversionExpr::print(MMTargetPrinter& printer) const {

@@ -4,6 +4,7 @@
 
 #include "Commands.h"
 #include "Compilation.h"
+#include "EvaluationMessages.h"
 #include "ExitStatus.h"
 #include "ModelLoading.h"
 #include "ResultWriter.h"
@@ -17,8 +18,12 @@ namespace {
 class Evaluation {
 public:
     Evaluation(const RepositoryModel& model, const CompiledExpression& expression,
-               const Options& options, ResultWriter& writer)
-        : expression_(expression), options_(options), writer_(writer), context_(model) {
+               const Options& options, ResultWriter& writer, EvaluationMessages& messages)
+        : expression_(expression),
+          options_(options),
+          writer_(writer),
+          messages_(messages),
+          context_(model) {
         if (options_.maximumSteps) {
             limits_.steps = *options_.maximumSteps;
         }
@@ -41,7 +46,7 @@ public:
             }
         } catch (const MMEvaluationError& error) {
             hasFailed_ = true;
-            writer_.writeError(object, error.what());
+            showFailure(object, error);
         }
     }
 
@@ -65,6 +70,17 @@ private:
         context_.setLimits(limits_);
     }
 
+    // Programs that read results find the sentence there.
+    void showFailure(MMObject object, const MMEvaluationError& error) {
+        if (options_.format == Format::json) {
+            writer_.writeError(object, error.what());
+            return;
+        }
+        std::string buffer;
+        std::cout << std::flush;
+        messages_.show(std::string(context_.getModel().uid(object, buffer)), error);
+    }
+
     void writeValue(MMObject object, const MMValue& value) {
         hasFalse_ = hasFalse_ || (value.getKind() == MMValue::Kind::boolean && !value.getBoolean());
         writer_.writeValue(object, value);
@@ -73,6 +89,7 @@ private:
     const CompiledExpression& expression_;
     const Options& options_;
     ResultWriter& writer_;
+    EvaluationMessages& messages_;
     MMEvaluationContext context_;
     MMEvaluationLimits limits_;
     Clock::time_point deadline_;
@@ -114,7 +131,8 @@ int runEval(const Options& options) {
         return EXIT_USAGE;
     }
     ResultWriter writer(*model, options.format, options.onClass.empty());
-    Evaluation evaluation(*model, expression, options, writer);
+    EvaluationMessages failures(text, *expression.map, options);
+    Evaluation evaluation(*model, expression, options, writer, failures);
     for (const MMObject object : objects) {
         evaluation.run(object);
     }

@@ -114,14 +114,9 @@ void ResultWriter::writeCollection(MMObject object, const std::vector<MMObject>&
 }
 
 void ResultWriter::writeError(MMObject object, const std::string& sentence) {
-    if (format_ == Format::json) {
-        std::string json;
-        appendJsonString(json, sentence);
-        writeJson(object, "error", json);
-    } else {
-        std::cout << std::flush;
-        std::cerr << "mmq: " << uidOf(object) << ": " << sentence << '\n';
-    }
+    std::string json;
+    appendJsonString(json, sentence);
+    writeJson(object, "error", json);
 }
 
 }  // namespace mmq

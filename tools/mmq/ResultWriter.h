@@ -19,7 +19,7 @@ public:
 
     void writeValue(MMObject object, const MMValue& value);
     void writeCollection(MMObject object, const std::vector<MMObject>& result);
-    /// Writes why there is no result; the text form goes to the standard error stream.
+    /// Writes why there is no result, in JSON; the other forms have no place for it.
     void writeError(MMObject object, const std::string& sentence);
 
 private:

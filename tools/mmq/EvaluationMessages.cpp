@@ -1,0 +1,31 @@
+#include "EvaluationMessages.h"
+
+#include <iostream>
+
+#include "fliodram/MMExpr.h"
+
+namespace mmq {
+
+MessagePlace placeOf(const MMEvaluationError& error, const SourceMap& map,
+                     const ExpressionText& text) {
+    const SourceSpan* const span =
+        error.getTarget() != nullptr ? map.find(*error.getTarget()) : nullptr;
+    return span != nullptr ? text.place(span->line, span->column) : MessagePlace();
+}
+
+void EvaluationMessages::show(const std::string& uid, const MMEvaluationError& error) {
+    MessagePlace place = placeOf(error, map_, text_);
+    const std::string message = uid + ": " + error.what();
+    if (place.line == 0 && !writer_.isJson()) {
+        std::cerr << "mmq: " << message << '\n';
+        return;
+    }
+    if (place.excerpt == lastExcerpt_) {
+        place.excerpt.clear();
+    } else {
+        lastExcerpt_ = place.excerpt;
+    }
+    writer_.write(place, messageSource, message, ExprParserDialogs::Error, false);
+}
+
+}  // namespace mmq
