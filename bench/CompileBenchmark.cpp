@@ -1,33 +1,101 @@
-// Compilation, stage by stage and as a whole.
+// Compilation beside the compilers of other query and script languages, and stage by stage.
 //
 //   compile_benchmark [benchmark options]
 //
-// Lexing and parsing read an expression of 1 MB, which is to be parsed within 1 s, and of 2 MB, to
-// show that the cost is linear; they report tokens and nodes a second. Whole compilations go to
-// dialogs that drop every message.
+// "shapes/SHAPE/ENGINE" compiles one meaning: from the text to what can be evaluated, messages
+// included, to dialogs that drop them. The peers keep their tables and states between rounds.
+// "growth/COUNT" compiles longer and longer texts of one shape, "long/STAGE/BYTES" reads texts of 1
+// and 2 MB; both show whether the cost is linear.
 #include <benchmark/benchmark.h>
+#include <libxml/xpath.h>
+#include <malloc.h>
 
-#include <algorithm>
-#include <sstream>
+#include <iostream>
+#include <memory>
+#include <pugixml.hpp>
+#include <stdexcept>
 #include <string>
 
+#include "ExpressionShapes.h"
+#include "ScriptEngine.h"
+#include "SilentDialogs.h"
 #include "api/ExprParser.h"
-#include "ast/ASTPrintVisitor.h"
 #include "parser/DLGLexer.h"
 #include "parser/SyntaxParser.h"
 
 namespace {
 
-/// Drops every message.
-class SilentDialogs : public ExprParserDialogs {
-public:
-    bool askYesNo(const std::string& /*question*/, bool defaultAnswer) override {
-        return defaultAnswer;
+std::int64_t countTokens(const std::string& text) {
+    const ColumnToken tokenTemplate;
+    DLGStringInput input(text.c_str());
+    DLGLexer lexer(&input);
+    std::int64_t tokens = 0;
+    while (lexer.nextToken(tokenTemplate)->getNumber() != TOKEN_EOF) {
+        ++tokens;
     }
-    void showMessage(int /*line*/, int /*column*/, const std::string& /*source*/,
-                     const std::string& /*message*/, MessageSeverity /*severity*/,
-                     bool /*flag*/) override {}
+    return tokens;
+}
+
+void compile(const std::string& text) {
+    SilentDialogs dialogs;
+    const auto compiled = ExprParser::parseAssociatedAttribute(dialogs, text);
+    if (!compiled) {
+        throw std::runtime_error("An expression does not compile: " + text);
+    }
+    benchmark::DoNotOptimize(compiled);
+}
+
+void compilePugixml(const std::string& text) {
+    const pugi::xpath_query query(text.c_str());
+    benchmark::DoNotOptimize(query.result().offset);
+}
+
+/// Compiles with the tables of one context.
+class LibxmlCompiler {
+public:
+    LibxmlCompiler() : context_(xmlXPathNewContext(nullptr), xmlXPathFreeContext) {}
+
+    void operator()(const std::string& text) const {
+        const auto* const bytes = reinterpret_cast<const xmlChar*>(text.c_str());
+        xmlXPathCompExpr* const compiled = xmlXPathCtxtCompile(context_.get(), bytes);
+        if (compiled == nullptr) {
+            throw std::runtime_error("An XPath does not compile: " + text);
+        }
+        xmlXPathFreeCompExpr(compiled);
+    }
+
+private:
+    std::shared_ptr<xmlXPathContext> context_;
 };
+
+// What each round does is done once before, so that an error ends the program.
+template <class Action>
+void add(const std::string& name, const std::string& text, const Action& action) {
+    action(text);
+    benchmark::RegisterBenchmark(name.c_str(), [text, action](benchmark::State& state) {
+        for (auto _ : state) {
+            action(text);
+        }
+        state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
+    });
+}
+
+void addShapes(ScriptEngine& luajit, ScriptEngine& lua) {
+    const LibxmlCompiler compileLibxml;
+    add("shapes/attribute/ours", "$name", compile);
+    for (const ExpressionShape& shape : expressionShapes()) {
+        const std::string prefix = "shapes/" + shape.name + "/";
+        add(prefix + "ours", shape.expression, compile);
+        add(prefix + "lexer", shape.expression,
+            [](const std::string& text) { benchmark::DoNotOptimize(countTokens(text)); });
+        if (!shape.xpath.empty()) {
+            add(prefix + "pugixml", shape.xpath, compilePugixml);
+            add(prefix + "libxml2", shape.xpath, compileLibxml);
+        }
+        add(prefix + "luajit", shape.lua, [&](const std::string& text) { luajit.load(text); });
+        add(prefix + "lua", shape.lua, [&](const std::string& text) { lua.load(text); });
+    }
+}
 
 // A sum of some kinds of operands, as long as is wanted.
 std::string longExpression(std::size_t size) {
@@ -41,82 +109,36 @@ std::string longExpression(std::size_t size) {
     return text + "1";
 }
 
-void lex(benchmark::State& state) {
-    const std::string text = longExpression(static_cast<std::size_t>(state.range(0)));
-    const ColumnToken tokenTemplate;
-    std::int64_t tokens = 0;
-    for (auto _ : state) {
-        DLGStringInput input(text.c_str());
-        DLGLexer lexer(&input);
-        while (lexer.nextToken(tokenTemplate)->getNumber() != TOKEN_EOF) {
-            ++tokens;
-        }
-    }
-    state.SetItemsProcessed(tokens);
-    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
-}
-BENCHMARK(lex)->Arg(1'000'000)->Arg(2'000'000)->Unit(benchmark::kMillisecond);
-
-// Every node is printed with its position.
-std::int64_t countNodes(SpecificationNode& root) {
-    std::ostringstream printed;
-    ASTPrintVisitor printer(printed);
-    root.accept(printer);
-    const std::string text = printed.str();
-    return std::count(text.begin(), text.end(), '@');
-}
-
-void parse(benchmark::State& state) {
-    const std::string text = longExpression(static_cast<std::size_t>(state.range(0)));
+void parse(const std::string& text) {
     SilentDialogs dialogs;
     std::ostringstream dropped;
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(SyntaxParser::parse(dialogs, text.c_str(), dropped));
-    }
-    const auto root = SyntaxParser::parse(dialogs, text.c_str(), dropped);
-    state.SetItemsProcessed(state.iterations() * countNodes(*root));
-    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
-}
-BENCHMARK(parse)->Arg(1'000'000)->Arg(2'000'000)->Unit(benchmark::kMillisecond);
-
-std::string nestedIfs() {
-    std::string text;
-    for (int i = 0; i < 8; ++i) {
-        const std::string number = std::to_string(i);
-        text += "if $visibility = \"kind" + number + "\" then \"result " + number + "\" else ";
-    }
-    return text + "$name";
+    benchmark::DoNotOptimize(SyntaxParser::parse(dialogs, text.c_str(), dropped));
 }
 
-std::string comparisons() {
-    std::string text = "$name = \"Class0\"";
-    for (int i = 1; i < 50; ++i) {
-        text += " or $name = \"Class" + std::to_string(i) + "\"";
+void addLongTexts() {
+    for (const int count : {50, 500, 5000}) {
+        add("growth/" + std::to_string(count), comparisonsShape(count).expression, compile);
     }
-    return text;
-}
-
-void compile(benchmark::State& state, const std::string& text) {
-    SilentDialogs dialogs;
-    if (!ExprParser::parseAssociatedAttribute(dialogs, text)) {
-        state.SkipWithError("The expression does not compile.");
-    }
-    for (auto _ : state) {
-        benchmark::DoNotOptimize(ExprParser::parseAssociatedAttribute(dialogs, text));
+    for (const std::size_t size : {1'000'000, 2'000'000}) {
+        add("long/lex/" + std::to_string(size), longExpression(size),
+            [](const std::string& text) { benchmark::DoNotOptimize(countTokens(text)); });
+        add("long/parse/" + std::to_string(size), longExpression(size), parse);
     }
 }
-BENCHMARK_CAPTURE(compile, attribute, "$name");
-BENCHMARK_CAPTURE(compile, comparison, "$name = \"x\"");
-BENCHMARK_CAPTURE(compile, quantifiers,
-                  "for_all c in all \"Class\" => (there_exists o in c -> [ownedOperation] => "
-                  "size (o -> [ownedParameter]) > 2)");
-BENCHMARK_CAPTURE(compile, filters,
-                  "string size (this -> [packagedElement]{class current = \"Class\"} -> "
-                  "[ownedOperation]{$visibility = \"public\" and $isQuery = \"true\"} -> "
-                  "[ownedParameter]{$direction = \"return\" or $type = \"String\"})");
-BENCHMARK_CAPTURE(compile, nestedIfs, nestedIfs());
-BENCHMARK_CAPTURE(compile, comparisons, comparisons());
 
 }  // namespace
 
-BENCHMARK_MAIN();
+int main(int argc, char** argv) try {
+    // Otherwise whoever frees the end of the heap gives it back to the system, and takes it again.
+    mallopt(M_TRIM_THRESHOLD, 1 << 30);
+    const auto luajit = openScriptEngine(LUAJIT_ENGINE);
+    const auto lua = openScriptEngine(LUA_ENGINE);
+    addShapes(*luajit, *lua);
+    addLongTexts();
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+} catch (const std::exception& exception) {
+    std::cerr << exception.what() << "\n";
+    return 1;
+}
