@@ -9,6 +9,8 @@ namespace mmq {
 /// messages to the standard error stream, and returns the exit status.
 int runEval(const Options& options);
 int runCheck(const Options& options);
+int runLint(const Options& options);
+int runTest(const Options& options);
 int runDump(const Options& options);
 int runInfo(const Options& options);
 

@@ -1,9 +1,9 @@
 // mmq eval: evaluates an expression on one object of a model, or on all objects of a class.
-#include <chrono>
 #include <iostream>
 
 #include "Commands.h"
 #include "Compilation.h"
+#include "EvaluationBudget.h"
 #include "EvaluationMessages.h"
 #include "ExitStatus.h"
 #include "ModelLoading.h"
@@ -23,22 +23,13 @@ public:
           options_(options),
           writer_(writer),
           messages_(messages),
-          context_(model) {
-        if (options_.maximumSteps) {
-            limits_.steps = *options_.maximumSteps;
-        }
-        if (options_.timeoutSeconds) {
-            constexpr double longest = 1e8;  // three years; a clock cannot count much more
-            const std::chrono::duration<double> seconds(
-                std::min(*options_.timeoutSeconds, longest));
-            deadline_ = Clock::now() + std::chrono::duration_cast<Clock::duration>(seconds);
-        }
-    }
+          context_(model),
+          budget_(options) {}
 
     /// An object that fails is reported, and the others are gone on with.
     void run(MMObject object) {
         try {
-            setLimits();
+            context_.setLimits(budget_.next());
             if (expression_.value) {
                 writeValue(object, expression_.value->apply(context_, object));
             } else {
@@ -58,18 +49,6 @@ public:
     }
 
 private:
-    using Clock = std::chrono::steady_clock;
-
-    // What is left of the time for all objects is the time for the next one.
-    void setLimits() {
-        if (options_.timeoutSeconds) {
-            const auto left =
-                std::chrono::duration_cast<std::chrono::nanoseconds>(deadline_ - Clock::now());
-            limits_.time = std::max(left, std::chrono::nanoseconds(1));
-        }
-        context_.setLimits(limits_);
-    }
-
     // Programs that read results find the sentence there.
     void showFailure(MMObject object, const MMEvaluationError& error) {
         if (options_.format == Format::json) {
@@ -91,8 +70,7 @@ private:
     ResultWriter& writer_;
     EvaluationMessages& messages_;
     MMEvaluationContext context_;
-    MMEvaluationLimits limits_;
-    Clock::time_point deadline_;
+    EvaluationBudget budget_;
     bool hasFailed_ = false;
     bool hasFalse_ = false;
 };

@@ -3,13 +3,9 @@
 #include "ExpressionText.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
-#include <iostream>
-#include <iterator>
-#include <stdexcept>
 
-#include "foundation/TextOutput.h"
+#include "Messages.h"
+#include "TextFile.h"
 #include "parser/ColumnToken.h"
 #include "parser/DLGLexer.h"
 #include "support/ParseException.h"
@@ -17,12 +13,6 @@
 namespace mmq {
 
 namespace {
-
-std::string quoted(std::string_view text) {
-    std::string result;
-    appendJsonString(result, text);
-    return result;
-}
 
 bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
 
@@ -126,16 +116,8 @@ ExpressionText readExpression(const Options& options) {
     if (isArgument) {
         return ExpressionText(*options.expression);
     }
-    const std::string& file = options.expression ? *options.expression : options.expressionFile;
-    if (file == "-") {
-        return ExpressionText(std::string(std::istreambuf_iterator<char>(std::cin), {}));
-    }
-    std::ifstream stream(file, std::ios::binary);
-    std::error_code error;
-    if (!stream || std::filesystem::is_directory(file, error)) {
-        throw std::runtime_error(file + ": The expression cannot be read.");
-    }
-    return ExpressionText(std::string(std::istreambuf_iterator<char>(stream), {}));
+    return ExpressionText(readTextFile(
+        options.expression ? *options.expression : options.expressionFile, "The expression"));
 }
 
 }  // namespace mmq

@@ -5,21 +5,12 @@
 #include <algorithm>
 #include <cstdlib>
 #include <iostream>
-#include <string_view>
 
 #include "foundation/TextOutput.h"
 
 namespace mmq {
 
 namespace {
-
-bool wantsColor(When when) {
-    if (when != When::automatic) {
-        return when == When::always;
-    }
-    const char* const refusal = std::getenv("NO_COLOR");
-    return (refusal == nullptr || *refusal == '\0') && isatty(STDERR_FILENO) != 0;
-}
 
 // A pattern beside "~=" is an error that everybody makes once.
 bool isPatternBesideMatch(const std::string& message) {
@@ -32,9 +23,23 @@ constexpr const char* patternHint =
 
 }  // namespace
 
+bool wantsColor(When when, int stream) {
+    if (when != When::automatic) {
+        return when == When::always;
+    }
+    const char* const refusal = std::getenv("NO_COLOR");
+    return (refusal == nullptr || *refusal == '\0') && isatty(stream) != 0;
+}
+
+std::string quoted(std::string_view text) {
+    std::string result;
+    appendJsonString(result, text);
+    return result;
+}
+
 MessageWriter::MessageWriter(const Options& options)
     : isJson_(options.messages == MessageFormat::json),
-      isColored_(!isJson_ && wantsColor(options.color)) {}
+      isColored_(!isJson_ && wantsColor(options.color, STDERR_FILENO)) {}
 
 std::string MessageWriter::colored(const char* code, const std::string& text) const {
     return isColored_ ? std::string("\033[") + code + "m" + text + "\033[0m" : text;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "ExpressionText.h"
 #include "Options.h"
@@ -11,6 +12,12 @@ namespace mmq {
 
 /// The name of this program as the source of messages.
 inline constexpr const char* messageSource = "mmq";
+
+/// Whether what is written to a stream of this number is to have colours.
+bool wantsColor(When when, int stream);
+
+/// A text that a message speaks of, in quotes, on one line whatever it holds.
+std::string quoted(std::string_view text);
 
 /// Writes messages to the standard error stream, in the form that the options choose: as text with
 /// the source line and a caret, or as one JSON object a line.

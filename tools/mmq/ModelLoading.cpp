@@ -7,6 +7,7 @@
 #include <iostream>
 #include <mutex>
 #include <thread>
+#include <utility>
 
 namespace mmq {
 
@@ -68,13 +69,27 @@ private:
 
 }  // namespace
 
-std::unique_ptr<RepositoryModel> loadModel(const Options& options) {
-    const ProgressBar bar(options.modelFile);
-    ReadOptions readOptions;
+ReadOptions readOptions(const Options& options) {
+    ReadOptions result;
     if (!options.metamodelFile.empty()) {
-        readOptions.metamodel = Metamodel::readFile(options.metamodelFile);
+        result.metamodel = Metamodel::readFile(options.metamodelFile);
     }
-    return readModel(options.modelFile, readOptions);
+    return result;
+}
+
+std::unique_ptr<RepositoryModel> loadModel(const Options& options) {
+    return std::move(loadModels({options.modelFile}, options).front());
+}
+
+std::vector<std::unique_ptr<RepositoryModel>> loadModels(const std::vector<std::string>& files,
+                                                         const Options& options) {
+    const ReadOptions metamodel = readOptions(options);
+    std::vector<std::unique_ptr<RepositoryModel>> models;
+    for (const std::string& file : files) {
+        const ProgressBar bar(file);
+        models.push_back(readModel(file, metamodel));
+    }
+    return models;
 }
 
 }  // namespace mmq

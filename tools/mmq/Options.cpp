@@ -5,71 +5,15 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <charconv>
 #include <iostream>
-#include <limits>
 #include <set>
 #include <utility>
 
 #include "ExitStatus.h"
+#include "OptionParsing.h"
 #include "Version.h"
 
 namespace mmq {
-
-namespace {
-
-// The values of an option with their names, in the order of the help.
-template <class Value>
-using Names = std::vector<std::pair<std::string, Value>>;
-
-template <class Value>
-std::string listed(const Names<Value>& names, const char* separator) {
-    std::string list;
-    for (const auto& [name, value] : names) {
-        list += (list.empty() ? "" : separator) + name;
-    }
-    return list;
-}
-
-// Adds an option that takes one of the names.
-template <class Value>
-void addChoice(CLI::App& command, const char* option, Value& variable, const char* help,
-               const Names<Value>& names) {
-    const auto choose = [&variable, names](const std::string& given) {
-        for (const auto& [name, value] : names) {
-            if (name == given) {
-                variable = value;
-                return;
-            }
-        }
-        throw CLI::ValidationError(given + " is none of " + listed(names, ", "));
-    };
-    command.add_option_function<std::string>(option, choose, help)->type_name(listed(names, "|"));
-}
-
-// Adds an option that takes a positive number, of any locale written alike.
-template <class Number>
-void addNumber(CLI::App& command, const char* option, std::optional<Number>& variable,
-               const char* help, const char* valueName) {
-    const auto read = [&variable, option](const std::string& given) {
-        Number number{};
-        const char* const end = given.data() + given.size();
-        const auto [rest, error] = std::from_chars(given.data(), end, number);
-        const bool isPositive = number > Number{0} && number <= std::numeric_limits<Number>::max();
-        if (error != std::errc() || rest != end || !isPositive) {
-            throw CLI::ValidationError(std::string(option) + " takes a positive number, not " +
-                                       given);
-        }
-        variable = number;
-    };
-    command.add_option_function<std::string>(option, read, help)->type_name(valueName);
-}
-
-void addExpression(CLI::App& command, Options& options) {
-    command.add_option("EXPRESSION", options.expression,
-                       "The expression; - reads it from the standard input");
-    command.add_option("-f,--file", options.expressionFile, "Read the expression from a file");
-}
 
 void addMessages(CLI::App& command, Options& options) {
     addChoice<MessageFormat>(command, "--messages", options.messages, "The form of messages",
@@ -77,6 +21,28 @@ void addMessages(CLI::App& command, Options& options) {
     addChoice<When>(command, "--color", options.color, "Whether messages are coloured",
                     {{"auto", When::automatic}, {"always", When::always}, {"never", When::never}});
     command.add_flag("-v,--verbose", options.isVerbose, "Show progress messages too");
+}
+
+void addMetamodel(CLI::App& command, Options& options) {
+    command
+        .add_option("--metamodel", options.metamodelFile,
+                    "The metamodel of an XMI document, an Ecore file")
+        ->type_name("FILE");
+}
+
+void addLimits(CLI::App& command, Options& options) {
+    addNumber(command, "--max-steps", options.maximumSteps,
+              "Steps that the evaluation on one object may take", "N");
+    addNumber(command, "--timeout", options.timeoutSeconds, "Time that all evaluations may take",
+              "SECONDS");
+}
+
+namespace {
+
+void addExpression(CLI::App& command, Options& options) {
+    command.add_option("EXPRESSION", options.expression,
+                       "The expression; - reads it from the standard input");
+    command.add_option("-f,--file", options.expressionFile, "Read the expression from a file");
 }
 
 void addAs(CLI::App& command, Options& options) {
@@ -92,10 +58,7 @@ void addModel(CLI::App& command, Options& options) {
     command.add_option("--model", options.modelFile, "The model: an XMI or JSON document")
         ->required()
         ->type_name("FILE");
-    command
-        .add_option("--metamodel", options.metamodelFile,
-                    "The metamodel of an XMI document, an Ecore file")
-        ->type_name("FILE");
+    addMetamodel(command, options);
 }
 
 void addFormat(CLI::App& command, Options& options, const Names<Format>& names) {
@@ -117,10 +80,7 @@ void addEval(CLI::App& program, Options& options) {
               {{"text", Format::text}, {"json", Format::json}, {"csv", Format::csv}});
     command.add_flag("--fail", options.failsOnFalse,
                      "End with status 1 when the result is false for some object");
-    addNumber(command, "--max-steps", options.maximumSteps,
-              "Steps that the evaluation on one object may take", "N");
-    addNumber(command, "--timeout", options.timeoutSeconds, "Time that all evaluations may take",
-              "SECONDS");
+    addLimits(command, options);
     addMessages(command, options);
     addExpression(command, options);
     command.callback([&options] { options.command = Command::eval; });
@@ -204,6 +164,9 @@ std::vector<std::string> withExpressionLast(const CLI::App& program,
     if (commands.empty()) {
         return arguments;
     }
+    if (commands.front()->get_option_no_throw("EXPRESSION") == nullptr) {
+        return arguments;
+    }
     const OptionNames names = namesOf(*commands.front());
     std::vector<std::string> result;
     std::vector<std::string> expressions;
@@ -231,7 +194,10 @@ std::vector<std::string> withExpressionLast(const CLI::App& program,
 }
 
 // What is wrong in the combination of options; empty where nothing is.
-std::string findConflict(const Options& options) {
+std::string findConflict(Options& options) {
+    if (options.command == Command::lint || options.command == Command::test) {
+        return settleLint(options);
+    }
     const bool isDumpOfBuiltins =
         options.command == Command::dump && options.stage == Stage::builtins;
     const bool hasFile = !options.expressionFile.empty();
@@ -262,7 +228,7 @@ ParsedCommandLine parseCommandLine(int argumentCount, const char* const* argumen
         const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
         return "mmq: " + std::string(error.what()) + ".\nTry 'mmq" + command + " --help'.\n";
     });
-    for (auto* add : {&addEval, &addCheck, &addDump, &addInfo}) {
+    for (auto* add : {&addEval, &addCheck, &addLint, &addTest, &addDump, &addInfo}) {
         add(program, parsed.options);
     }
     for (CLI::App* command : program.get_subcommands({})) {

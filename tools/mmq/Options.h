@@ -1,20 +1,38 @@
 // The command line.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "lint/Severity.h"
 
 namespace mmq {
 
-enum class Command { eval, check, dump, info };
+enum class Command { eval, check, lint, test, dump, info };
 enum class Stage { tokens, ast, scopes, builtins, type, target };
 /// As what an expression is compiled; automatic goes by its type.
 enum class As { automatic, condition, attribute, association };
 enum class Format { text, json, csv };
+/// The forms of a report of findings.
+enum class ReportFormat { text, json, csv, sarif, junit, github, html };
 enum class MessageFormat { text, json };
 enum class When { automatic, always, never };
+
+/// What `lint` and `test` are asked for besides.
+struct LintOptions {
+    std::vector<std::string> models;
+    std::vector<std::string> rules;
+    ReportFormat format = ReportFormat::text;
+    std::vector<std::pair<ReportFormat, std::string>> outputs;  ///< further reports, with files
+    std::optional<Severity> failOn = Severity::error;           ///< nothing for no finding
+    std::string baselineFile;
+    bool writesBaseline = false;
+    std::optional<std::size_t> jobs;
+};
 
 /// What a command line asks for.
 struct Options {
@@ -34,6 +52,7 @@ struct Options {
     std::string uid;
     std::optional<std::uint64_t> maximumSteps;
     std::optional<double> timeoutSeconds;
+    LintOptions lint;
 };
 
 /// What became of a command line: options, or the status with which to end at once, after help was

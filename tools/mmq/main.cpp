@@ -16,6 +16,10 @@ int run(const mmq::Options& options) {
             return mmq::runEval(options);
         case mmq::Command::check:
             return mmq::runCheck(options);
+        case mmq::Command::lint:
+            return mmq::runLint(options);
+        case mmq::Command::test:
+            return mmq::runTest(options);
         case mmq::Command::dump:
             return mmq::runDump(options);
         case mmq::Command::info:

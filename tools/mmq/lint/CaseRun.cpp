@@ -1,0 +1,103 @@
+#include "lint/CaseRun.h"
+
+#include <algorithm>
+#include <memory>
+#include <utility>
+
+#include "ModelLoading.h"
+#include "lint/Escaping.h"
+#include "lint/Judge.h"
+#include "repository/ModelReader.h"
+
+namespace mmq {
+
+namespace {
+
+std::unique_ptr<RepositoryModel> readCaseModel(const LocatedText& model, const Options& options) {
+    const std::string& name = model.origin.file->name();
+    try {
+        return readModelText(model.text, name, readOptions(options));
+    } catch (const ModelError& error) {
+        if (error.getFile() != name) {
+            throw;
+        }
+        // The place in the small document is a place in the rules file.
+        const std::size_t offset = SourceFile(name, model.text).offset(error.getPlace());
+        const std::string what = error.what();
+        const std::size_t sentence = what.find(": ") + 2;
+        throw ModelError(name, model.origin.file->place(model.origin.offsets[offset]),
+                         what.substr(sentence));
+    }
+}
+
+bool isAbout(const Finding& finding, const ExpectedFinding& expected) {
+    return finding.rule->id == expected.rule &&
+           (finding.uid == expected.element || finding.path == expected.element);
+}
+
+bool isTried(const RuleCase& ruleCase, const std::string& rule) {
+    const std::vector<std::string>& rules = ruleCase.rules;
+    return rules.empty() || std::find(rules.begin(), rules.end(), rule) != rules.end();
+}
+
+std::string describe(const Finding& finding) {
+    return finding.rule->id + ": " + onOneLine(finding.path) + ": " + onOneLine(finding.message);
+}
+
+/// Compares the findings of one case with those expected.
+class Comparison {
+public:
+    explicit Comparison(std::vector<Finding> findings) : findings_(std::move(findings)) {}
+
+    // Takes the finding that is expected from those that are left.
+    void expect(const ExpectedFinding& expected) {
+        const auto found =
+            std::find_if(findings_.begin(), findings_.end(), [&expected](const Finding& finding) {
+                return finding.kind == Finding::Kind::element && isAbout(finding, expected);
+            });
+        if (found == findings_.end()) {
+            result_.differences.push_back("not found: " + expected.rule + ": " +
+                                          onOneLine(expected.element));
+            return;
+        }
+        result_.tried.push_back(expected.rule);
+        if (expected.message && *expected.message != found->message) {
+            result_.differences.push_back("another message: " + describe(*found));
+        }
+        findings_.erase(found);
+    }
+
+    CaseResult finish() {
+        for (const Finding& finding : findings_) {
+            const bool isFailure = finding.kind == Finding::Kind::failure;
+            result_.hasFailedEvaluation = result_.hasFailedEvaluation || isFailure;
+            result_.differences.push_back((isFailure ? "failed: " : "not expected: ") +
+                                          describe(finding));
+        }
+        return std::move(result_);
+    }
+
+private:
+    std::vector<Finding> findings_;
+    CaseResult result_;
+};
+
+}  // namespace
+
+CaseResult runCase(const RuleCase& ruleCase, CompiledSets& sets, const Options& options) {
+    const std::unique_ptr<RepositoryModel> model = readCaseModel(ruleCase.model, options);
+    std::vector<Finding> findings;
+    Judge(sets, options).judge(*model, findings);
+    findings.erase(std::remove_if(findings.begin(), findings.end(),
+                                  [&ruleCase](const Finding& finding) {
+                                      return !isTried(ruleCase, finding.rule->id);
+                                  }),
+                   findings.end());
+    Comparison comparison(std::move(findings));
+    for (const ExpectedFinding& expected : ruleCase.findings) {
+        comparison.expect(expected);
+    }
+    return comparison.finish();
+}
+
+}  // namespace mmq

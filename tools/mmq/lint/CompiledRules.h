@@ -1,0 +1,38 @@
+// Rules that can be evaluated.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "Compilation.h"
+#include "fliodram/MMEvaluationError.h"
+#include "lint/Rule.h"
+
+namespace mmq {
+
+/// A rule with its compiled expressions. Belongs to one thread at a time.
+struct CompiledRule {
+    const Rule* rule = nullptr;
+    CompiledExpression expression;
+    std::vector<CompiledExpression> message;  ///< of each piece; empty for those that are texts
+
+    /// The message for an object. Throws MMEvaluationError.
+    std::string render(MMEvaluationContext& context, MMObject object) const;
+    /// What an evaluation of the rule failed of, and where in the rules file, if that is known.
+    std::string explain(const MMEvaluationError& error) const;
+};
+
+/// All rules of a file, and of several, in order.
+std::vector<const Rule*> rulesOf(const RuleFile& file);
+std::vector<const Rule*> rulesOf(const std::vector<RuleFile>& files);
+
+/// The same rules compiled several times, once for each thread.
+using CompiledSets = std::vector<std::vector<CompiledRule>>;
+
+/// Compiles rules into so many sets, at least one. Shows what is wrong in any of them, at its place
+/// in the rules file; the result is empty where anything is.
+CompiledSets compileRules(const std::vector<const Rule*>& rules, std::size_t count,
+                          const Options& options);
+
+}  // namespace mmq

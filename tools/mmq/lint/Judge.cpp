@@ -1,0 +1,198 @@
+// The instances of each class that rules are for are cut into blocks, and each worker judges the
+// objects of a block by all rules of the class. What the blocks yield is put into document order
+// afterwards, where an object that a rule found on several ways is dropped but once.
+#include "lint/Judge.h"
+
+#include <algorithm>
+#include <atomic>
+#include <map>
+#include <memory>
+#include <string_view>
+#include <tuple>
+#include <utility>
+
+#include "Jobs.h"
+#include "fliodram/MMEvaluationError.h"
+#include "lint/Escaping.h"
+
+namespace mmq {
+
+namespace {
+
+/// What one rule yields for one object.
+struct Discovery {
+    std::size_t rule;
+    MMObject object;
+    bool isFailure;
+    std::string message;
+    TextPlace place;
+};
+
+/// Objects of one class, and the rules for it.
+struct Block {
+    const std::vector<std::size_t>* rules;
+    MMObjectRange objects;
+};
+
+/// The judging of one model.
+class ModelJudge {
+public:
+    ModelJudge(const RepositoryModel& model, CompiledSets& sets, const EvaluationBudget& budget)
+        : model_(model), sets_(sets), budget_(budget) {
+        for (std::size_t number = 0; number < sets_[0].size(); ++number) {
+            for (const LocatedText& name : sets_[0][number].rule->classes) {
+                if (model_.hasClass(name.text)) {
+                    rulesOfClass_[name.text].push_back(number);
+                }
+            }
+        }
+        for (const auto& [name, rules] : rulesOfClass_) {
+            cut(model_.instances(name), rules);
+        }
+    }
+
+    const std::map<std::string_view, std::vector<std::size_t>>& rulesOfClass() const {
+        return rulesOfClass_;
+    }
+
+    /// The discoveries in order.
+    std::vector<Discovery> run() {
+        std::vector<std::vector<Discovery>> found(blocks_.size());
+        std::vector<std::unique_ptr<MMEvaluationContext>> contexts;
+        for (std::size_t worker = 0; worker < sets_.size(); ++worker) {
+            contexts.push_back(std::make_unique<MMEvaluationContext>(model_));
+        }
+        runBlocks(sets_.size(), blocks_.size(), [&](std::size_t worker, std::size_t block) {
+            for (const MMObject object : blocks_[block].objects) {
+                for (const std::size_t rule : *blocks_[block].rules) {
+                    judge(*contexts[worker], sets_[worker][rule], rule, object, found[block]);
+                }
+            }
+        });
+        std::vector<Discovery> all;
+        for (std::vector<Discovery>& part : found) {
+            std::move(part.begin(), part.end(), std::back_inserter(all));
+        }
+        order(all);
+        return all;
+    }
+
+private:
+    void cut(MMObjectRange objects, const std::vector<std::size_t>& rules) {
+        constexpr std::ptrdiff_t size = 256;
+        for (const MMObject* first = objects.first; first != objects.last;) {
+            const MMObject* const last = first + std::min(size, objects.last - first);
+            blocks_.push_back({&rules, {first, last, true}});
+            first = last;
+        }
+    }
+
+    void judge(MMEvaluationContext& context, const CompiledRule& compiled, std::size_t rule,
+               MMObject object, std::vector<Discovery>& found) {
+        if (isOutOfTime_) {
+            return;
+        }
+        try {
+            context.setLimits(budget_.next());
+            if (!compiled.rule->isFinding) {
+                if (!compiled.expression.value->apply(context, object).toBoolean()) {
+                    add(rule, object, compiled.render(context, object), found);
+                }
+                return;
+            }
+            for (const MMObject reached : compiled.expression.collection->apply(context, object)) {
+                add(rule, reached, compiled.render(context, reached), found);
+            }
+        } catch (const MMEvaluationError& error) {
+            const bool isTime = error.getKind() == MMEvaluationError::Kind::timeLimit;
+            if (!isTime || !isOutOfTime_.exchange(true)) {
+                const std::string rest = isTime ? " What comes after was not judged." : "";
+                found.push_back(
+                    {rule, object, true, compiled.explain(error) + rest, model_.place(object)});
+            }
+        }
+    }
+
+    void add(std::size_t rule, MMObject object, std::string message,
+             std::vector<Discovery>& found) const {
+        found.push_back({rule, object, false, std::move(message), model_.place(object)});
+    }
+
+    static void order(std::vector<Discovery>& all) {
+        const auto key = [](const Discovery& one) {
+            return std::make_tuple(one.place.line, one.place.column, one.rule, one.isFailure);
+        };
+        std::stable_sort(all.begin(), all.end(),
+                         [&key](const auto& a, const auto& b) { return key(a) < key(b); });
+        const auto isSame = [](const Discovery& a, const Discovery& b) {
+            return a.rule == b.rule && a.object == b.object && !a.isFailure && !b.isFailure;
+        };
+        all.erase(std::unique(all.begin(), all.end(), isSame), all.end());
+    }
+
+    const RepositoryModel& model_;
+    CompiledSets& sets_;
+    const EvaluationBudget& budget_;
+    std::map<std::string_view, std::vector<std::size_t>> rulesOfClass_;
+    std::vector<Block> blocks_;
+    std::atomic<bool> isOutOfTime_{false};
+};
+
+std::string stepOf(const RepositoryModel& model, MMObject object) {
+    const std::string_view name = model.name(object);
+    std::string step(name.empty() ? "(" : "");
+    step.append(name.empty() ? model.className(object) : name);
+    return step.append(name.empty() ? ")" : "");
+}
+
+// The element that a discovery is about, as it is shown.
+Finding locate(const RepositoryModel& model, const Rule& rule, Discovery discovery) {
+    std::string buffer;
+    Finding finding;
+    finding.kind = discovery.isFailure ? Finding::Kind::failure : Finding::Kind::element;
+    finding.rule = &rule;
+    finding.ruleNumber = discovery.rule;
+    finding.severity = discovery.isFailure ? Severity::error : rule.severity;
+    finding.file = model.sourceName();
+    finding.place = discovery.place;
+    finding.className = model.className(discovery.object);
+    finding.name = model.name(discovery.object);
+    finding.path = qualifiedPath(model, discovery.object);
+    finding.uid = model.uid(discovery.object, buffer);
+    finding.hasId = finding.uid != model.path(discovery.object);
+    finding.message = wellFormed(discovery.message);
+    return finding;
+}
+
+}  // namespace
+
+std::string qualifiedPath(const RepositoryModel& model, MMObject object) {
+    std::vector<MMObject> chain;
+    for (; object != mmNoObject; object = model.container(object)) {
+        chain.push_back(object);
+    }
+    std::string path;
+    for (auto step = chain.rbegin(); step != chain.rend(); ++step) {
+        path.append(path.empty() ? "" : "::").append(stepOf(model, *step));
+    }
+    return path;
+}
+
+Judge::Judge(CompiledSets& sets, const Options& options)
+    : sets_(sets), budget_(options), hasJudged_(sets.at(0).size(), false) {}
+
+void Judge::judge(const RepositoryModel& model, std::vector<Finding>& findings) {
+    ModelJudge judge(model, sets_, budget_);
+    for (const auto& [name, rules] : judge.rulesOfClass()) {
+        objectCount_ += model.instances(name).size();
+        for (const std::size_t rule : rules) {
+            hasJudged_[rule] = true;
+        }
+    }
+    for (Discovery& discovery : judge.run()) {
+        const Rule& rule = *sets_[0][discovery.rule].rule;
+        findings.push_back(locate(model, rule, std::move(discovery)));
+    }
+}
+
+}  // namespace mmq

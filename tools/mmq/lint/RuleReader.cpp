@@ -1,0 +1,291 @@
+// One reader a file goes through its YAML with a table of keys for each thing that a file holds; an
+// entry whose keys are wrong is still read to its end, so that all errors show at once. What is
+// known only when all is read (ids given twice, names of rules in cases) is checked last.
+#include "lint/RuleReader.h"
+
+#include <algorithm>
+#include <map>
+#include <utility>
+
+#include "TextFile.h"
+#include "lint/MessageTemplate.h"
+#include "lint/YamlNode.h"
+
+namespace mmq {
+
+namespace {
+
+bool isId(const std::string& text) {
+    constexpr std::string_view inside =
+        "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789._-/";
+    return text.find_first_not_of(inside) == std::string::npos;
+}
+
+bool isWebAddress(const std::string& text) {
+    const bool hasScheme = text.rfind("https://", 0) == 0 || text.rfind("http://", 0) == 0;
+    return hasScheme && text.find_first_of(" \t\n\"<>\\^`{|}") == std::string::npos;
+}
+
+/// Reads one rules file.
+class RuleFileReader {
+public:
+    explicit RuleFileReader(FileErrors& errors) : document_(errors) {}
+
+    RuleFile read() {
+        file_.source = document_.errors().file();
+        const std::optional<YAML::Node> root = document_.load();
+        if (root) {
+            document_.readMapping(
+                *root, "A rules file",
+                {{"rules", true, [this](const auto& node) { readRules(node); }},
+                 {"cases", false, [this](const auto& node) { readCases(node); }}});
+            checkCases();
+        }
+        return std::move(file_);
+    }
+
+private:
+    using Node = YAML::Node;
+
+    void fail(const Node& node, const std::string& sentence) { document_.fail(node, sentence); }
+    TextPlace place(const Node& node) const { return file_.source->place(document_.offset(node)); }
+
+    // What a key does that is a text.
+    std::function<void(const Node&)> textInto(std::string& variable, const char* what) {
+        return [this, &variable, what](const Node& node) {
+            if (const auto text = document_.readText(node, what)) {
+                variable = text->text;
+            }
+        };
+    }
+
+    void readRules(const Node& node) {
+        document_.readList(node, "The value of rules",
+                           [this](const Node& rule) { file_.rules.push_back(readRule(rule)); });
+    }
+
+    Rule readRule(const Node& node) {
+        Rule rule;
+        rule.file = file_.source;
+        rule.place = place(node);
+        int expressions = 0;
+        const auto expression = [&](bool isFinding) {
+            return [this, &rule, &expressions, isFinding](const Node& value) {
+                ++expressions;
+                rule.isFinding = isFinding;
+                readExpression(value, rule);
+            };
+        };
+        document_.readMapping(
+            node, "A rule",
+            {{"id", true, [&](const Node& value) { readId(value, rule.id); }},
+             {"severity", true, [&](const Node& value) { readSeverity(value, rule.severity); }},
+             {"for", true, [&](const Node& value) { readClasses(value, rule.classes); }},
+             {"require", false, expression(false)},
+             {"find", false, expression(true)},
+             {"message", true, [&](const Node& value) { readMessage(value, rule.message); }},
+             {"reason", true, textInto(rule.reason, "The reason of a rule")},
+             {"link", false, [&](const Node& value) { readLink(value, rule.link); }},
+             {"may-be-absent", false,
+              [&](const Node& value) { readFlag(value, rule.mayBeAbsent); }},
+             {"suppress", false, [&](const Node& value) { readSuppressions(value, rule); }}});
+        if (node.IsMap() && expressions != 1) {
+            fail(node, "A rule has one of the keys \"require\" and \"find\".");
+        }
+        return rule;
+    }
+
+    void readId(const Node& node, std::string& id) {
+        const auto text = document_.readText(node, "The id of a rule");
+        if (!text) {
+            return;
+        }
+        if (!isId(text->text)) {
+            fail(node, "An id consists of letters, digits and the characters . _ - /.");
+        }
+        id = text->text;
+    }
+
+    void readSeverity(const Node& node, Severity& severity) {
+        const auto text = document_.readText(node, "The severity of a rule");
+        const auto known = text ? severityOf(text->text) : std::optional<Severity>();
+        if (known) {
+            severity = *known;
+        } else if (text) {
+            fail(node, "A severity is error, warning or note.");
+        }
+    }
+
+    void readClasses(const Node& node, std::vector<LocatedText>& classes) {
+        const auto add = [this, &classes](const Node& name) {
+            if (auto text = document_.readText(name, "The class of a rule")) {
+                const bool isNew =
+                    std::none_of(classes.begin(), classes.end(),
+                                 [&text](const auto& other) { return other.text == text->text; });
+                if (!isNew) {
+                    fail(name, "The class " + quoted(text->text) + " stands here twice.");
+                }
+                classes.push_back(*std::move(text));
+            }
+        };
+        if (node.IsSequence()) {
+            document_.readList(node, "The value of for", add);
+        } else {
+            add(node);
+        }
+    }
+
+    void readExpression(const Node& node, Rule& rule) {
+        if (auto text = document_.readText(node, "The expression of a rule")) {
+            rule.expression.emplace(std::move(text->text), std::move(text->origin));
+        }
+    }
+
+    void readMessage(const Node& node, std::vector<MessagePiece>& message) {
+        if (const auto text = document_.readText(node, "The message of a rule")) {
+            message = parseMessage(*text, document_.errors());
+        }
+    }
+
+    void readLink(const Node& node, std::string& link) {
+        const auto text = document_.readText(node, "The link of a rule");
+        if (text && !isWebAddress(text->text)) {
+            fail(node, "A link begins with https:// or http:// and holds no blank.");
+        } else if (text) {
+            link = text->text;
+        }
+    }
+
+    void readFlag(const Node& node, bool& flag) {
+        const auto text = document_.readText(node, "The value of may-be-absent");
+        if (text && text->text != "true" && text->text != "false") {
+            fail(node, "This is true or false.");
+        }
+        flag = text && text->text == "true";
+    }
+
+    void readSuppressions(const Node& node, Rule& rule) {
+        document_.readList(node, "The value of suppress", [this, &rule](const Node& entry) {
+            Suppression suppression;
+            suppression.place = place(entry);
+            document_.readMapping(
+                entry, "A suppression",
+                {{"element", true, textInto(suppression.element, "The element of a suppression")},
+                 {"reason", true, textInto(suppression.reason, "The reason of a suppression")}});
+            rule.suppressions.push_back(std::move(suppression));
+        });
+    }
+
+    void readCases(const Node& node) {
+        document_.readList(node, "The value of cases", [this](const Node& entry) {
+            RuleCase ruleCase;
+            ruleCase.place = place(entry);
+            document_.readMapping(
+                entry, "A case",
+                {{"name", true, textInto(ruleCase.name, "The name of a case")},
+                 {"model", true, [&](const Node& value) { readModel(value, ruleCase.model); }},
+                 {"rules", false, [&](const Node& value) { readRuleNames(value, ruleCase); }},
+                 {"findings", true, [&](const Node& value) { readFindings(value, ruleCase); }}});
+            file_.cases.push_back(std::move(ruleCase));
+        });
+    }
+
+    void readModel(const Node& node, LocatedText& model) {
+        if (auto text = document_.readText(node, "The model of a case")) {
+            model = *std::move(text);
+        }
+    }
+
+    void readRuleNames(const Node& node, RuleCase& ruleCase) {
+        document_.readList(node, "The value of rules", [this, &ruleCase](const Node& name) {
+            if (const auto text = document_.readText(name, "The id of a rule")) {
+                ruleCase.rules.push_back(text->text);
+                mentioned_.emplace_back(text->text, document_.offset(name));
+            }
+        });
+    }
+
+    // Of each rule the elements, each perhaps with its message; "{}" is no finding.
+    void readFindings(const Node& node, RuleCase& ruleCase) {
+        document_.readPairs(
+            node, "The value of findings", [&](const LocatedText& rule, const Node& elements) {
+                mentioned_.emplace_back(rule.text, rule.origin.offsets.front());
+                document_.readList(elements, "What is expected of a rule",
+                                   [&](const Node& element) {
+                                       readFinding(element, rule.text, ruleCase.findings);
+                                   });
+            });
+    }
+
+    void readFinding(const Node& node, const std::string& rule,
+                     std::vector<ExpectedFinding>& findings) {
+        ExpectedFinding finding;
+        finding.rule = rule;
+        finding.place = place(node);
+        if (!node.IsMap()) {
+            textInto(finding.element, "The element of a finding")(node);
+            findings.push_back(std::move(finding));
+            return;
+        }
+        document_.readPairs(node, "A finding", [&](const LocatedText& key, const Node& value) {
+            finding.element = key.text;
+            textInto(finding.message.emplace(), "The message of a finding")(value);
+            findings.push_back(finding);
+        });
+    }
+
+    void checkCases() {
+        for (const auto& [name, offset] : mentioned_) {
+            const bool isKnown =
+                std::any_of(file_.rules.begin(), file_.rules.end(),
+                            [&id = name](const Rule& rule) { return rule.id == id; });
+            if (!isKnown) {
+                document_.errors().add(offset,
+                                       "There is no rule " + quoted(name) + " in this file.");
+            }
+        }
+    }
+
+    YamlDocument document_;
+    RuleFile file_;
+    std::vector<std::pair<std::string, std::size_t>> mentioned_;  // ids of rules, by cases
+};
+
+// Whether no id stands twice, in whichever files.
+bool checkIds(const std::vector<RuleFile>& files, const MessageWriter& writer) {
+    std::map<std::string, const Rule*> known;
+    bool isRight = true;
+    for (const RuleFile& file : files) {
+        for (const Rule& rule : file.rules) {
+            const auto [other, isNew] = known.emplace(rule.id, &rule);
+            if (!isNew) {
+                const Rule& first = *other->second;
+                FileErrors(file.source, writer)
+                    .add(file.source->offset(rule.place),
+                         "The id " + quoted(rule.id) + " is already that of the rule at " +
+                             first.file->name() + ":" + std::to_string(first.place.line) + ".");
+                isRight = false;
+            }
+        }
+    }
+    return isRight;
+}
+
+}  // namespace
+
+std::vector<RuleFile> readRuleFiles(const std::vector<std::string>& paths, const Options& options) {
+    const MessageWriter writer(options);
+    std::vector<RuleFile> files;
+    bool isRight = true;
+    for (const std::string& path : paths) {
+        const auto source =
+            std::make_shared<const SourceFile>(path, readTextFile(path, "The rules file"));
+        FileErrors errors(source, writer);
+        files.push_back(RuleFileReader(errors).read());
+        isRight = isRight && errors.isEmpty();
+    }
+    isRight = isRight && checkIds(files, writer);
+    return isRight ? std::move(files) : std::vector<RuleFile>();
+}
+
+}  // namespace mmq

@@ -1,0 +1,92 @@
+// mmq test: tries rules on the cases of their files.
+#include <algorithm>
+#include <iostream>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "Commands.h"
+#include "ExitStatus.h"
+#include "lint/CaseRun.h"
+#include "lint/Escaping.h"
+#include "lint/RuleReader.h"
+
+namespace mmq {
+
+namespace {
+
+/// Runs all cases of all files, and tells what became of them.
+class TestRun {
+public:
+    explicit TestRun(const Options& options) : options_(options) {}
+
+    void run(const RuleFile& file, CompiledSets& sets) {
+        for (const RuleCase& ruleCase : file.cases) {
+            const CaseResult result = runCase(ruleCase, sets, options_);
+            tell(file, ruleCase, result);
+            tried_.insert(result.tried.begin(), result.tried.end());
+            hasFailedEvaluation_ = hasFailedEvaluation_ || result.hasFailedEvaluation;
+        }
+    }
+
+    int finish(const std::vector<const Rule*>& rules) const {
+        std::cout << passed_ << " passed, " << failed_ << " failed\n";
+        std::string untried;
+        for (const Rule* rule : rules) {
+            if (tried_.count(rule->id) == 0) {
+                untried += "    " + rule->id + "\n";
+            }
+        }
+        std::cout << (untried.empty() ? "Every rule is made to fail by a case.\n"
+                                      : "No case makes these rules fail:\n")
+                  << untried;
+        if (passed_ + failed_ == 0) {
+            std::cerr << "mmq: There is no case.\n";
+        }
+        return hasFailedEvaluation_          ? EXIT_EVALUATION
+               : passed_ == 0 || failed_ > 0 ? EXIT_FINDINGS
+                                             : EXIT_DONE;
+    }
+
+private:
+    void tell(const RuleFile& file, const RuleCase& ruleCase, const CaseResult& result) {
+        const bool isPassed = result.differences.empty();
+        ++(isPassed ? passed_ : failed_);
+        if (isPassed && !options_.isVerbose) {
+            return;
+        }
+        std::cout << file.source->name() << ':' << ruleCase.place.line << ": "
+                  << (isPassed ? "passed: " : "failed: ") << onOneLine(ruleCase.name) << '\n';
+        for (const std::string& difference : result.differences) {
+            std::cout << "    " << difference << '\n';
+        }
+    }
+
+    const Options& options_;
+    std::size_t passed_ = 0;
+    std::size_t failed_ = 0;
+    std::set<std::string> tried_;
+    bool hasFailedEvaluation_ = false;
+};
+
+}  // namespace
+
+int runTest(const Options& options) {
+    const std::vector<RuleFile> files = readRuleFiles(options.lint.rules, options);
+    std::vector<CompiledSets> sets;
+    for (const RuleFile& file : files) {
+        sets.push_back(compileRules(rulesOf(file), 1, options));
+    }
+    const bool isRight =
+        std::none_of(sets.begin(), sets.end(), [](const CompiledSets& one) { return one.empty(); });
+    if (files.empty() || !isRight) {
+        return EXIT_EXPRESSION;
+    }
+    TestRun run(options);
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        run.run(files[i], sets[i]);
+    }
+    return run.finish(rulesOf(files));
+}
+
+}  // namespace mmq
