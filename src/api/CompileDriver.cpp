@@ -14,12 +14,24 @@
 namespace {
 
 void showProgress(ExprParserDialogs& dialogs, const std::string& message) {
-    dialogs.showMessage(0, 0, "ExprParser", message, ExprParserDialogs::Info, false);
+    static const std::string source = "ExprParser";
+    dialogs.showMessage(0, 0, source, message, ExprParserDialogs::Info, false);
 }
 
-std::string countOf(std::int32_t errors) {
-    return errors == 1 ? "There was 1 error during type checking."
-                       : "There were " + std::to_string(errors) + " errors during type checking.";
+void showSuccess(ExprParserDialogs& dialogs) {
+    static const std::string message = "Parse succeeded.";
+    showProgress(dialogs, message);
+}
+
+void showErrorCount(ExprParserDialogs& dialogs, std::int32_t errors) {
+    static const std::string none = "There were 0 errors during type checking.";
+    if (errors == 0) {
+        showProgress(dialogs, none);
+    } else {
+        showProgress(dialogs, errors == 1 ? "There was 1 error during type checking."
+                                          : "There were " + std::to_string(errors) +
+                                                " errors during type checking.");
+    }
 }
 
 OrvCountedPtr<NameSpace> buildNameSpace(SpecificationNode& root) {
@@ -50,11 +62,11 @@ OrvCountedPtr<CompileResult> runPhases(ExprParserDialogs& dialogs, const std::st
         showProgress(dialogs, "Parse failed.");
         return {};
     }
-    showProgress(dialogs, "Parse succeeded.");
+    showSuccess(dialogs);
     const OrvCountedPtr<NameSpace> nameSpace = buildNameSpace(*root);
     ASTTypeCheckVisitor checker(dialogs, nameSpace, requirement);
     root->accept(checker);
-    showProgress(dialogs, countOf(checker.getErrorCount()));
+    showErrorCount(dialogs, checker.getErrorCount());
     if (checker.getErrorCount() != 0) {
         showProgress(dialogs, "Expression did not type check.");
         return {};

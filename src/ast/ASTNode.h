@@ -17,7 +17,7 @@ enum class NodeKind : std::uint32_t { specification = 0, expression = 1, associa
 /// and never copied. They are plain data: what is done with a tree is done by visitors, which
 /// decide themselves in which order the children accept them. Later passes annotate nodes in
 /// place. A tree belongs to the thread of its compilation.
-class ASTNode {
+class ASTNode : public OrvCountedObject {
 public:
     ASTNode(const ASTNode&) = delete;
     ASTNode& operator=(const ASTNode&) = delete;
@@ -41,12 +41,17 @@ public:
     const SourceSpan& getSpan() const { return span_; }
     void setSpan(const SourceSpan& span) { span_ = span; }
 
+    /// The number of the node's entry in the name space that recorded it last; -1 before.
+    std::int32_t getScopeEntry() const { return scopeEntry_; }
+    void setScopeEntry(std::int32_t entry) { scopeEntry_ = entry; }
+
 protected:
     explicit ASTNode(NodeKind nodeKind) : nodeKind_(nodeKind) {}
 
 private:
     NodeKind nodeKind_;
     SourceSpan span_;
+    std::int32_t scopeEntry_ = -1;
 };
 
 /// The root of a tree: a whole expression.

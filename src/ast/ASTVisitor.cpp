@@ -2,17 +2,14 @@
 
 #include <array>
 
-#include "support/OrvStack.h"
 #include "support/ParseException.h"
 
 ASTVisitor::~ASTVisitor() = default;
 ASTNode::~ASTNode() = default;
 
-void checkVisitDepth(const ASTNode& node) {
-    if (!OrvStack::hasRoom()) {
-        throwLogged(
-            ParseException("Expression is nested too deeply.", node.getLine(), node.getColumn()));
-    }
+void ASTVisitor::failDepth(const ASTNode& node) {
+    throwLogged(
+        ParseException("Expression is nested too deeply.", node.getLine(), node.getColumn()));
 }
 
 const std::string& anchorName(AnchorKind anchorKind) {

@@ -1,14 +1,17 @@
 // The interface of everything that walks a syntax tree.
 #pragma once
 
+#include <cstdint>
+
 #include "ast/AssociationNode.h"
 #include "ast/ExpressionNode.h"
+#include "support/OrvStack.h"
 
 /// One operation for each concrete class of node. A visitor does not walk by itself: each
 /// operation lets those children accept the visitor that it wants visited, in its own order.
 class ASTVisitor {
 public:
-    ASTVisitor() = default;
+    ASTVisitor() : stackLimit_(OrvStack::limit()) {}
     ASTVisitor(const ASTVisitor&) = delete;
     ASTVisitor& operator=(const ASTVisitor&) = delete;
     virtual ~ASTVisitor();
@@ -36,8 +39,19 @@ public:
     virtual void visitPath(PathNode& node) = 0;
     virtual void visitReferenceAssociation(ReferenceAssociationNode& node) = 0;
     virtual void visitDefinitionAssociation(DefinitionAssociationNode& node) = 0;
-};
 
-/// Throws the ParseException "Expression is nested too deeply." at `node` when the thread's stack
-/// has no room for visiting below it. Every visitor calls it for each node that it descends from.
-void checkVisitDepth(const ASTNode& node);
+protected:
+    /// Throws the ParseException "Expression is nested too deeply." at `node` when the thread's
+    /// stack has no room for visiting below it. Every visitor calls it for each node that it
+    /// descends from; so a visitor belongs to the thread that made it.
+    void checkVisitDepth(const ASTNode& node) const {
+        if (OrvStack::isBelow(stackLimit_)) {
+            failDepth(node);
+        }
+    }
+
+private:
+    [[noreturn]] static void failDepth(const ASTNode& node);
+
+    std::uintptr_t stackLimit_;
+};

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 
 #include "ast/ASTNode.h"
 
@@ -53,8 +54,8 @@ private:
 /// A step along an association: "label: ^ _ [name] { condition }".
 class DefinitionAssociationNode : public AssociationNode {
 public:
-    explicit DefinitionAssociationNode(const std::string& name)
-        : AssociationNode(AssociationKind::definition), name_(name) {}
+    explicit DefinitionAssociationNode(std::string name)
+        : AssociationNode(AssociationKind::definition), name_(std::move(name)) {}
     void accept(ASTVisitor& visitor) override;
 
     const std::string& getName() const { return name_; }

@@ -192,8 +192,10 @@ private:
 /// A function applied to its argument; several arguments are one tuple.
 class ApplicationExpressionNode : public ResolvedFunctionNode {
 public:
-    ApplicationExpressionNode(const std::string& name, const ExpressionPtr& expr)
-        : ResolvedFunctionNode(ExpressionKind::applicationExpression), name_(name), expr_(expr) {}
+    ApplicationExpressionNode(std::string name, const ExpressionPtr& expr)
+        : ResolvedFunctionNode(ExpressionKind::applicationExpression),
+          name_(std::move(name)),
+          expr_(expr) {}
     void accept(ASTVisitor& visitor) override;
 
     const std::string& getName() const { return name_; }
@@ -373,8 +375,8 @@ public:
 /// A pattern, without its quotes.
 class RegExpConstantNode : public ExpressionNode {
 public:
-    explicit RegExpConstantNode(const std::string& text)
-        : ExpressionNode(ExpressionKind::regExpConstant), text_(text) {}
+    explicit RegExpConstantNode(std::string text)
+        : ExpressionNode(ExpressionKind::regExpConstant), text_(std::move(text)) {}
     void accept(ASTVisitor& visitor) override;
 
     const std::string& getText() const { return text_; }
@@ -386,8 +388,8 @@ private:
 /// A text, without its quotes and with its escapes replaced.
 class StringConstantNode : public ExpressionNode {
 public:
-    explicit StringConstantNode(const std::string& text)
-        : ExpressionNode(ExpressionKind::stringConstant), text_(text) {}
+    explicit StringConstantNode(std::string text)
+        : ExpressionNode(ExpressionKind::stringConstant), text_(std::move(text)) {}
     void accept(ASTVisitor& visitor) override;
 
     const std::string& getText() const { return text_; }

@@ -14,10 +14,13 @@
 class LeftSpine {
 public:
     explicit LeftSpine(BinaryExpressionNode& top) {
-        ExpressionNode* next = &top;
-        while (next != nullptr && next->getExpressionKind() == ExpressionKind::binaryExpression) {
-            nodes_.push_back(static_cast<BinaryExpressionNode*>(next));
-            next = nodes_.back()->getLhs().get();
+        std::size_t length = 0;
+        for (const BinaryExpressionNode* node = &top; node != nullptr; node = below(*node)) {
+            ++length;
+        }
+        nodes_.reserve(length);
+        for (BinaryExpressionNode* node = &top; node != nullptr; node = below(*node)) {
+            nodes_.push_back(node);
         }
     }
 
@@ -32,5 +35,12 @@ public:
     const ExpressionPtr& innermostOperand() const { return nodes_.back()->getLhs(); }
 
 private:
+    static BinaryExpressionNode* below(const BinaryExpressionNode& node) {
+        ExpressionNode* const lhs = node.getLhs().get();
+        return lhs != nullptr && lhs->getExpressionKind() == ExpressionKind::binaryExpression
+                   ? static_cast<BinaryExpressionNode*>(lhs)
+                   : nullptr;
+    }
+
     std::vector<BinaryExpressionNode*> nodes_;
 };

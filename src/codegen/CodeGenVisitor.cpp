@@ -4,7 +4,7 @@
 // symbol one target; the tables of labels and of steps do the same for the steps of paths.
 #include "codegen/CodeGenVisitor.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "ast/LeftSpine.h"
 #include "codegen/ResultKind.h"
@@ -42,8 +42,9 @@ private:
 
 CodeGenVisitor::CodeGenVisitor(const OrvCountedPtr<NameSpace>& nameSpace,
                                const LetVariableUsage& usage, SourceMap* map)
-    : nameSpace_(nameSpace), usage_(usage), map_(map), variablesOnly_(new SymbolFilter(0)) {
-    variablesOnly_->addKind(SymbolKind::variable);
+    : nameSpace_(nameSpace), usage_(usage), map_(map) {
+    constexpr std::size_t usualDepth = 16;
+    stack_.reserve(usualDepth);
 }
 
 // ---------------------------------------------------------------- results and variables
@@ -103,9 +104,11 @@ OrvCyclicPtr<MMObjectVarExpr> CodeGenVisitor::objectVariable(
 
 OrvCyclicPtr<MMObjectVarExpr> CodeGenVisitor::objectVariable(const std::string& name,
                                                              const ASTNode& node) {
-    const std::vector<SymbolPtr> found =
-        nameSpace_->getResolver(node)->resolve(name, variablesOnly_);
-    return objectVariable(OrvConverter<VariableSymbol, Symbol>::toCounted(found.at(0)));
+    const SymbolView found = nameSpace_->find(node, name, SymbolKind::variable);
+    if (found.empty()) {
+        fail("A variable that every expression has is not declared.");
+    }
+    return objectVariable(OrvConverter<VariableSymbol, Symbol>::toCounted(found.front()));
 }
 
 // The variable that a node binds as "current".
@@ -155,7 +158,7 @@ void CodeGenVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
         note(**binary, (*binary)->getSpan(), stack_.back());
         left = popAs<MMValueExpr>();
     }
-    push(left);
+    push(std::move(left));
 }
 
 void CodeGenVisitor::combineBinary(BinaryOperator op, const OrvCyclicPtr<MMValueExpr>& left,
@@ -193,30 +196,32 @@ void CodeGenVisitor::visitUnaryExpression(UnaryExpressionNode& node) {
              : TargetPtr(new MMBooleanExpr(operand, MM_NOT, none)));
 }
 
-void CodeGenVisitor::generateCall(const ResolvedFunctionNode& node,
-                                  const std::vector<TargetPtr>& arguments) {
+// Replaces the last targets on the stack, as many as there are arguments, by the call. No generator
+// comes back here, so that one list serves all calls.
+void CodeGenVisitor::generateCall(const ResolvedFunctionNode& node, std::size_t arity) {
+    arguments_.resize(arity);
+    for (std::size_t i = arity; i > 0; --i) {
+        arguments_[i - 1] = pop();
+    }
     const OrvCountedPtr<FunctionSymbol>& function = node.getResolvedFunction();
     Retriever retriever(*this, node);
     TargetPtr result;
     function->getGenerator()->generate(result, retriever, function->getName(), function->getType(),
-                                       arguments);
-    push(result);
+                                       arguments_);
+    arguments_.clear();
+    push(std::move(result));
 }
 
 void CodeGenVisitor::visitRelationalExpression(RelationalExpressionNode& node) {
-    const TargetPtr left = generateTarget(*node.getLhs());
-    const TargetPtr right = generateTarget(*node.getRhs());
-    generateCall(node, {left, right});
+    push(generateTarget(*node.getLhs()));
+    push(generateTarget(*node.getRhs()));
+    generateCall(node, 2);
 }
 
 // The argument pushes as many results as the function takes, in the order of the text.
 void CodeGenVisitor::visitApplicationExpression(ApplicationExpressionNode& node) {
     visitOperands(*node.getExpr());
-    const std::size_t arity = node.getResolvedFunction()->getArity();
-    const auto first = stack_.end() - static_cast<std::ptrdiff_t>(arity);
-    const std::vector<TargetPtr> arguments(first, stack_.end());
-    stack_.erase(first, stack_.end());
-    generateCall(node, arguments);
+    generateCall(node, node.getResolvedFunction()->getArity());
 }
 
 // ---------------------------------------------------------------- iterations

@@ -64,7 +64,7 @@ public:
 private:
     class Retriever;
 
-    void push(const TargetPtr& target) { stack_.push_back(target); }
+    void push(TargetPtr target) { stack_.push_back(std::move(target)); }
     TargetPtr pop();
     template <class Target>
     OrvCyclicPtr<Target> popAs() {
@@ -91,7 +91,7 @@ private:
     void generateQuantifier(const QuantifierNode& node);
     void combineBinary(BinaryOperator op, const OrvCyclicPtr<MMValueExpr>& left,
                        const OrvCyclicPtr<MMValueExpr>& right);
-    void generateCall(const ResolvedFunctionNode& node, const std::vector<TargetPtr>& arguments);
+    void generateCall(const ResolvedFunctionNode& node, std::size_t arity);
     template <class If, class Branch>
     void generateIf(const OrvCyclicPtr<MMValueExpr>& test, const TargetPtr& thenBranch,
                     const TargetPtr& elseBranch);
@@ -105,11 +105,11 @@ private:
     OrvCountedPtr<NameSpace> nameSpace_;
     const LetVariableUsage& usage_;
     SourceMap* map_;
-    OrvCountedPtr<SymbolFilter> variablesOnly_;
     std::unordered_map<const LabelSymbol*, OrvCyclicPtr<MMAssociationTraversal>> labels_;
     std::unordered_map<const ASTNode*, OrvCyclicPtr<MMAssociationTraversal>> steps_;
     std::unordered_map<const VariableSymbol*, TargetPtr> variables_;
-    std::vector<TargetPtr> stack_;
+    OrvPoolVector<TargetPtr> stack_;
+    std::vector<TargetPtr> arguments_;
     OrvCyclicPtr<MMObjectVarExpr> thisVariable_;
     TargetPtr result_;
 };

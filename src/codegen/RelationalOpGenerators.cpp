@@ -1,5 +1,7 @@
 #include "codegen/RelationalOpGenerators.h"
 
+#include <array>
+#include <string_view>
 #include <utility>
 
 #include "fliodram/MMObjectComparisonExpr.h"
@@ -9,23 +11,20 @@
 namespace {
 
 // The comparison that an operator's name asks for; 0 for a name that is none.
-MMRelOp relationOf(const std::string& name) {
-    if (name == "operator=") {
-        return MM_EQUAL;
+MMRelOp relationOf(std::string_view name) {
+    constexpr std::array<std::pair<std::string_view, MMRelOp>, 6> relations = {
+        {{"operator=", MM_EQUAL},
+         {"operator<>", MM_NOT_EQUAL},
+         {"operator<", MM_LESS},
+         {"operator<=", MM_LESS_EQUAL},
+         {"operator>", MM_GREATER},
+         {"operator>=", MM_GREATER_EQUAL}}};
+    for (const auto& [relationName, relation] : relations) {
+        if (name == relationName) {
+            return relation;
+        }
     }
-    if (name == "operator<>") {
-        return MM_NOT_EQUAL;
-    }
-    if (name == "operator<") {
-        return MM_LESS;
-    }
-    if (name == "operator<=") {
-        return MM_LESS_EQUAL;
-    }
-    if (name == "operator>") {
-        return MM_GREATER;
-    }
-    return name == "operator>=" ? MM_GREATER_EQUAL : MMRelOp();
+    return MMRelOp();
 }
 
 struct SetRelation {

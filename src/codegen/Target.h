@@ -1,6 +1,8 @@
 // The targets that code generation passes around, and their narrowing to what a place needs.
 #pragma once
 
+#include <utility>
+
 #include "foundation/OrvConverter.h"
 #include "foundation/OrvCyclicPtr.h"
 #include "support/OrvAssertion.h"
@@ -16,6 +18,17 @@ using TargetPtr = OrvCyclicPtr<OrvCyclicPtrBody>;
 template <class Target>
 OrvCyclicPtr<Target> narrow(const TargetPtr& target) {
     OrvCyclicPtr<Target> narrowed = OrvConverter<Target, OrvCyclicPtrBody>::toCyclic(target);
+    if (!narrowed) {
+        throwWrongTarget();
+    }
+    return narrowed;
+}
+
+/// The same for a target that is not needed any more.
+template <class Target>
+OrvCyclicPtr<Target> narrow(TargetPtr&& target) {
+    OrvCyclicPtr<Target> narrowed =
+        OrvConverter<Target, OrvCyclicPtrBody>::toCyclic(std::move(target));
     if (!narrowed) {
         throwWrongTarget();
     }

@@ -176,7 +176,9 @@ MMAssociationTraversal::MMAssociationTraversal(const OrvString& associationName,
       addToResult_(addToResult),
       condition_(*this),
       child_(*this),
-      sibling_(*this) {}
+      sibling_(*this) {
+    addBodyKinds(MM_KIND_TRAVERSAL);
+}
 
 void MMAssociationTraversal::setChild(const OrvCyclicPtr<MMAssociationTraversal>& child) {
     child_ = child;

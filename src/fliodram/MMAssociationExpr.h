@@ -18,6 +18,9 @@ class __attribute__((visibility("default"))) MMAssociationTraversal final : publ
 public:
     /// With `addToResult`, the objects reached belong to the result although a child follows.
     MMAssociationTraversal(const OrvString& associationName, bool addToResult);
+    static bool classof(const OrvCyclicPtrBody& body) {
+        return (body.getBodyKinds() & MM_KIND_TRAVERSAL) != 0;
+    }
 
     void setChild(const OrvCyclicPtr<MMAssociationTraversal>& child);
     void setSibling(const OrvCyclicPtr<MMAssociationTraversal>& sibling);

@@ -1,7 +1,9 @@
 // The abstract target expressions, one class a kind of result.
 #pragma once
 
+#include <cstdint>
 #include <string_view>
+#include <type_traits>
 
 #include "fliodram/MMEvaluationContext.h"
 #include "fliodram/MMValue.h"
@@ -10,6 +12,17 @@
 
 class MMOperatorExpr;
 class MMTargetPrinter;
+
+/// The kinds of bodies (OrvCyclicPtrBody::getBodyKinds()) by which OrvConverter tells targets
+/// apart.
+enum MMTargetKind : std::uint8_t {
+    MM_KIND_VALUE = 1,
+    MM_KIND_OBJECT = 2,
+    MM_KIND_OBJECT_COLLECTION = 4,
+    MM_KIND_STRING_COLLECTION = 8,
+    MM_KIND_OBJECT_VARIABLE = 16,
+    MM_KIND_TRAVERSAL = 32
+};
 
 /// The base of everything that a compilation builds: a body of its graph.
 ///
@@ -41,6 +54,9 @@ class __attribute__((visibility("default"))) MMValueExpr : public MMExpr {
 public:
     MMValueExpr();
     ~MMValueExpr() override;
+    static bool classof(const OrvCyclicPtrBody& body, std::type_identity<MMValueExpr> /*self*/) {
+        return (body.getBodyKinds() & MM_KIND_VALUE) != 0;
+    }
 
     /// The value, for the variables as they are bound now. Throws MMEvaluationError.
     virtual MMValue evaluate(MMEvaluationContext& context) const = 0;
@@ -57,6 +73,9 @@ class __attribute__((visibility("default"))) MMObjectExpr : public MMExpr {
 public:
     MMObjectExpr();
     ~MMObjectExpr() override;
+    static bool classof(const OrvCyclicPtrBody& body, std::type_identity<MMObjectExpr> /*self*/) {
+        return (body.getBodyKinds() & MM_KIND_OBJECT) != 0;
+    }
 
     /// The object, or mmNoObject. Throws MMEvaluationError.
     virtual MMObject evaluate(MMEvaluationContext& context) const = 0;
@@ -82,6 +101,10 @@ class __attribute__((visibility("default"))) MMObjectCollectionExpr : public MME
 public:
     MMObjectCollectionExpr();
     ~MMObjectCollectionExpr() override;
+    static bool classof(const OrvCyclicPtrBody& body,
+                        std::type_identity<MMObjectCollectionExpr> /*self*/) {
+        return (body.getBodyKinds() & MM_KIND_OBJECT_COLLECTION) != 0;
+    }
 
     /// Hands the objects to `consumer`, in order, each as soon as it is known, and no more of them
     /// than it wants; returns false when the consumer stopped. Throws MMEvaluationError.
@@ -106,6 +129,10 @@ class __attribute__((visibility("default"))) MMStringCollectionExpr : public MME
 public:
     MMStringCollectionExpr();
     ~MMStringCollectionExpr() override;
+    static bool classof(const OrvCyclicPtrBody& body,
+                        std::type_identity<MMStringCollectionExpr> /*self*/) {
+        return (body.getBodyKinds() & MM_KIND_STRING_COLLECTION) != 0;
+    }
 
     /// Hands the strings to `consumer`, in order. Throws MMEvaluationError.
     virtual void forEach(MMEvaluationContext& context, MMTextConsumer& consumer) const = 0;

@@ -32,7 +32,7 @@ private:
 
 }  // namespace
 
-MMObjectVarExpr::MMObjectVarExpr() = default;
+MMObjectVarExpr::MMObjectVarExpr() { addBodyKinds(MM_KIND_OBJECT_VARIABLE); }
 MMObjectVarExpr::~MMObjectVarExpr() = default;
 
 MMObject MMObjectVarExpr::evaluate(MMEvaluationContext& /*context*/) const { return object_; }

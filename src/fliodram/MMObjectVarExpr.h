@@ -13,6 +13,10 @@ class __attribute__((visibility("default"))) MMObjectVarExpr : public MMObjectEx
 public:
     MMObjectVarExpr();
     ~MMObjectVarExpr() override;
+    static bool classof(const OrvCyclicPtrBody& body,
+                        std::type_identity<MMObjectVarExpr> /*self*/) {
+        return (body.getBodyKinds() & MM_KIND_OBJECT_VARIABLE) != 0;
+    }
 
     MMObject evaluate(MMEvaluationContext& context) const override;
     void print(MMTargetPrinter& printer) const override;

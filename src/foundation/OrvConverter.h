@@ -13,7 +13,8 @@
 /// pointer, as an empty source does. Going from cyclic to counted allocates a count and may throw
 /// std::bad_alloc; nothing else fails. A class that knows its kind offers
 /// `static bool classof(const From&)` and is told apart by it, other classes by their dynamic
-/// type.
+/// type. A class from which others are derived takes a second argument, `std::type_identity` of
+/// itself, so that a derived class does not inherit the operation.
 template <class To, class From>
 class OrvConverter {
 public:
@@ -27,6 +28,15 @@ public:
     static OrvCyclicPtr<To> toCyclic(const OrvCyclicPtr<From>& source) noexcept {
         return OrvCyclicPtr<To>(narrow(source.get()));
     }
+    /// The same, handing the hold over; the source stays as it was where the result is empty.
+    static OrvCyclicPtr<To> toCyclic(OrvCyclicPtr<From>&& source) noexcept {
+        OrvCyclicPtr<To> result;
+        result.object_ = narrow(source.object_);
+        if (result.object_ != nullptr) {
+            source.object_ = nullptr;
+        }
+        return result;
+    }
     static OrvCyclicPtr<To> toCyclic(const OrvCountedPtr<From>& source) noexcept {
         return OrvCyclicPtr<To>(narrow(source.get()));
     }
@@ -37,6 +47,11 @@ private:
             return object;
         } else if constexpr (requires(const From& from) { To::classof(from); }) {
             return object != nullptr && To::classof(*object) ? static_cast<To*>(object) : nullptr;
+        } else if constexpr (requires(const From& from) {
+                                 To::classof(from, std::type_identity<To>());
+                             }) {
+            const bool isTo = object != nullptr && To::classof(*object, std::type_identity<To>());
+            return isTo ? static_cast<To*>(object) : nullptr;
         } else {
             return dynamic_cast<To*>(object);
         }

@@ -21,7 +21,7 @@ void OrvCountedBlock::end() noexcept {
         OrvCountedBlock* const block = pendingBlocks;
         pendingBlocks = block->next;
         block->dispose(block->object);
-        delete block;
+        block->free();
     }
     isEnding = false;
 }

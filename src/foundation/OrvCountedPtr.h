@@ -1,27 +1,35 @@
 // Shared ownership by a plain count.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <new>
 #include <type_traits>
 #include <utility>
 
 #include "foundation/OrvCyclicPtrBody.h"
+#include "foundation/OrvMemoryPool.h"
 
 template <class To, class From>
 class OrvConverter;
 
 /// The count of a shared object together with what is needed to end it.
 ///
-/// Made by the first OrvCountedPtr to an object and shared by its copies. A count of all ones
-/// belongs to an object that the whole process shares (OrvPinnedRegistry): it is never written,
-/// so any number of threads may copy such pointers.
+/// Made by the first OrvCountedPtr to an object and shared by its copies; it stands in front of an
+/// OrvCountedObject, and by itself for any other. A count of all ones belongs to an object that
+/// the whole process shares (OrvPinnedRegistry): it is never written, so any number of threads may
+/// copy such pointers.
 struct __attribute__((visibility("default"))) OrvCountedBlock {
     static constexpr std::uint32_t pinned = 0xFFFFFFFFU;
 
-    std::uint32_t count;
-    void (*dispose)(void* object) noexcept;
-    void* object;
+    std::uint32_t count = 1;
+    std::uint32_t size = sizeof(OrvCountedBlock);  // of the memory that begins with this block
+    void (*dispose)(void* object) noexcept = nullptr;
+    void* object = nullptr;
     OrvCountedBlock* next = nullptr;  // objects that wait for their end; pinned objects
+
+    /// Frees the memory that begins with this block; the object has ended before.
+    void free() noexcept { OrvMemoryPool::deallocate(this, size); }
 
     void hold() noexcept {
         if (count != pinned) {
@@ -39,6 +47,31 @@ private:
     /// is ended wait in a list through the blocks, so that a chain of any length neither recurses
     /// nor allocates.
     void end() noexcept;
+};
+
+/// The base of objects that are shared by counted pointers alone and are many: the count stands in
+/// front of the object, in one piece of memory with it.
+///
+/// Such an object is made with new and handed at once to one OrvCountedPtr.
+class __attribute__((visibility("default"))) OrvCountedObject {
+public:
+    static void* operator new(std::size_t bytes) {
+        const std::size_t size = sizeof(OrvCountedBlock) + bytes;
+        auto* const block = new (OrvMemoryPool::allocate(size)) OrvCountedBlock;
+        block->size = static_cast<std::uint32_t>(size);
+        return block + 1;
+    }
+    /// For an object that never had a pointer, or whose constructor threw.
+    static void operator delete(void* object) noexcept { blockOf(object)->free(); }
+
+    /// The block in front of an object.
+    static OrvCountedBlock* blockOf(void* object) noexcept {
+        return static_cast<OrvCountedBlock*>(object) - 1;
+    }
+
+protected:
+    OrvCountedObject() = default;
+    ~OrvCountedObject() = default;
 };
 
 /// A shared pointer: the object goes with the last copy.
@@ -138,11 +171,32 @@ void disposeOwned(void* object) noexcept {
     }
 }
 
+/// Ends an object whose memory goes with its block.
+template <class T>
+void destroyOwned(void* object) noexcept {
+    static_cast<T*>(object)->~T();
+}
+
 /// Begins the ownership of an object: a body is held, anything else needs nothing.
 template <class T>
 void beginOwned(T* object) noexcept {
     if constexpr (std::is_base_of_v<OrvCyclicPtrBody, T>) {
         object->hold();
+    }
+}
+
+/// A block of its own for an object; where it cannot be had, the object is ended.
+template <class T>
+OrvCountedBlock* makeSeparateBlock(T* object) {
+    beginOwned(object);
+    try {
+        auto* const block = new (OrvMemoryPool::allocate(sizeof(OrvCountedBlock))) OrvCountedBlock;
+        block->dispose = &disposeOwned<T>;
+        block->object = object;
+        return block;
+    } catch (...) {
+        disposeOwned<T>(object);
+        throw;
     }
 }
 
@@ -154,11 +208,12 @@ OrvCountedBlock* OrvCountedPtr<T>::makeBlock(U* object) {
         return nullptr;
     }
     Object* const owned = const_cast<Object*>(object);
-    beginOwned(owned);
-    try {
-        return new OrvCountedBlock{1, &disposeOwned<Object>, owned};
-    } catch (...) {
-        disposeOwned<Object>(owned);
-        throw;
+    if constexpr (std::is_base_of_v<OrvCountedObject, Object>) {
+        OrvCountedBlock* const block = OrvCountedObject::blockOf(owned);
+        block->dispose = &destroyOwned<Object>;
+        block->object = owned;
+        return block;
+    } else {
+        return makeSeparateBlock(owned);
     }
 }

@@ -68,6 +68,8 @@ public:
 private:
     template <class U>
     friend class OrvCyclicPtr;
+    template <class To, class From>
+    friend class OrvConverter;
 
     void hold() const noexcept {
         if (object_ != nullptr) {

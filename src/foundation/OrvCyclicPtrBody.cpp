@@ -4,10 +4,6 @@
 
 namespace {
 
-// A group under deletion is held for ever, so that a pointer to one of its bodies, made and
-// dropped by a destructor, does not begin a second deletion.
-constexpr std::uint32_t heldForEver = 0xFFFFFFFFU;
-
 // Bodies that wait for deletion on this thread, as a ring, while a sweep is running. Trivially
 // destructible, so that unloading the library leaves nothing behind in a thread.
 thread_local OrvCyclicPtrBody* pendingBodies = nullptr;
@@ -15,9 +11,8 @@ thread_local bool isSweeping = false;
 
 }  // namespace
 
-OrvCyclicPtrBody::OrvCyclicPtrBody() noexcept : parent_(this), next_(this) {}
-OrvCyclicPtrBody::OrvCyclicPtrBody(const OrvCyclicPtrBody& /*other*/) noexcept
-    : parent_(this), next_(this) {}
+OrvCyclicPtrBody::OrvCyclicPtrBody(const OrvCyclicPtrBody& other) noexcept
+    : parent_(this), next_(this), kinds_(other.kinds_) {}
 
 // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): there is nothing to copy
 OrvCyclicPtrBody& OrvCyclicPtrBody::operator=(const OrvCyclicPtrBody& /*other*/) noexcept {
@@ -27,36 +22,6 @@ OrvCyclicPtrBody& OrvCyclicPtrBody::operator=(const OrvCyclicPtrBody& /*other*/)
 OrvCyclicPtrBody::~OrvCyclicPtrBody() {
     if (next_ != this) {
         leaveGroup();
-    }
-}
-
-OrvCyclicPtrBody* OrvCyclicPtrBody::root() const noexcept {
-    OrvCyclicPtrBody* body = parent_;
-    while (body->parent_ != body) {
-        body->parent_ = body->parent_->parent_;
-        body = body->parent_;
-    }
-    return body;
-}
-
-void OrvCyclicPtrBody::hold() const noexcept {
-    OrvCyclicPtrBody* const group = root();
-    if (group->holds_ != heldForEver) {
-        ++group->holds_;
-    }
-}
-
-void OrvCyclicPtrBody::surrender() const noexcept {
-    OrvCyclicPtrBody* const group = root();
-    if (group->holds_ != heldForEver) {
-        --group->holds_;
-    }
-}
-
-void OrvCyclicPtrBody::release() const noexcept {
-    OrvCyclicPtrBody* const group = root();
-    if (group->holds_ != heldForEver && --group->holds_ == 0) {
-        group->sweep();
     }
 }
 
@@ -75,10 +40,6 @@ void OrvCyclicPtrBody::join(const OrvCyclicPtrBody& target) const noexcept {
     upper->holds_ += lower->holds_;
     upper->size_ += lower->size_;
     std::swap(upper->next_, lower->next_);
-}
-
-bool OrvCyclicPtrBody::isJoinedWith(const OrvCyclicPtrBody& other) const noexcept {
-    return root() == other.root();
 }
 
 // Every body becomes a group of its own, held for ever, before the first is deleted: nothing that

@@ -1,7 +1,10 @@
 // The base of objects that form graphs with cycles, and the groups in which such objects live.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+
+#include "foundation/OrvMemoryPool.h"
 
 /// A member of a graph that lives and dies as a whole: every target expression is one.
 ///
@@ -22,28 +25,68 @@ public:
     /// Marks the body as claimed; a constant operation, since it does not change its meaning.
     void becomeOwned() const { owned_ = true; }
 
+    /// Of which kinds the body is, a bit for each: what they mean is for the hierarchy of classes
+    /// to say. OrvConverter tells classes apart by them, where they offer it.
+    std::uint8_t getBodyKinds() const { return kinds_; }
+
     /// Adds a hold on the group.
-    void hold() const noexcept;
+    void hold() const noexcept {
+        OrvCyclicPtrBody* const group = root();
+        if (group->holds_ != heldForEver) {
+            ++group->holds_;
+        }
+    }
     /// Takes a hold back; the last one deletes the group.
-    void release() const noexcept;
+    void release() const noexcept {
+        OrvCyclicPtrBody* const group = root();
+        if (group->holds_ != heldForEver && --group->holds_ == 0) {
+            group->sweep();
+        }
+    }
     /// Takes a hold back without looking whether it was the last one: for handing a body over to
     /// a holder that is still under construction and is held only afterwards.
-    void surrender() const noexcept;
+    void surrender() const noexcept {
+        OrvCyclicPtrBody* const group = root();
+        if (group->holds_ != heldForEver) {
+            --group->holds_;
+        }
+    }
     /// Joins the group of `target` with this body's.
     void join(const OrvCyclicPtrBody& target) const noexcept;
     /// True when both bodies live in one group.
-    bool isJoinedWith(const OrvCyclicPtrBody& other) const noexcept;
+    bool isJoinedWith(const OrvCyclicPtrBody& other) const noexcept {
+        return root() == other.root();
+    }
+
+    static void* operator new(std::size_t size) { return OrvMemoryPool::allocate(size); }
+    static void operator delete(void* body, std::size_t size) noexcept {
+        OrvMemoryPool::deallocate(body, size);
+    }
 
 protected:
-    OrvCyclicPtrBody() noexcept;
+    OrvCyclicPtrBody() noexcept : parent_(this), next_(this) {}
     /// A copy is a new body, alone in its group, unclaimed.
     OrvCyclicPtrBody(const OrvCyclicPtrBody& other) noexcept;
     /// Changes nothing: groups and claims are an object's own.
     OrvCyclicPtrBody& operator=(const OrvCyclicPtrBody& other) noexcept;
     virtual ~OrvCyclicPtrBody();
 
+    /// Adds kinds; for the constructors of the classes that these stand for.
+    void addBodyKinds(std::uint8_t kinds) { kinds_ = static_cast<std::uint8_t>(kinds_ | kinds); }
+
 private:
-    OrvCyclicPtrBody* root() const noexcept;
+    // A group under deletion is held for ever, so that a pointer to one of its bodies, made and
+    // dropped by a destructor, does not begin a second deletion.
+    static constexpr std::uint32_t heldForEver = 0xFFFFFFFFU;
+
+    OrvCyclicPtrBody* root() const noexcept {
+        OrvCyclicPtrBody* body = parent_;
+        while (body->parent_ != body) {
+            body->parent_ = body->parent_->parent_;
+            body = body->parent_;
+        }
+        return body;
+    }
     void sweep() const noexcept;
     void leaveGroup() noexcept;
 
@@ -52,4 +95,5 @@ private:
     mutable std::uint32_t holds_ = 0;   // of the whole group; valid in a root
     mutable std::uint32_t size_ = 1;    // of the whole group; valid in a root
     mutable bool owned_ = false;
+    std::uint8_t kinds_ = 0;
 };

@@ -19,6 +19,6 @@ OrvPinnedRegistry::~OrvPinnedRegistry() {
     while (blocks_ != nullptr) {
         OrvCountedBlock* const block = blocks_;
         blocks_ = block->next;
-        delete block;
+        block->free();
     }
 }

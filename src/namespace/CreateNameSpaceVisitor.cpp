@@ -5,18 +5,24 @@
 
 #include "ast/LeftSpine.h"
 #include "codegen/VariableCodeGenerator.h"
+#include "foundation/OrvPinnedRegistry.h"
 
 namespace {
 
 using VariableGeneratorPtr = OrvCountedPtr<VariableCodeGenerator>;
 using VariablePtr = OrvCountedPtr<VariableSymbol>;
 
-VariablePtr makeObjectVariable(const std::string& name, const VariableGeneratorPtr& generator) {
-    return VariablePtr(new VariableSymbol(name, TypeExpression::objectType(), generator));
+// Generators have no state: all variables share them.
+template <class Generator>
+const VariableGeneratorPtr& sharedGenerator() {
+    static const VariableGeneratorPtr generator =
+        OrvPinnedRegistry::instance().pin(VariableGeneratorPtr(new Generator));
+    return generator;
 }
 
-VariablePtr makeIterationVariable(const std::string& name) {
-    return makeObjectVariable(name, VariableGeneratorPtr(new ObjectVarGenerator));
+VariablePtr makeObjectVariable(const std::string& name) {
+    return VariablePtr(new VariableSymbol(name, TypeExpression::objectType(),
+                                          sharedGenerator<ObjectVarGenerator>()));
 }
 
 }  // namespace
@@ -24,7 +30,7 @@ VariablePtr makeIterationVariable(const std::string& name) {
 CreateNameSpaceVisitor::CreateNameSpaceVisitor(const ScopePtr& top)
     : top_(top), nameSpace_(new NameSpace) {}
 
-void CreateNameSpaceVisitor::registerNode(const ASTNode& node) {
+void CreateNameSpaceVisitor::registerNode(ASTNode& node) {
     checkVisitDepth(node);
     nameSpace_->setScope(node, scopes_.back());
 }
@@ -35,20 +41,20 @@ void CreateNameSpaceVisitor::visitChild(ASTNode* child) {
     }
 }
 
-const ScopePtr& CreateNameSpaceVisitor::openScope(const std::string& name) {
+Scope& CreateNameSpaceVisitor::openScope(const std::string& name) {
     const ScopePtr scope(new Scope(name));
     scope->setParent(scopes_.empty() ? top_ : scopes_.back());
     scopes_.push_back(scope);
-    return scopes_.back();
+    return *scope;
 }
 
 void CreateNameSpaceVisitor::closeScope() { scopes_.pop_back(); }
 
 void CreateNameSpaceVisitor::visitSpecification(SpecificationNode& node) {
-    const VariablePtr object = makeIterationVariable(anchorName(AnchorKind::THIS));
-    const ScopePtr& scope = openScope("Specification");
+    const VariablePtr object = makeObjectVariable(anchorName(AnchorKind::THIS));
+    Scope& scope = openScope("Specification");
     for (const AnchorKind anchor : {AnchorKind::THIS, AnchorKind::CURRENT, AnchorKind::MODEL}) {
-        scope->insert(anchorName(anchor), object);
+        scope.insert(anchorName(anchor), object);
     }
     registerNode(node);
     visitChild(node.getExpr().get());
@@ -58,11 +64,11 @@ void CreateNameSpaceVisitor::visitSpecification(SpecificationNode& node) {
 void CreateNameSpaceVisitor::visitQuantifier(QuantifierNode& node, const std::string& scopeName) {
     checkVisitDepth(node);
     visitChild(node.getSource().get());
-    const VariablePtr variable = makeIterationVariable(node.getName());
+    const VariablePtr variable = makeObjectVariable(node.getName());
     node.setBoundVariable(variable);
-    const ScopePtr& scope = openScope(scopeName);
-    scope->insert(node.getName(), variable);
-    scope->insert(anchorName(AnchorKind::CURRENT), variable);
+    Scope& scope = openScope(scopeName);
+    scope.insert(node.getName(), variable);
+    scope.insert(anchorName(AnchorKind::CURRENT), variable);
     registerNode(node);
     visitChild(node.getExpr().get());
     closeScope();
@@ -78,7 +84,7 @@ void CreateNameSpaceVisitor::visitExistentialQuantifier(ExistentialQuantifierNod
 
 void CreateNameSpaceVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
     const LeftSpine spine(node);
-    for (const BinaryExpressionNode* binary : spine) {
+    for (BinaryExpressionNode* binary : spine) {
         registerNode(*binary);
     }
     visitChild(spine.innermostOperand().get());
@@ -103,13 +109,13 @@ void CreateNameSpaceVisitor::visitApplicationExpression(ApplicationExpressionNod
     visitChild(node.getExpr().get());
 }
 
-void CreateNameSpaceVisitor::visitIteration(const ASTNode& node, const std::string& scopeName,
+void CreateNameSpaceVisitor::visitIteration(ASTNode& node, const std::string& scopeName,
                                             const ExpressionPtr& source,
                                             const ExpressionPtr& inner) {
     checkVisitDepth(node);
     visitChild(source.get());
     const std::string& current = anchorName(AnchorKind::CURRENT);
-    openScope(scopeName)->insert(current, makeIterationVariable(current));
+    openScope(scopeName).insert(current, makeObjectVariable(current));
     registerNode(node);
     visitChild(inner.get());
     closeScope();
@@ -127,15 +133,14 @@ void CreateNameSpaceVisitor::visitTraverseExpression(TraverseExpressionNode& nod
     visitIteration(node, "Traverse", node.getSource(), node.getPath());
 }
 
-// The keys share a generator, which has no state; each has a scope and a variable of its own.
+// Each key has a scope and a variable of its own.
 void CreateNameSpaceVisitor::visitSortExpression(SortExpressionNode& node) {
     registerNode(node);
     visitChild(node.getSource().get());
-    const VariableGeneratorPtr generator(new ObjectVarGenerator);
     for (SortKey& key : node.getKeys()) {
         const std::string& current = anchorName(AnchorKind::CURRENT);
-        key.setBoundVariable(makeObjectVariable(current, generator));
-        openScope("SortKey")->insert(current, key.getBoundVariable());
+        key.setBoundVariable(makeObjectVariable(current));
+        openScope("SortKey").insert(current, key.getBoundVariable());
         visitChild(key.getExpr().get());
         closeScope();
     }
@@ -146,9 +151,9 @@ void CreateNameSpaceVisitor::visitLetExpression(LetExpressionNode& node) {
     checkVisitDepth(node);
     visitChild(node.getSource().get());
     const VariablePtr variable(new VariableSymbol(node.getName(), TypeExpression::typeError(),
-                                                  VariableGeneratorPtr(new LetVarGenerator)));
+                                                  sharedGenerator<LetVarGenerator>()));
     node.setBoundVariable(variable);
-    openScope("Let")->insert(node.getName(), variable);
+    openScope("Let").insert(node.getName(), variable);
     registerNode(node);
     visitChild(node.getExpr().get());
     closeScope();
@@ -201,7 +206,7 @@ void CreateNameSpaceVisitor::visitDefinitionAssociation(DefinitionAssociationNod
     }
     if (node.getCondition()) {
         const std::string& current = anchorName(AnchorKind::CURRENT);
-        openScope("DefinitionAssociation")->insert(current, makeIterationVariable(current));
+        openScope("DefinitionAssociation").insert(current, makeObjectVariable(current));
         registerNode(node);
         visitChild(node.getCondition().get());
         closeScope();

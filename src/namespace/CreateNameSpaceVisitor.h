@@ -1,7 +1,6 @@
 // The construction of name spaces: the first walk over a parsed expression.
 #pragma once
 
-#include <deque>
 #include <string>
 
 #include "ast/ASTVisitor.h"
@@ -49,15 +48,15 @@ public:
 private:
     using VariablePtr = OrvCountedPtr<VariableSymbol>;
 
-    void registerNode(const ASTNode& node);
+    void registerNode(ASTNode& node);
     void visitChild(ASTNode* child);
-    const ScopePtr& openScope(const std::string& name);
+    Scope& openScope(const std::string& name);
     void closeScope();
     void visitQuantifier(QuantifierNode& node, const std::string& scopeName);
-    void visitIteration(const ASTNode& node, const std::string& scopeName,
-                        const ExpressionPtr& source, const ExpressionPtr& inner);
+    void visitIteration(ASTNode& node, const std::string& scopeName, const ExpressionPtr& source,
+                        const ExpressionPtr& inner);
 
     ScopePtr top_;
     OrvCountedPtr<NameSpace> nameSpace_;
-    std::deque<ScopePtr> scopes_;
+    OrvPoolVector<ScopePtr> scopes_;
 };

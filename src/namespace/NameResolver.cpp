@@ -30,3 +30,12 @@ std::vector<SymbolPtr> NameResolver::resolveLocal(std::string_view name,
     appendAccepted(result, *scope_, name, filter);
     return result;
 }
+
+SymbolView NameResolver::find(const Scope& scope, std::string_view name, SymbolKind kind) {
+    SymbolView found;
+    for (const Scope* next = &scope; found.empty() && next != nullptr;
+         next = next->getParent().get()) {
+        found = SymbolView(next->find(name), kind);
+    }
+    return found;
+}

@@ -1,22 +1,29 @@
 #include "namespace/NameSpace.h"
 
 #include <algorithm>
+#include <cstdint>
+#include <unordered_map>
 #include <utility>
 
 #include "foundation/TextOutput.h"
 #include "support/OrvStack.h"
 #include "support/ParseException.h"
 
-void NameSpace::setScope(const ASTNode& node, const ScopePtr& scope) {
-    if (index_.emplace(&node, entries_.size()).second) {
-        entries_.push_back({&node, scope});
-    }
+NameSpace::NameSpace() {
+    constexpr std::size_t usualNodes = 16;
+    entries_.reserve(usualNodes);
+    scopes_.reserve(usualNodes);
 }
 
 NameResolverPtr NameSpace::getResolver(const ASTNode& node) const {
-    const auto found = index_.find(&node);
-    return found != index_.end() ? NameResolverPtr(new NameResolver(entries_[found->second].scope))
-                                 : NameResolverPtr();
+    const Entry* const entry = findEntry(node);
+    return entry != nullptr ? NameResolverPtr(new NameResolver(scopes_[entry->scope]))
+                            : NameResolverPtr();
+}
+
+SymbolView NameSpace::find(const ASTNode& node, std::string_view name, SymbolKind kind) const {
+    const Entry* const entry = findEntry(node);
+    return entry != nullptr ? NameResolver::find(*scopes_[entry->scope], name, kind) : SymbolView();
 }
 
 namespace {
@@ -36,8 +43,9 @@ std::vector<ScopeTreePtr> treesInTextOrder(const NameSpace& nameSpace) {
     std::vector<ScopeTreePtr> trees;
     std::unordered_map<const Scope*, bool> met;
     for (const NameSpace::Entry* entry : entries) {
-        if (met.emplace(entry->scope.get(), true).second) {
-            trees.push_back(ScopeTreePtr(new ScopeTree(entry->scope)));
+        const ScopePtr& scope = nameSpace.scopes()[entry->scope];
+        if (met.emplace(scope.get(), true).second) {
+            trees.push_back(ScopeTreePtr(new ScopeTree(scope)));
         }
     }
     return trees;

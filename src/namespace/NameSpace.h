@@ -2,8 +2,9 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <iosfwd>
-#include <unordered_map>
+#include <string_view>
 #include <vector>
 
 #include "ast/ASTNode.h"
@@ -13,31 +14,51 @@
 /// For each node of a tree, the scope in which names used at that node are looked up.
 ///
 /// Made by name space construction, read by the type checker and by code generation, released with
-/// the compilation. Keeps the scopes, borrows the nodes.
-class NameSpace {
+/// the compilation. Keeps the scopes, borrows the nodes, each of which knows its entry.
+class NameSpace : public OrvCountedObject {
 public:
     struct Entry {
         const ASTNode* node;
-        ScopePtr scope;
+        std::size_t scope;  ///< its number in scopes()
     };
 
-    NameSpace() = default;
+    NameSpace();
     NameSpace(const NameSpace&) = delete;
     NameSpace& operator=(const NameSpace&) = delete;
 
     /// Records the scope of a node; each node is recorded once.
-    void setScope(const ASTNode& node, const ScopePtr& scope);
-    bool hasScope(const ASTNode& node) const { return index_.count(&node) > 0; }
+    void setScope(ASTNode& node, const ScopePtr& scope) {
+        if (!hasScope(node)) {
+            if (scopes_.empty() || scopes_.back() != scope) {
+                scopes_.push_back(scope);
+            }
+            node.setScopeEntry(static_cast<std::int32_t>(entries_.size()));
+            entries_.push_back({&node, scopes_.size() - 1});
+        }
+    }
+    bool hasScope(const ASTNode& node) const { return findEntry(node) != nullptr; }
 
     /// A resolver that starts in the node's scope; empty for a node that was not recorded.
     NameResolverPtr getResolver(const ASTNode& node) const;
 
+    /// What the resolver of a recorded node finds of one kind, without copying it.
+    SymbolView find(const ASTNode& node, std::string_view name, SymbolKind kind) const;
+
     /// All entries, in the order in which they were recorded.
     const std::vector<Entry>& entries() const { return entries_; }
+    /// The scopes of the entries, some of them more than once.
+    const OrvPoolVector<ScopePtr>& scopes() const { return scopes_; }
 
 private:
+    // A number that another name space left in the node leads to no entry, or to another node's.
+    const Entry* findEntry(const ASTNode& node) const {
+        const auto number = static_cast<std::size_t>(node.getScopeEntry());
+        return number < entries_.size() && entries_[number].node == &node ? &entries_[number]
+                                                                          : nullptr;
+    }
+
     std::vector<Entry> entries_;
-    std::unordered_map<const ASTNode*, std::size_t> index_;
+    OrvPoolVector<ScopePtr> scopes_;
 };
 
 /// A scope with the scopes inside it, in the order in which they were attached; made for printing.

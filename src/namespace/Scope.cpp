@@ -19,12 +19,36 @@ struct ByName {
 }  // namespace
 
 void Scope::insert(const std::string& name, const SymbolPtr& symbol) {
+    index_.clear();
+    constexpr std::size_t usualEntries = 4;
+    entries_.reserve(entries_.empty() ? usualEntries : 0);
     const auto place = std::upper_bound(entries_.begin(), entries_.end(), name, ByName());
     entries_.insert(place, Entry{name, symbol});
 }
 
-Scope::Range Scope::find(std::string_view name) const {
-    return std::equal_range(entries_.begin(), entries_.end(), name, ByName());
+void Scope::buildIndex() {
+    const Entry* const end = entries_.data() + entries_.size();
+    for (const Entry* entry = entries_.data(); entry != end;) {
+        const Range range = std::equal_range(entry, end, entry->name, ByName());
+        index_.emplace(entry->name, range);
+        entry = range.second;
+    }
+}
+
+Scope::Range Scope::findAmong(std::string_view name) const {
+    if (!index_.empty()) {
+        const auto found = index_.find(name);
+        return found != index_.end() ? found->second : Range();
+    }
+    constexpr std::size_t fewEntries = 8;
+    const Entry* const begin = entries_.data();
+    const Entry* const end = begin + entries_.size();
+    if (entries_.size() > fewEntries) {
+        return std::equal_range(begin, end, name, ByName());
+    }
+    const auto isNamed = [name](const Entry& entry) { return entry.name == name; };
+    const Entry* const first = std::find_if(begin, end, isNamed);
+    return {first, std::find_if_not(first, end, isNamed)};
 }
 
 std::vector<SymbolPtr> Scope::lookup(std::string_view name) const {

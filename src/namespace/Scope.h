@@ -4,6 +4,7 @@
 #include <iosfwd>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <utility>
 #include <vector>
 
@@ -14,14 +15,14 @@
 /// Names are ordered by their bytes, entries of one name by their insertion. A symbol may stand
 /// under several names, and several symbols under one. Nothing is ever removed. Shared by the name
 /// space of a compilation and by the scopes below; the top-level scope is pinned.
-class Scope {
+class Scope : public OrvCountedObject {
 public:
     struct Entry {
         std::string name;
         SymbolPtr symbol;
     };
     /// The entries of one name: a part of the scope, valid until the next insertion.
-    using Range = std::pair<std::vector<Entry>::const_iterator, std::vector<Entry>::const_iterator>;
+    using Range = std::pair<const Entry*, const Entry*>;
 
     explicit Scope(const std::string& name) : name_(name) {}
     Scope(const Scope&) = delete;
@@ -34,18 +35,24 @@ public:
 
     /// Adds an entry behind those of the same name; never rejects or replaces one.
     void insert(const std::string& name, const SymbolPtr& symbol);
+    /// To be called for a large scope when it is complete: from then on, until something is
+    /// inserted, a look-up takes the same time whatever the number of entries.
+    void buildIndex();
 
     /// The symbols of exactly this name in this scope alone, in insertion order.
     std::vector<SymbolPtr> lookup(std::string_view name) const;
-    Range find(std::string_view name) const;
+    Range find(std::string_view name) const { return entries_.empty() ? Range() : findAmong(name); }
 
     /// All entries, in order.
-    const std::vector<Entry>& entries() const { return entries_; }
+    const OrvPoolVector<Entry>& entries() const { return entries_; }
 
 private:
+    Range findAmong(std::string_view name) const;
+
     std::string name_;
     OrvCountedPtr<Scope> parent_;
-    std::vector<Entry> entries_;
+    OrvPoolVector<Entry> entries_;
+    std::unordered_map<std::string_view, Range> index_;
 };
 
 using ScopePtr = OrvCountedPtr<Scope>;

@@ -1,7 +1,5 @@
 #include "namespace/Symbol.h"
 
-#include "foundation/OrvConverter.h"
-
 Symbol::~Symbol() = default;
 SymbolVisitor::~SymbolVisitor() = default;
 
@@ -10,8 +8,7 @@ void VariableSymbol::accept(SymbolVisitor& visitor) { visitor.visitVariableSymbo
 void LabelSymbol::accept(SymbolVisitor& visitor) { visitor.visitLabelSymbol(*this); }
 
 std::size_t FunctionSymbol::getArity() const {
-    const auto function = OrvConverter<TEFunction, TypeExpression>::toCounted(getType());
-    const TypePtr& domain = function->getDomain();
+    const TypePtr& domain = static_cast<const TEFunction&>(*getType()).getDomain();
     switch (domain->getTypeKind()) {
         case TypeKind::baseType:
             return TypeExpression::isUnit(domain) ? 0 : 1;
@@ -19,7 +16,7 @@ std::size_t FunctionSymbol::getArity() const {
         case TypeKind::function:
             return 1;
         case TypeKind::product:
-            return OrvConverter<TEProduct, TypeExpression>::toCounted(domain)->size();
+            return static_cast<const TEProduct&>(*domain).size();
         case TypeKind::typeError:
             break;
     }

@@ -161,6 +161,7 @@ TopLevelEnvironment::TopLevelEnvironment() : scope_(new Scope("TopLevel")) {
     declare(*scope_, "escape", {Type::stringType()}, Type::stringType(),
             make<EscapeFunGenerator>());
     declare(*scope_, "uid", {Type::objectType()}, Type::stringType(), make<UidFunGenerator>());
+    scope_->buildIndex();
 }
 
 const OrvCountedPtr<TopLevelEnvironment>& TopLevelEnvironment::instance() {

@@ -3,7 +3,7 @@
 
 #include <cstddef>
 #include <string>
-#include <utility>
+#include <string_view>
 
 #include "foundation/OrvCountedPtr.h"
 #include "parser/TokenNumber.h"
@@ -12,13 +12,20 @@
 class CommonToken {
 public:
     CommonToken() = default;
-    CommonToken(int number, std::string text, int line)
-        : number_(number), line_(line), text_(std::move(text)) {}
+    CommonToken(int number, std::string_view text, int line)
+        : number_(number), line_(line), text_(text) {}
 
     int getNumber() const { return number_; }
     int getLine() const { return line_; }
     /// The text as the lexer left it: without quotes, with escapes replaced.
     const std::string& getText() const { return text_; }
+
+protected:
+    void assign(int number, std::string_view text, int line) {
+        number_ = number;
+        line_ = line;
+        text_.assign(text);
+    }
 
 private:
     int number_ = TOKEN_INVALID;
@@ -28,18 +35,20 @@ private:
 
 /// A token that also knows its column, and which bytes of the text it was made from.
 ///
-/// Made by the token buffer's template (makeToken()), shared by the buffer and the parser, and
-/// dropped with them when a text is parsed.
-class ColumnToken : public CommonToken {
+/// The token buffer has a few, which become one token after the other; the lexer makes others for
+/// whoever wants to keep them, by a template (makeToken()).
+class ColumnToken : public CommonToken, public OrvCountedObject {
 public:
     ColumnToken() = default;
-    ColumnToken(int number, std::string text, int line)
-        : CommonToken(number, std::move(text), line) {}
+    ColumnToken(int number, std::string_view text, int line) : CommonToken(number, text, line) {}
 
-    /// Makes a token as the lexer recognises it; the caller sets its column and its bytes.
-    OrvCountedPtr<ColumnToken> makeToken(int number, std::string text, int line) const {
-        return OrvCountedPtr<ColumnToken>(new ColumnToken(number, std::move(text), line));
+    /// A new token; the caller sets its column and its bytes.
+    OrvCountedPtr<ColumnToken> makeToken(int number, std::string_view text, int line) const {
+        return OrvCountedPtr<ColumnToken>(new ColumnToken(number, text, line));
     }
+
+    /// Makes this token another one.
+    void become(int number, std::string_view text, int line) { assign(number, text, line); }
 
     /// The column of the first character, counted from 1.
     int getColumn() const { return column_; }

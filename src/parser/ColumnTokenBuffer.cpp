@@ -1,31 +1,24 @@
 #include "parser/ColumnTokenBuffer.h"
 
-#include <utility>
+#include <algorithm>
 
+// One token more than the lookahead: the one that was taken last.
 ColumnTokenBuffer::ColumnTokenBuffer(DLGLexerBase& lexer, std::size_t depth, std::size_t chunk)
-    : lexer_(lexer), depth_(depth), chunk_(chunk) {
-    tokens_.reserve(chunk_ + depth_);
+    : lexer_(lexer), chunk_(std::max<std::size_t>(chunk, 1)), tokens_(depth + 2) {}
+
+void ColumnTokenBuffer::setTemplate(const ColumnToken& tokenTemplate) {
+    std::fill(tokens_.begin(), tokens_.end(), tokenTemplate);
 }
 
-// Makes sure that `count` tokens are at hand; a chunk that is used up is dropped as a whole.
 void ColumnTokenBuffer::fill(std::size_t count) {
-    if (next_ >= chunk_) {
-        tokens_.erase(tokens_.begin(), tokens_.begin() + static_cast<std::ptrdiff_t>(next_));
-        next_ = 0;
+    while (count_ < count) {
+        if (count_ + 1 >= tokens_.size()) {
+            std::rotate(tokens_.begin(), tokens_.begin() + static_cast<std::ptrdiff_t>(first_),
+                        tokens_.end());
+            first_ = 0;
+            tokens_.resize(tokens_.size() + chunk_);
+        }
+        lexer_.readToken(tokens_[place(count_)]);
+        ++count_;
     }
-    while (tokens_.size() - next_ < count) {
-        tokens_.push_back(lexer_.nextToken(*template_));
-    }
-}
-
-const ColumnToken& ColumnTokenBuffer::look(std::size_t ahead) {
-    if (tokens_.size() - next_ < ahead) {
-        fill(ahead);
-    }
-    return *tokens_[next_ + ahead - 1];
-}
-
-TokenPtr ColumnTokenBuffer::take() {
-    look(1);
-    return std::move(tokens_[next_++]);
 }

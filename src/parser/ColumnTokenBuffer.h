@@ -10,34 +10,50 @@
 /// Shows the parser the tokens that come next.
 ///
 /// A token is read from the lexer when somebody looks at it and not before, so that a syntax error
-/// is found before a lexical error behind it. Tokens are kept in chunks; the lookahead depth is
-/// how many of them a new chunk carries over. Borrows the lexer and the template; made on the
-/// stack for one text.
+/// is found before a lexical error behind it. The buffer has a ring of tokens that are used again
+/// and again; it begins with room for the usual lookahead and grows with what is looked at. Borrows
+/// the lexer; made on the stack for one text.
 class ColumnTokenBuffer {
 public:
     static constexpr std::size_t defaultDepth = 1;
     static constexpr std::size_t defaultChunk = 50;
 
+    /// `depth` is the usual lookahead, `chunk` the number of tokens by which the ring grows when
+    /// more are looked at.
     explicit ColumnTokenBuffer(DLGLexerBase& lexer, std::size_t depth = defaultDepth,
                                std::size_t chunk = defaultChunk);
     ColumnTokenBuffer(const ColumnTokenBuffer&) = delete;
     ColumnTokenBuffer& operator=(const ColumnTokenBuffer&) = delete;
 
-    /// Sets the token from which all others are made; it must outlive the buffer's use.
-    void setTemplate(const ColumnToken& tokenTemplate) { template_ = &tokenTemplate; }
+    /// Sets the token of which the ring consists at first.
+    void setTemplate(const ColumnToken& tokenTemplate);
 
-    /// The token `ahead` places on: 1 is the next one. Throws what the lexer throws.
-    const ColumnToken& look(std::size_t ahead);
-    /// Takes the next token.
-    TokenPtr take();
+    /// The token `ahead` places on: 1 is the next one. Throws what the lexer throws. Valid until
+    /// somebody looks further.
+    const ColumnToken& look(std::size_t ahead) {
+        if (count_ < ahead) {
+            fill(ahead);
+        }
+        return tokens_[place(ahead - 1)];
+    }
+    /// Takes the next token, which is valid as one that is looked at.
+    const ColumnToken& take() {
+        const ColumnToken& token = look(1);
+        first_ = place(1);
+        --count_;
+        return token;
+    }
 
 private:
     void fill(std::size_t count);
+    std::size_t place(std::size_t offset) const {
+        const std::size_t place = first_ + offset;
+        return place < tokens_.size() ? place : place - tokens_.size();
+    }
 
     DLGLexerBase& lexer_;
-    const ColumnToken* template_ = nullptr;
-    std::size_t depth_;
     std::size_t chunk_;
-    std::vector<TokenPtr> tokens_;
-    std::size_t next_ = 0;
+    std::vector<ColumnToken> tokens_;  // a ring
+    std::size_t first_ = 0;
+    std::size_t count_ = 0;
 };

@@ -105,14 +105,13 @@ enum State : std::uint8_t {
     PATTERN_RETURN_NEWLINE,
     PATTERN_NEWLINE,
     PATTERN_TEXT,
-    STATE_COUNT,
-    NO_STATE = STATE_COUNT
+    STATE_COUNT
 };
 
-struct Automaton {
-    std::array<std::array<std::uint8_t, 256>, STATE_COUNT> next{};
-    std::array<std::uint8_t, STATE_COUNT> token{};
+static_assert(STATE_COUNT <= DLGAutomaton::maximumStates);
 
+/// The automaton while its table is computed.
+struct Automaton : DLGAutomaton {
     constexpr void on(State from, std::string_view bytes, State to) {
         for (const char byte : bytes) {
             next[from][static_cast<unsigned char>(byte)] = to;
@@ -176,6 +175,7 @@ constexpr void addText(Automaton& automaton) {
         automaton.on(from, bytes, to);
         automaton.token[to] = static_cast<std::uint8_t>(token);
     };
+    automaton.on(BLANK, " \r", BLANK);
     longer(START_TEXT, "`", PATTERN_QUOTE, TOKEN_PATTERN_START);
     longer(EQUAL, ">", DOUBLE_ARROW, TOKEN_DOUBLE_ARROW);
     longer(LESS, ">", NOT_EQUAL, TOKEN_NOT_EQUAL);
@@ -271,14 +271,29 @@ constexpr void addQuotes(Automaton& automaton) {
     addRun(automaton, START_PATTERN, "`\r\n", PATTERN_TEXT, TOKEN_PATTERN_TEXT);
 }
 
+// Operators and numbers are tokens as they stand.
+constexpr DLGAutomaton::Effect effectOf(int token) {
+    if (token == TOKEN_INVALID) {
+        return DLGAutomaton::Effect::invalid;
+    }
+    if (token == TOKEN_BLANK) {
+        return DLGAutomaton::Effect::skip;
+    }
+    const bool isPlain = token >= TOKEN_EQUAL && token <= TOKEN_REAL_LITERAL;
+    return isPlain ? DLGAutomaton::Effect::token : DLGAutomaton::Effect::action;
+}
+
 constexpr Automaton makeAutomaton() {
     Automaton automaton;
     for (auto& row : automaton.next) {
-        row.fill(NO_STATE);
+        row.fill(DLGAutomaton::noState);
     }
     addText(automaton);
     addComment(automaton);
     addQuotes(automaton);
+    for (std::size_t state = 0; state < STATE_COUNT; ++state) {
+        automaton.effect[state] = effectOf(automaton.token[state]);
+    }
     return automaton;
 }
 
@@ -301,19 +316,7 @@ DLGLexer::DLGLexer(DLGStringInput* input, std::size_t bufferSize)
     : DLGLexer(input, bufferSize, std::cerr) {}
 
 DLGLexer::DLGLexer(DLGStringInput* input, std::size_t bufferSize, std::ostream& errorStream)
-    : DLGLexerBase(input, bufferSize, errorStream) {}
-
-int DLGLexer::startState(int mode) const { return mode; }
-
-int DLGLexer::transition(int state, int byte) const {
-    const int next =
-        automaton.next[static_cast<std::size_t>(state)][static_cast<std::size_t>(byte)];
-    return next == NO_STATE ? -1 : next;
-}
-
-int DLGLexer::acceptedToken(int state) const {
-    return automaton.token[static_cast<std::size_t>(state)];
-}
+    : DLGLexerBase(input, bufferSize, errorStream, automaton) {}
 
 DLGLexerBase::Outcome DLGLexer::act(int& number) {
     switch (mode()) {
@@ -341,8 +344,6 @@ DLGLexerBase::Outcome DLGLexer::actAtEnd(int& number) {
 
 DLGLexerBase::Outcome DLGLexer::actInText(int& number) {
     switch (number) {
-        case TOKEN_BLANK:
-            return Outcome::skip;
         case TOKEN_TAB:
             tab();
             return Outcome::skip;
@@ -363,7 +364,7 @@ DLGLexerBase::Outcome DLGLexer::actInText(int& number) {
         case TOKEN_PATTERN_START:
             return openQuotes(MODE_PATTERN);
         case TOKEN_VARIABLE_OR_FUNCTION:
-            number = KeywordTable::instance()->lookup(text());
+            number = KeywordTable::instance()->lookup(lexeme());
             return Outcome::token;
         default:
             return Outcome::token;
@@ -382,19 +383,18 @@ DLGLexerBase::Outcome DLGLexer::actInComment(int number) {
 }
 
 DLGLexerBase::Outcome DLGLexer::openQuotes(int mode) {
-    text().clear();
+    beginText();
     setMode(mode);
     return Outcome::more;
 }
 
 DLGLexerBase::Outcome DLGLexer::closeQuotes() {
-    replaceEnd(1, "");
     setMode(MODE_TEXT);
     return Outcome::token;
 }
 
-DLGLexerBase::Outcome DLGLexer::replaceEscape(const char* replacement) {
-    replaceEnd(2, replacement);
+DLGLexerBase::Outcome DLGLexer::replaceEscape(std::string_view replacement) {
+    appendText(replacement);
     return Outcome::more;
 }
 
@@ -434,6 +434,7 @@ DLGLexerBase::Outcome DLGLexer::actInQuotes(int number) {
         case TOKEN_PATTERN_NEWLINE:
             fail(std::string("Encountered newline (\\n only) in ") + quoteKind(mode()));
         default:
+            appendText(lexeme());
             return Outcome::more;
     }
 }

@@ -15,7 +15,7 @@
 /// completes no token is dropped as DLGLexerBase says.
 class DLGLexer : public DLGLexerBase {
 public:
-    /// The token length for which the driver makes room.
+    /// The token length for which the driver keeps room.
     static constexpr std::size_t defaultBufferSize = 32768;
 
     /// Reports dropped characters on the standard error stream.
@@ -24,9 +24,6 @@ public:
     DLGLexer(DLGStringInput* input, std::size_t bufferSize, std::ostream& errorStream);
 
 protected:
-    int startState(int mode) const override;
-    int transition(int state, int byte) const override;
-    int acceptedToken(int state) const override;
     Outcome act(int& number) override;
     Outcome actAtEnd(int& number) override;
 
@@ -36,7 +33,7 @@ private:
     Outcome actInQuotes(int number);
     Outcome openQuotes(int mode);
     Outcome closeQuotes();
-    Outcome replaceEscape(const char* replacement);
+    Outcome replaceEscape(std::string_view replacement);
 
     int commentLine_ = 0;
     int commentColumn_ = 0;

@@ -3,12 +3,12 @@
 #include "foundation/TextOutput.h"
 #include "support/ParseException.h"
 
-DLGLexerBase::DLGLexerBase(DLGStringInput* input, std::size_t bufferSize, std::ostream& errorStream)
-    : input_(input), errorStream_(errorStream) {
+DLGLexerBase::DLGLexerBase(DLGStringInput* input, std::size_t bufferSize, std::ostream& errorStream,
+                           const DLGAutomaton& automaton)
+    : input_(input), errorStream_(errorStream), automaton_(automaton), bufferSize_(bufferSize) {
     if (input == nullptr) {
         throwLogged(OrvException("No input stream."));
     }
-    text_.reserve(bufferSize);
 }
 
 DLGLexerBase::~DLGLexerBase() = default;
@@ -22,12 +22,8 @@ void DLGLexerBase::setMode(int mode) {
 
 void DLGLexerBase::fail(const std::string& message) const {
     const std::string& sentence = message.empty() ? std::string("Syntax error") : message;
-    throwLogged(ParseException(sentence + " (Text at point of error is \"" + text_ + "\".)", line_,
-                               beginColumn_));
-}
-
-void DLGLexerBase::replaceEnd(std::size_t length, const char* replacement) {
-    text_.replace(text_.size() - length, length, replacement);
+    throwLogged(ParseException(sentence + " (Text at point of error is \"" + textSoFar() + "\".)",
+                               line_, beginColumn_));
 }
 
 void DLGLexerBase::newline() {
@@ -40,31 +36,44 @@ void DLGLexerBase::tab() {
     endColumn_ = (endColumn_ - 1) / tabWidth * tabWidth + tabWidth;
 }
 
+// Of a token that is not complete: what it consists of, the lexeme recognised last included.
+std::string DLGLexerBase::textSoFar() const {
+    std::string text = hasOwnText_ ? text_ : std::string();
+    return text.append(lexeme_);
+}
+
+// In every mode but ordinary text, a token's text is what actions make of it.
 void DLGLexerBase::beginLexeme() {
-    text_.clear();
+    hasOwnText_ = false;
+    if (mode_ != 0) {
+        beginText();
+    }
+    lexeme_ = {};
     beginColumn_ = endColumn_ + 1;
     beginOffset_ = input_->offset();
 }
 
 // Reads while there are transitions; returns the state reached.
-int DLGLexerBase::runAutomaton() {
-    int state = startState(mode_);
-    for (int byte = input_->peek(); byte >= 0; byte = input_->peek()) {
-        const int next = transition(state, byte);
-        if (next < 0) {
-            break;
-        }
-        state = next;
-        text_.push_back(static_cast<char>(byte));
-        input_->advance();
-        ++endColumn_;
+std::size_t DLGLexerBase::runAutomaton() {
+    const auto& next = automaton_.next;
+    auto state = static_cast<std::uint8_t>(mode_);
+    const char* const begin = input_->rest();
+    const char* end = begin;
+    for (std::uint8_t to = next[state][static_cast<unsigned char>(*end)];
+         to != DLGAutomaton::noState; to = next[state][static_cast<unsigned char>(*end)]) {
+        state = to;
+        ++end;
     }
+    const auto length = static_cast<std::size_t>(end - begin);
+    lexeme_ = std::string_view(begin, length);
+    input_->advanceTo(end);
+    endColumn_ += static_cast<int>(length);
     return state;
 }
 
 void DLGLexerBase::reportInvalid(const InvalidToken& invalid) {
     writeText(errorStream_, "invalid token near line " + std::to_string(invalid.line) +
-                                " (text was '" + text_ + "')\n");
+                                " (text was '" + textSoFar() + "')\n");
 }
 
 void DLGLexerBase::dropInvalid() {
@@ -77,14 +86,27 @@ void DLGLexerBase::dropInvalid() {
     }
 }
 
-TokenPtr DLGLexerBase::makeToken(const ColumnToken& tokenTemplate, int number) {
-    TokenPtr token = tokenTemplate.makeToken(number, text_, line_);
-    token->setColumn(beginColumn_);
-    token->setOffsets(beginOffset_, input_->offset());
-    return token;
+DLGLexerBase::Outcome DLGLexerBase::finishLexeme(std::size_t state, int& number) {
+    switch (automaton_.effect[state]) {
+        case DLGAutomaton::Effect::token:
+            return Outcome::token;
+        case DLGAutomaton::Effect::action:
+            return act(number);
+        case DLGAutomaton::Effect::invalid:
+            dropInvalid();
+            return Outcome::skip;
+        case DLGAutomaton::Effect::skip:
+            break;
+    }
+    return Outcome::skip;
 }
 
-TokenPtr DLGLexerBase::nextToken(const ColumnToken& tokenTemplate) {
+// Goes on to the end of the next token; returns its number. The memory of a token that was longer
+// than the buffer is not kept until the end of the text.
+int DLGLexerBase::recognize() {
+    if (text_.capacity() > bufferSize_) {
+        text_ = std::string();
+    }
     Outcome outcome = Outcome::skip;
     int number = TOKEN_INVALID;
     while (outcome != Outcome::token) {
@@ -92,16 +114,31 @@ TokenPtr DLGLexerBase::nextToken(const ColumnToken& tokenTemplate) {
             beginLexeme();
         }
         if (input_->peek() < 0) {
+            lexeme_ = {};
             outcome = actAtEnd(number);
             continue;
         }
-        number = acceptedToken(runAutomaton());
-        if (number == TOKEN_INVALID) {
-            dropInvalid();
-            outcome = Outcome::skip;
-        } else {
-            outcome = act(number);
-        }
+        const std::size_t state = runAutomaton();
+        number = automaton_.token[state];
+        outcome = finishLexeme(state, number);
     }
-    return makeToken(tokenTemplate, number);
+    return number;
+}
+
+void DLGLexerBase::place(ColumnToken& token) const {
+    token.setColumn(beginColumn_);
+    token.setOffsets(beginOffset_, input_->offset());
+}
+
+TokenPtr DLGLexerBase::nextToken(const ColumnToken& tokenTemplate) {
+    const int number = recognize();
+    TokenPtr token = tokenTemplate.makeToken(number, tokenText(), line_);
+    place(*token);
+    return token;
+}
+
+void DLGLexerBase::readToken(ColumnToken& token) {
+    const int number = recognize();
+    token.become(number, tokenText(), line_);
+    place(token);
 }

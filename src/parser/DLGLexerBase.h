@@ -1,9 +1,12 @@
 // The runtime of the lexer: position, token text, the loop that drives an automaton, and errors.
 #pragma once
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <iosfwd>
 #include <string>
+#include <string_view>
 
 #include "parser/ColumnToken.h"
 #include "parser/DLGStringInput.h"
@@ -18,6 +21,21 @@ struct InvalidToken {
     std::size_t stopOffset;  ///< of that character, or of the end of the text
 };
 
+/// A table-driven automaton: for each state and byte the state that follows, and for each state
+/// what is done with the lexeme that ends there. NUL has no transition. Constant data.
+struct DLGAutomaton {
+    static constexpr std::size_t maximumStates = 96;
+    static constexpr std::uint8_t noState = 0xFF;
+
+    /// What becomes of a lexeme: it is no token, the token of the state, nothing, or what the
+    /// lexer's action decides.
+    enum class Effect : std::uint8_t { invalid, token, skip, action };
+
+    std::array<std::array<std::uint8_t, 256>, maximumStates> next{};
+    std::array<std::uint8_t, maximumStates> token{};
+    std::array<Effect, maximumStates> effect{};
+};
+
 /// Runs an automaton over the input, one token a call.
 ///
 /// A token is the longest run of characters that the automaton has transitions for; there is no
@@ -30,14 +48,18 @@ struct InvalidToken {
 class DLGLexerBase {
 public:
     /// Throws OrvException "No input stream." where `input` is null. `bufferSize` is the token
-    /// length, in characters, for which room is made beforehand.
-    DLGLexerBase(DLGStringInput* input, std::size_t bufferSize, std::ostream& errorStream);
+    /// length, in characters, up to which room is kept for the next one. The state in which a
+    /// lexeme of a mode starts has the mode's number.
+    DLGLexerBase(DLGStringInput* input, std::size_t bufferSize, std::ostream& errorStream,
+                 const DLGAutomaton& automaton);
     DLGLexerBase(const DLGLexerBase&) = delete;
     DLGLexerBase& operator=(const DLGLexerBase&) = delete;
     virtual ~DLGLexerBase();
 
     /// The next token, made by `tokenTemplate`; the end of input again and again after the last.
     TokenPtr nextToken(const ColumnToken& tokenTemplate);
+    /// Makes `token` the next token.
+    void readToken(ColumnToken& token);
 
     /// How many invalid tokens were dropped.
     int lexicalErrorCount() const { return lexicalErrorCount_; }
@@ -52,20 +74,15 @@ public:
     std::size_t beginOffset() const { return beginOffset_; }
 
 protected:
-    /// What an action decides about the lexeme that was recognised.
+    /// What an action decides about the lexeme that was recognised: it ends a token, it is nothing,
+    /// or the token goes on behind it.
     enum class Outcome { token, skip, more };
 
     static constexpr int modeCount = 5;
 
-    /// The state in which a lexeme of the mode starts.
-    virtual int startState(int mode) const = 0;
-    /// The state after reading `byte` in `state`; negative where there is no transition.
-    virtual int transition(int state, int byte) const = 0;
     /// Runs the action of the state at which the automaton stopped, for a state that has one;
     /// `number` is the token to return, and may be changed.
     virtual Outcome act(int& number) = 0;
-    /// The number of the token that a state accepts; TOKEN_INVALID for none.
-    virtual int acceptedToken(int state) const = 0;
     /// Runs the action of the end of the input, met where a lexeme would start.
     virtual Outcome actAtEnd(int& number) = 0;
 
@@ -77,23 +94,35 @@ protected:
     [[noreturn]] void fail(const std::string& message) const;
 
     // What actions work on.
-    std::string& text() { return text_; }
-    const std::string& text() const { return text_; }
-    /// Puts `replacement` in place of the last `length` characters of the text.
-    void replaceEnd(std::size_t length, const char* replacement);
+    /// What the automaton recognised last, as it stands in the input.
+    std::string_view lexeme() const { return lexeme_; }
+    /// From here on, the text of the token is what actions append to it, and nothing else.
+    void beginText() {
+        text_.clear();
+        hasOwnText_ = true;
+    }
+    void appendText(std::string_view text) { text_.append(text); }
     /// Counts a line feed that was read, or a tab: the next column is a tab stop's.
     void newline();
     void tab();
 
 private:
     void beginLexeme();
-    int runAutomaton();
+    std::size_t runAutomaton();
+    Outcome finishLexeme(std::size_t state, int& number);
     void dropInvalid();
-    TokenPtr makeToken(const ColumnToken& tokenTemplate, int number);
+    int recognize();
+    std::string_view tokenText() const { return hasOwnText_ ? text_ : lexeme_; }
+    std::string textSoFar() const;
+    void place(ColumnToken& token) const;
 
     DLGStringInput* input_;
     std::ostream& errorStream_;
+    const DLGAutomaton& automaton_;
+    std::size_t bufferSize_;
+    std::string_view lexeme_;
     std::string text_;
+    bool hasOwnText_ = false;
     int mode_ = 0;
     int line_ = 1;
     int endColumn_ = 0;

@@ -13,6 +13,11 @@ public:
     /// Takes the byte that peek() shows, which is not the end.
     void advance() { ++next_; }
 
+    /// The byte that comes next, with the rest of the text and its NUL behind it.
+    const char* rest() const { return next_; }
+    /// Takes all bytes before `rest`, which is a place in the rest of the text.
+    void advanceTo(const char* rest) { next_ = rest; }
+
     /// How many bytes were taken.
     std::size_t offset() const { return static_cast<std::size_t>(next_ - start_); }
 

@@ -30,6 +30,11 @@ constexpr std::array<KeywordTable::Entry, 27> keywords = {{
 KeywordTable::KeywordTable() : entries_(keywords.begin(), keywords.end()) {
     std::sort(entries_.begin(), entries_.end(),
               [](const Entry& left, const Entry& right) { return left.word < right.word; });
+    firstOf_.fill(static_cast<std::uint8_t>(entries_.size()));
+    for (std::size_t i = entries_.size(); i > 0; --i) {
+        firstOf_[static_cast<unsigned char>(entries_[i - 1].word.front())] =
+            static_cast<std::uint8_t>(i - 1);
+    }
 }
 
 const OrvCountedPtr<KeywordTable>& KeywordTable::instance() {
@@ -39,9 +44,12 @@ const OrvCountedPtr<KeywordTable>& KeywordTable::instance() {
 }
 
 int KeywordTable::lookup(std::string_view word) const {
-    const auto found = std::lower_bound(
-        entries_.begin(), entries_.end(), word,
-        [](const Entry& entry, std::string_view wanted) { return entry.word < wanted; });
-    return found != entries_.end() && found->word == word ? found->tokenNumber
-                                                          : TOKEN_VARIABLE_OR_FUNCTION;
+    const unsigned char begin = word.empty() ? 0 : static_cast<unsigned char>(word.front());
+    for (std::size_t i = firstOf_[begin];
+         i < entries_.size() && entries_[i].word.front() == word.front(); ++i) {
+        if (entries_[i].word == word) {
+            return entries_[i].tokenNumber;
+        }
+    }
+    return TOKEN_VARIABLE_OR_FUNCTION;
 }

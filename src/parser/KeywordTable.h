@@ -1,6 +1,8 @@
 // The words of the language that are no identifiers.
 #pragma once
 
+#include <array>
+#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -27,4 +29,5 @@ public:
 
 private:
     std::vector<Entry> entries_;
+    std::array<std::uint8_t, 256> firstOf_{};  // where the words that begin with a byte begin
 };

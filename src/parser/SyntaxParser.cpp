@@ -92,7 +92,7 @@ bool canBeginPrimary(int tokenNumber) {
 }  // namespace
 
 SyntaxParser::SyntaxParser(ColumnTokenBuffer& buffer, ExprParserDialogs& dialogs)
-    : buffer_(buffer), dialogs_(dialogs) {}
+    : buffer_(buffer), dialogs_(dialogs), stackLimit_(OrvStack::limit()) {}
 
 void SyntaxParser::init() {
     depth_ = 0;
@@ -144,15 +144,15 @@ SyntaxParser::Position SyntaxParser::position() {
     return {look().getLine(), look().getColumn(), look().getOffset()};
 }
 
-TokenPtr SyntaxParser::take() {
-    TokenPtr token = buffer_.take();
-    lastEnd_ = token->getEndOffset();
+const ColumnToken& SyntaxParser::take() {
+    const ColumnToken& token = buffer_.take();
+    lastEnd_ = token.getEndOffset();
     return token;
 }
 
 SyntaxParser::Position SyntaxParser::skip() {
-    const TokenPtr token = take();
-    return {token->getLine(), token->getColumn(), token->getOffset()};
+    const ColumnToken& token = take();
+    return {token.getLine(), token.getColumn(), token.getOffset()};
 }
 
 SyntaxParser::Position SyntaxParser::expect(int tokenNumber, bool afterOperand) {
@@ -170,11 +170,11 @@ std::string SyntaxParser::identifier() {
     if (!isNext(TOKEN_VARIABLE_OR_FUNCTION)) {
         fail("a name");
     }
-    return take()->getText();
+    return take().getText();
 }
 
 void SyntaxParser::enterLevel() {
-    if (++depth_ > maximumDepth || !OrvStack::hasRoom()) {
+    if (++depth_ > maximumDepth || OrvStack::isBelow(stackLimit_)) {
         const Position here = position();
         throwLogged(ParseException("Expression is nested too deeply.", here.line, here.column));
     }
@@ -441,7 +441,9 @@ ExpressionPtr SyntaxParser::parentheses() {
         first->setSpan(spanFrom(at.offset, {inner.line, inner.column, inner.offset}));
         return first;
     }
-    std::vector<ExpressionPtr> elements{first};
+    std::vector<ExpressionPtr> elements;
+    elements.reserve(2);
+    elements.push_back(first);
     while (isNext(TOKEN_COMMA)) {
         skip();
         elements.push_back(expression());
@@ -462,21 +464,21 @@ ExpressionPtr SyntaxParser::constant() {
         return realLiteral();
     }
     const Position at = position();
-    const TokenPtr token = take();
-    switch (token->getNumber()) {
+    const ColumnToken& token = take();
+    switch (token.getNumber()) {
         case TOKEN_STRING_LITERAL:
-            return makeNode<StringConstantNode>(at, token->getText());
+            return makeNode<StringConstantNode>(at, token.getText());
         case TOKEN_REGULAR_EXPRESSION:
-            return makeNode<RegExpConstantNode>(at, token->getText());
+            return makeNode<RegExpConstantNode>(at, token.getText());
         default:
-            return makeNode<BooleanConstantNode>(at, token->getNumber() == TOKEN_TRUE);
+            return makeNode<BooleanConstantNode>(at, token.getNumber() == TOKEN_TRUE);
     }
 }
 
 ExpressionPtr SyntaxParser::integerLiteral() {
     const Position at = position();
-    const TokenPtr token = take();
-    const std::string& digits = token->getText();
+    const ColumnToken& token = take();
+    const std::string& digits = token.getText();
     std::int32_t value = 0;
     const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
     if (result.ec != std::errc()) {
@@ -489,8 +491,8 @@ ExpressionPtr SyntaxParser::integerLiteral() {
 
 ExpressionPtr SyntaxParser::realLiteral() {
     const Position at = position();
-    const TokenPtr token = take();
-    const std::string& digits = token->getText();
+    const ColumnToken& token = take();
+    const std::string& digits = token.getText();
     double value = 0.0;
     const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
     // Out of range is too large, unless nothing but zeros stands before the point.
@@ -506,7 +508,9 @@ ExpressionPtr SyntaxParser::attribute() {
     const Position at = skip();
     const Position nameAt = position();
     const auto name = makeNode<StringConstantNode>(nameAt, identifier());
-    std::vector<ExpressionPtr> elements{name};
+    std::vector<ExpressionPtr> elements;
+    elements.reserve(2);
+    elements.push_back(name);
     if (isNext(TOKEN_OF)) {
         skip();
         elements.push_back(nestedPrimary());
@@ -521,7 +525,7 @@ ExpressionPtr SyntaxParser::attribute() {
 
 ExpressionPtr SyntaxParser::application() {
     const Position at = position();
-    const std::string name = take()->getText();
+    const std::string name = take().getText();
     const ExpressionPtr argument = nestedPrimary();
     return makeNode<ApplicationExpressionNode>(at, name, argument);
 }
@@ -585,7 +589,7 @@ ExpressionPtr SyntaxParser::path() {
 // anchor: "this" | "current" | "model" | NAME
 ExpressionPtr SyntaxParser::anchoredPath() {
     const Position at = position();
-    const std::string anchor = take()->getText();
+    const std::string anchor = take().getText();
     if (!isNext(TOKEN_ARROW)) {
         return makeNode<PathNode>(at, anchor);
     }
@@ -693,7 +697,7 @@ SyntaxParser::Chain SyntaxParser::definition() {
         fail("an association name in brackets");
     }
     const Position nameAt = position();
-    const auto node = makeNode<DefinitionAssociationNode>(at, take()->getText());
+    const auto node = makeNode<DefinitionAssociationNode>(at, take().getText());
     node->setNameSpan(spanFrom(nameAt.offset, nameAt));
     node->setLabel(label);
     node->setAddToResult(addToResult);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <initializer_list>
 #include <iosfwd>
 #include <string>
@@ -114,7 +115,7 @@ private:
     [[noreturn]] void failAfterOperand(const std::string& expected);
     [[noreturn]] void fail(const std::string& expected, const std::string& hint = {});
 
-    TokenPtr take();
+    const ColumnToken& take();
     /// A node at `position`, of all that was taken since then.
     template <class Node, class... Fields>
     OrvCountedPtr<Node> makeNode(Position position, Fields&&... fields);
@@ -127,5 +128,6 @@ private:
     ColumnTokenBuffer& buffer_;
     ExprParserDialogs& dialogs_;
     std::size_t lastEnd_ = 0;  // where the token ended that was taken last
+    std::uintptr_t stackLimit_;
     int depth_ = 0;
 };

@@ -4,7 +4,9 @@
 // equality of the domain with the type of the argument, and by nothing else.
 #include "typecheck/ASTTypeCheckVisitor.h"
 
+#include <algorithm>
 #include <array>
+#include <span>
 
 #include "ast/LeftSpine.h"
 #include "foundation/OrvConverter.h"
@@ -32,12 +34,6 @@ bool isArithmeticType(const TypePtr& type) {
 
 bool isNumericType(const TypePtr& type) { return Type::isInteger(type) || Type::isReal(type); }
 
-OrvCountedPtr<SymbolFilter> filterFor(SymbolKind kind) {
-    OrvCountedPtr<SymbolFilter> filter(new SymbolFilter(0));
-    filter->addKind(kind);
-    return filter;
-}
-
 const std::string& operatorName(RelationalOperator op) {
     static const std::array<std::string, 8> names = {
         "operator=", "operator<>", "operator~=", "operator~<>",
@@ -45,14 +41,41 @@ const std::string& operatorName(RelationalOperator op) {
     return names[static_cast<std::size_t>(op)];
 }
 
-OrvCountedPtr<TEFunction> functionType(const SymbolPtr& symbol) {
-    return OrvConverter<TEFunction, TypeExpression>::toCounted(symbol->getType());
+const TEFunction& functionType(const SymbolPtr& symbol) {
+    return static_cast<const TEFunction&>(*symbol->getType());
+}
+
+/// The types of the arguments of a call.
+using Arguments = std::span<const TypePtr>;
+
+// Several arguments are one product.
+bool isDomain(const TypePtr& domain, Arguments arguments) {
+    if (arguments.size() == 1) {
+        return Type::areEqual(domain, arguments.front());
+    }
+    if (!TEProduct::classof(*domain)) {
+        return false;
+    }
+    const auto& components = static_cast<const TEProduct&>(*domain).components();
+    return std::equal(components.begin(), components.end(), arguments.begin(), arguments.end(),
+                      &Type::areEqual);
+}
+
+// The overload for these arguments, or an empty pointer.
+OrvCountedPtr<FunctionSymbol> chooseOverload(SymbolView candidates, Arguments arguments) {
+    for (; !candidates.empty(); candidates = candidates.rest()) {
+        if (isDomain(functionType(candidates.front()).getDomain(), arguments)) {
+            return OrvConverter<FunctionSymbol, Symbol>::toCounted(candidates.front());
+        }
+    }
+    return {};
 }
 
 // The end of a message about an overload that does not exist: the overloads that do, a line each.
-std::string listed(const std::vector<SymbolPtr>& candidates) {
+std::string listed(SymbolView candidates) {
     std::string text = "\nThese are the existing declarations:\n";
-    for (const SymbolPtr& candidate : candidates) {
+    for (; !candidates.empty(); candidates = candidates.rest()) {
+        const SymbolPtr& candidate = candidates.front();
         text += "\t" + candidate->getName() + " : " + printedType(candidate->getType()) + "\n";
     }
     return text;
@@ -63,12 +86,10 @@ std::string listed(const std::vector<SymbolPtr>& candidates) {
 ASTTypeCheckVisitor::ASTTypeCheckVisitor(ExprParserDialogs& dialogs,
                                          const OrvCountedPtr<NameSpace>& nameSpace,
                                          const TypeRequirement& requirement)
-    : dialogs_(dialogs),
-      nameSpace_(nameSpace),
-      requirement_(requirement),
-      functions_(filterFor(SymbolKind::function)),
-      variables_(filterFor(SymbolKind::variable)),
-      labels_(filterFor(SymbolKind::label)) {}
+    : dialogs_(dialogs), nameSpace_(nameSpace), requirement_(requirement) {
+    constexpr std::size_t usualDepth = 16;
+    typeStack_.reserve(usualDepth);
+}
 
 // ---------------------------------------------------------------- messages and types
 
@@ -124,21 +145,6 @@ TypePtr ASTTypeCheckVisitor::check(ASTNode& node, TypeTest test, const char* mes
     TypePtr type = typeOf(node);
     demand(node, type, test, message);
     return type;
-}
-
-std::vector<SymbolPtr> ASTTypeCheckVisitor::resolve(const ASTNode& node, const std::string& name,
-                                                    const SymbolFilterPtr& filter) const {
-    return nameSpace_->getResolver(node)->resolve(name, filter);
-}
-
-OrvCountedPtr<FunctionSymbol> ASTTypeCheckVisitor::chooseOverload(
-    const std::vector<SymbolPtr>& candidates, const TypePtr& domain) {
-    for (const SymbolPtr& candidate : candidates) {
-        if (functionType(candidate)->getDomain()->equals(domain)) {
-            return OrvConverter<FunctionSymbol, Symbol>::toCounted(candidate);
-        }
-    }
-    return {};
 }
 
 // ---------------------------------------------------------------- the whole expression
@@ -214,7 +220,7 @@ TypePtr ASTTypeCheckVisitor::checkArithmetic(const BinaryExpressionNode& node, c
     if (!isLeftFine || !isRightFine || Type::isTypeError(left) || Type::isTypeError(right)) {
         return Type::typeError();
     }
-    if (!left->equals(right)) {
+    if (!Type::areEqual(left, right)) {
         reportDisagreement(node, "The types of the operands of an arithmetic operator must agree",
                            "lhs", left, "rhs", right);
         return Type::typeError();
@@ -244,11 +250,9 @@ void ASTTypeCheckVisitor::visitRelationalExpression(RelationalExpressionNode& no
     if (Type::isTypeError(left) || Type::isTypeError(right)) {
         return;
     }
-    const OrvCountedPtr<TEProduct> operands(new TEProduct);
-    operands->addComponent(left);
-    operands->addComponent(right);
+    const std::array<TypePtr, 2> operands = {left, right};
     const std::string& name = operatorName(node.getOp());
-    const std::vector<SymbolPtr> candidates = resolve(node, name, functions_);
+    const SymbolView candidates = nameSpace_->find(node, name, SymbolKind::function);
     const OrvCountedPtr<FunctionSymbol> chosen = chooseOverload(candidates, operands);
     if (chosen) {
         node.setResolvedFunction(chosen);
@@ -261,23 +265,62 @@ void ASTTypeCheckVisitor::visitRelationalExpression(RelationalExpressionNode& no
 }
 
 void ASTTypeCheckVisitor::visitApplicationExpression(ApplicationExpressionNode& node) {
-    const TypePtr argument = typeOf(*node.getExpr());
-    const std::vector<SymbolPtr> candidates = resolve(node, node.getName(), functions_);
+    const std::size_t first = typeStack_.size();
+    const bool isTyped = pushArguments(*node.getExpr());
+    const SymbolView candidates = nameSpace_->find(node, node.getName(), SymbolKind::function);
+    TypePtr result = Type::typeError();
     if (candidates.empty()) {
         reportError(node, "Function " + node.getName() + " is not defined.");
-    } else if (!Type::isTypeError(argument)) {
-        const OrvCountedPtr<FunctionSymbol> chosen = chooseOverload(candidates, argument);
+    } else if (isTyped) {
+        const OrvCountedPtr<FunctionSymbol> chosen =
+            chooseOverload(candidates, Arguments(typeStack_).subspan(first));
         if (chosen) {
             node.setResolvedFunction(chosen);
-            push(functionType(chosen)->getRange());
-            return;
+            result = functionType(chosen).getRange();
+        } else {
+            reportNoOverload(node, candidates, first);
         }
-        report(node, [&] {
-            return "There is no function " + node.getName() + " that takes {" +
-                   printedType(argument) + "}." + listed(candidates);
-        });
     }
-    push(Type::typeError());
+    typeStack_.resize(first);
+    push(result);
+}
+
+void ASTTypeCheckVisitor::reportNoOverload(const ApplicationExpressionNode& node,
+                                           SymbolView candidates, std::size_t first) {
+    report(node, [&] {
+        const bool isOne = typeStack_.size() == first + 1;
+        return "There is no function " + node.getName() + " that takes {" +
+               printedType(isOne ? typeStack_.back() : product(first)) + "}." + listed(candidates);
+    });
+}
+
+// Pushes the type of the argument, or of each element of a tuple; returns false if one failed.
+bool ASTTypeCheckVisitor::pushArguments(ExpressionNode& argument) {
+    if (argument.getExpressionKind() == ExpressionKind::tupleExpression) {
+        checkVisitDepth(argument);
+        return pushElements(static_cast<TupleExpressionNode&>(argument));
+    }
+    push(typeOf(argument));
+    return !Type::isTypeError(typeStack_.back());
+}
+
+bool ASTTypeCheckVisitor::pushElements(TupleExpressionNode& tuple) {
+    for (const ExpressionPtr& element : tuple.getElements()) {
+        push(typeOf(*element));
+        if (Type::isTypeError(typeStack_.back())) {
+            return false;
+        }
+    }
+    return true;
+}
+
+// The product of the types from the one numbered `first` on.
+TypePtr ASTTypeCheckVisitor::product(std::size_t first) const {
+    const OrvCountedPtr<TEProduct> product(new TEProduct);
+    for (const TypePtr& type : Arguments(typeStack_).subspan(first)) {
+        product->addComponent(type);
+    }
+    return product;
 }
 
 // ---------------------------------------------------------------- iterations
@@ -351,7 +394,7 @@ void ASTTypeCheckVisitor::visitIfExpression(IfExpressionNode& node) {
                                    "collection} or {string collection}");
     if (!isValueType(thenType) || !isValueType(elseType)) {
         push(Type::typeError());
-    } else if (thenType->equals(elseType)) {
+    } else if (Type::areEqual(thenType, elseType)) {
         node.setResultType(thenType);
         push(thenType);
     } else {
@@ -363,16 +406,10 @@ void ASTTypeCheckVisitor::visitIfExpression(IfExpressionNode& node) {
 }
 
 void ASTTypeCheckVisitor::visitTupleExpression(TupleExpressionNode& node) {
-    const OrvCountedPtr<TEProduct> product(new TEProduct);
-    for (const ExpressionPtr& element : node.getElements()) {
-        const TypePtr type = typeOf(*element);
-        if (Type::isTypeError(type)) {
-            push(type);
-            return;
-        }
-        product->addComponent(type);
-    }
-    push(product);
+    const std::size_t first = typeStack_.size();
+    const TypePtr type = pushElements(node) ? product(first) : Type::typeError();
+    typeStack_.resize(first);
+    push(type);
 }
 
 void ASTTypeCheckVisitor::visitUnitExpression(UnitExpressionNode& /*node*/) {
@@ -419,8 +456,8 @@ void ASTTypeCheckVisitor::visitPath(PathNode& node) {
 
 // Binds the anchor to its variable; the type of what cannot be bound is the error type.
 TypePtr ASTTypeCheckVisitor::checkAnchor(PathNode& node) {
-    const std::vector<SymbolPtr> found = resolve(node, node.getAnchor(), variables_);
-    if (found.size() != 1) {
+    const SymbolView found = nameSpace_->find(node, node.getAnchor(), SymbolKind::variable);
+    if (!found.isSingle()) {
         reportError(node, "Variable " + node.getAnchor() +
                               (found.empty() ? " doesn't exist." : " is multiply defined."));
         return Type::typeError();
@@ -437,8 +474,8 @@ TypePtr ASTTypeCheckVisitor::checkAnchor(PathNode& node) {
 // A label that is declared by a step which is not reached from here otherwise (one that stands
 // behind a reference) has its step checked now: code generation will follow it.
 void ASTTypeCheckVisitor::visitReferenceAssociation(ReferenceAssociationNode& node) {
-    const std::vector<SymbolPtr> found = resolve(node, node.getName(), labels_);
-    if (found.size() == 1) {
+    const SymbolView found = nameSpace_->find(node, node.getName(), SymbolKind::label);
+    if (found.isSingle()) {
         const auto label = OrvConverter<LabelSymbol, Symbol>::toCounted(found.front());
         node.setLabelSymbol(label);
         typeOf(label->getDeclaration());
@@ -450,8 +487,8 @@ void ASTTypeCheckVisitor::visitReferenceAssociation(ReferenceAssociationNode& no
 }
 
 void ASTTypeCheckVisitor::checkLabel(DefinitionAssociationNode& node) {
-    const std::vector<SymbolPtr> found = resolve(node, node.getLabel(), labels_);
-    if (found.size() == 1) {
+    const SymbolView found = nameSpace_->find(node, node.getLabel(), SymbolKind::label);
+    if (found.isSingle()) {
         node.setLabelSymbol(OrvConverter<LabelSymbol, Symbol>::toCounted(found.front()));
     } else {
         reportError(node, "Label " + node.getLabel() + " is multiply defined.");

@@ -1,10 +1,10 @@
 // The type checker: the walk that types every expression and binds every name.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <unordered_set>
-#include <vector>
 
 #include "api/ExprParserDialogs.h"
 #include "api/TypeRequirement.h"
@@ -60,7 +60,6 @@ public:
 
 private:
     using TypeTest = bool (*)(const TypePtr&);
-    using SymbolFilterPtr = OrvCountedPtr<SymbolFilter>;
 
     template <class BuildMessage>
     void report(const ASTNode& node, const BuildMessage& buildMessage);
@@ -85,19 +84,17 @@ private:
     void checkLabel(DefinitionAssociationNode& node);
     TypePtr checkAnchor(PathNode& node);
 
-    std::vector<SymbolPtr> resolve(const ASTNode& node, const std::string& name,
-                                   const SymbolFilterPtr& filter) const;
-    static OrvCountedPtr<FunctionSymbol> chooseOverload(const std::vector<SymbolPtr>& candidates,
-                                                        const TypePtr& domain);
+    bool pushArguments(ExpressionNode& argument);
+    bool pushElements(TupleExpressionNode& tuple);
+    TypePtr product(std::size_t first) const;
+    void reportNoOverload(const ApplicationExpressionNode& node, SymbolView candidates,
+                          std::size_t first);
 
     ExprParserDialogs& dialogs_;
     OrvCountedPtr<NameSpace> nameSpace_;
     const TypeRequirement& requirement_;
     LetVariableUsage letVariableUsage_;
     std::int32_t errorCount_ = 0;
-    std::vector<TypePtr> typeStack_;
-    SymbolFilterPtr functions_;
-    SymbolFilterPtr variables_;
-    SymbolFilterPtr labels_;
+    OrvPoolVector<TypePtr> typeStack_;
     std::unordered_set<const ASTNode*> checkedSteps_;
 };

@@ -61,22 +61,20 @@ bool TEBaseType::equals(const TypePtr& other) const {
 
 bool TECollection::equals(const TypePtr& other) const {
     const TECollection* const collection = as<TECollection>(other);
-    return collection != nullptr && elementType_->equals(collection->elementType_);
+    return collection != nullptr && areEqual(elementType_, collection->elementType_);
 }
 
 bool TEProduct::equals(const TypePtr& other) const {
     const TEProduct* const product = as<TEProduct>(other);
     return product != nullptr &&
            std::equal(components_.begin(), components_.end(), product->components_.begin(),
-                      product->components_.end(), [](const TypePtr& left, const TypePtr& right) {
-                          return left->equals(right);
-                      });
+                      product->components_.end(), &TypeExpression::areEqual);
 }
 
 bool TEFunction::equals(const TypePtr& other) const {
     const TEFunction* const function = as<TEFunction>(other);
-    return function != nullptr && domain_->equals(function->domain_) &&
-           range_->equals(function->range_);
+    return function != nullptr && areEqual(domain_, function->domain_) &&
+           areEqual(range_, function->range_);
 }
 
 void TETypeError::accept(TypeExpressionVisitor& visitor) const { visitor.visitTypeError(*this); }
@@ -106,21 +104,4 @@ const TypePtr& TypeExpression::objectCollectionType() {
 const TypePtr& TypeExpression::stringCollectionType() {
     static const TypePtr type = pinType(makeCollection(BaseTypeKind::string));
     return type;
-}
-
-bool TypeExpression::isTypeError(const TypePtr& type) { return typeError()->equals(type); }
-bool TypeExpression::isBoolean(const TypePtr& type) { return booleanType()->equals(type); }
-bool TypeExpression::isRegexp(const TypePtr& type) { return regexpType()->equals(type); }
-bool TypeExpression::isString(const TypePtr& type) { return stringType()->equals(type); }
-bool TypeExpression::isInteger(const TypePtr& type) { return integerType()->equals(type); }
-bool TypeExpression::isReal(const TypePtr& type) { return realType()->equals(type); }
-bool TypeExpression::isObject(const TypePtr& type) { return objectType()->equals(type); }
-bool TypeExpression::isUnit(const TypePtr& type) { return unitType()->equals(type); }
-
-bool TypeExpression::isObjectCollection(const TypePtr& type) {
-    return objectCollectionType()->equals(type);
-}
-
-bool TypeExpression::isStringCollection(const TypePtr& type) {
-    return stringCollectionType()->equals(type);
 }

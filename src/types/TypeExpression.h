@@ -36,7 +36,7 @@ enum class BaseTypeKind : std::uint32_t {
 ///
 /// The ten types that the language uses most are shared by the whole process: each is made on
 /// first use, pinned, and may be used by any number of threads.
-class TypeExpression {
+class TypeExpression : public OrvCountedObject {
 public:
     TypeExpression(const TypeExpression&) = delete;
     TypeExpression& operator=(const TypeExpression&) = delete;
@@ -60,22 +60,51 @@ public:
     static const OrvCountedPtr<TypeExpression>& objectCollectionType();
     static const OrvCountedPtr<TypeExpression>& stringCollectionType();
 
+    /// True when both are one type: the same object, or two of the same structure.
+    static bool areEqual(const OrvCountedPtr<TypeExpression>& left,
+                         const OrvCountedPtr<TypeExpression>& right) {
+        return left == right || left->equals(right);
+    }
+
     /// Whether a type equals the canonical instance, wherever it was made.
-    static bool isTypeError(const OrvCountedPtr<TypeExpression>& type);
-    static bool isBoolean(const OrvCountedPtr<TypeExpression>& type);
-    static bool isRegexp(const OrvCountedPtr<TypeExpression>& type);
-    static bool isString(const OrvCountedPtr<TypeExpression>& type);
-    static bool isInteger(const OrvCountedPtr<TypeExpression>& type);
-    static bool isReal(const OrvCountedPtr<TypeExpression>& type);
-    static bool isObject(const OrvCountedPtr<TypeExpression>& type);
-    static bool isUnit(const OrvCountedPtr<TypeExpression>& type);
-    static bool isObjectCollection(const OrvCountedPtr<TypeExpression>& type);
-    static bool isStringCollection(const OrvCountedPtr<TypeExpression>& type);
+    static bool isTypeError(const OrvCountedPtr<TypeExpression>& type) {
+        return type->getTypeKind() == TypeKind::typeError;
+    }
+    static bool isBoolean(const OrvCountedPtr<TypeExpression>& type) {
+        return isBase(type, BaseTypeKind::boolean);
+    }
+    static bool isRegexp(const OrvCountedPtr<TypeExpression>& type) {
+        return isBase(type, BaseTypeKind::regexp);
+    }
+    static bool isString(const OrvCountedPtr<TypeExpression>& type) {
+        return isBase(type, BaseTypeKind::string);
+    }
+    static bool isInteger(const OrvCountedPtr<TypeExpression>& type) {
+        return isBase(type, BaseTypeKind::integer);
+    }
+    static bool isReal(const OrvCountedPtr<TypeExpression>& type) {
+        return isBase(type, BaseTypeKind::real);
+    }
+    static bool isObject(const OrvCountedPtr<TypeExpression>& type) {
+        return isBase(type, BaseTypeKind::object);
+    }
+    static bool isUnit(const OrvCountedPtr<TypeExpression>& type) {
+        return isBase(type, BaseTypeKind::unit);
+    }
+    static bool isObjectCollection(const OrvCountedPtr<TypeExpression>& type) {
+        return isCollectionOf(type, BaseTypeKind::object);
+    }
+    static bool isStringCollection(const OrvCountedPtr<TypeExpression>& type) {
+        return isCollectionOf(type, BaseTypeKind::string);
+    }
 
 protected:
     explicit TypeExpression(TypeKind typeKind) : typeKind_(typeKind) {}
 
 private:
+    static bool isBase(const OrvCountedPtr<TypeExpression>& type, BaseTypeKind kind);
+    static bool isCollectionOf(const OrvCountedPtr<TypeExpression>& type, BaseTypeKind kind);
+
     TypeKind typeKind_;
 };
 
@@ -123,6 +152,16 @@ private:
     TypePtr elementType_;
 };
 
+inline bool TypeExpression::isBase(const TypePtr& type, BaseTypeKind kind) {
+    return TEBaseType::classof(*type) &&
+           static_cast<const TEBaseType&>(*type).getBaseKind() == kind;
+}
+
+inline bool TypeExpression::isCollectionOf(const TypePtr& type, BaseTypeKind kind) {
+    return TECollection::classof(*type) &&
+           isBase(static_cast<const TECollection&>(*type).getElementType(), kind);
+}
+
 /// The type of a tuple, and the domain of a function of several arguments. Components are added
 /// while it is built, before it is shared.
 class TEProduct : public TypeExpression {
@@ -133,6 +172,7 @@ public:
 
     void addComponent(const TypePtr& component) { components_.push_back(component); }
     std::size_t size() const { return components_.size(); }
+    const std::vector<TypePtr>& components() const { return components_; }
     /// The component at `index`, from 0; throws std::out_of_range past the last one.
     const TypePtr& component(std::size_t index) const { return components_.at(index); }
     static bool classof(const TypeExpression& type) {

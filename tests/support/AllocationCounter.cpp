@@ -5,11 +5,15 @@
 #include <cstdlib>
 #include <new>
 
+#include "foundation/OrvMemoryPool.h"
 #include "rw/RWCRegexp.h"
 
 namespace {
 
 std::atomic<std::ptrdiff_t> liveAllocations{0};
+
+// Runs before any test does.
+[[maybe_unused]] const bool isPoolOff = (OrvMemoryPool::setLimit(0), true);
 
 // How many allocations of this thread succeed until one fails; negative for all.
 thread_local long untilFailure = -1;

@@ -1,0 +1,70 @@
+// What the memory pool keeps and gives back.
+#include "foundation/OrvMemoryPool.h"
+
+#include <gtest/gtest.h>
+
+#include <cstddef>
+#include <thread>
+#include <vector>
+
+#include "support/AllocationCounter.h"
+
+namespace {
+
+constexpr std::size_t size = 64;
+constexpr std::size_t pieces = 100;
+
+/// Has the pool keep so many pieces, and nothing again afterwards.
+class Limit {
+public:
+    explicit Limit(std::size_t kept) { OrvMemoryPool::setLimit(kept * size); }
+    Limit(const Limit&) = delete;
+    Limit& operator=(const Limit&) = delete;
+    ~Limit() { OrvMemoryPool::setLimit(0); }
+};
+
+std::vector<void*> take() {
+    std::vector<void*> taken;
+    for (std::size_t i = 0; i < pieces; ++i) {
+        taken.push_back(OrvMemoryPool::allocate(size));
+    }
+    return taken;
+}
+
+void giveBack(const std::vector<void*>& taken) {
+    for (void* const piece : taken) {
+        OrvMemoryPool::deallocate(piece, size);
+    }
+}
+
+// What this thread has kept of all that it gave back: the pool's own list is one allocation more.
+std::ptrdiff_t keptOf(std::size_t limit) {
+    const std::vector<void*> taken = take();
+    const std::ptrdiff_t before = AllocationCounter::live();
+    const Limit limited(limit);
+    giveBack(taken);
+    return AllocationCounter::live() - before + static_cast<std::ptrdiff_t>(pieces);
+}
+
+TEST(MemoryPool, KeepsNoMoreThanItsLimit) {
+    EXPECT_EQ(keptOf(0), 0);
+    std::thread([] { EXPECT_EQ(keptOf(10), 11); }).join();
+    std::thread([] { EXPECT_EQ(keptOf(pieces), static_cast<std::ptrdiff_t>(pieces) + 1); }).join();
+}
+
+TEST(MemoryPool, GivesAPieceAgainAndBackWithItsThread) {
+    const std::vector<void*> taken = take();
+    const Limit limited(pieces);
+    const std::ptrdiff_t before = AllocationCounter::live();
+    std::thread([&taken] {
+        giveBack(taken);  // by a thread that did not take them
+        const std::ptrdiff_t kept = AllocationCounter::live();
+        void* const again = OrvMemoryPool::allocate(size);
+        EXPECT_EQ(again, taken.back());
+        EXPECT_EQ(AllocationCounter::live(), kept);
+        OrvMemoryPool::deallocate(again, size);
+    }).join();
+    EXPECT_EQ(AllocationCounter::live(), before - static_cast<std::ptrdiff_t>(pieces));
+}
+
+}  // namespace
