@@ -90,7 +90,8 @@ Analysis analyzeType(const ExpressionText& text, Messages& messages) {
 
 bool checkStrictly(const ExpressionText& text, Messages& messages) {
     std::vector<TextError> errors = text.droppedTexts();
-    if (errors.empty()) {
+    // Only behind a reference to a label are there steps that are never followed.
+    if (errors.empty() && text.text().find('@') != std::string::npos) {
         SilentDialogs silent;
         const Analysis analysis = runStages(text, silent, true);
         for (const ASTNode* step : unfollowedSteps(analysis)) {

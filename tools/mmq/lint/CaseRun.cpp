@@ -31,13 +31,14 @@ std::unique_ptr<RepositoryModel> readCaseModel(const LocatedText& model, const O
 }
 
 bool isAbout(const Finding& finding, const ExpectedFinding& expected) {
-    return finding.rule->id == expected.rule &&
+    return finding.rule->id == expected.rule.text &&
            (finding.uid == expected.element || finding.path == expected.element);
 }
 
 bool isTried(const RuleCase& ruleCase, const std::string& rule) {
-    const std::vector<std::string>& rules = ruleCase.rules;
-    return rules.empty() || std::find(rules.begin(), rules.end(), rule) != rules.end();
+    return ruleCase.rules.empty() ||
+           std::any_of(ruleCase.rules.begin(), ruleCase.rules.end(),
+                       [&rule](const LocatedText& id) { return id.text == rule; });
 }
 
 std::string describe(const Finding& finding) {
@@ -56,11 +57,11 @@ public:
                 return finding.kind == Finding::Kind::element && isAbout(finding, expected);
             });
         if (found == findings_.end()) {
-            result_.differences.push_back("not found: " + expected.rule + ": " +
+            result_.differences.push_back("not found: " + expected.rule.text + ": " +
                                           onOneLine(expected.element));
             return;
         }
-        result_.tried.push_back(expected.rule);
+        result_.tried.push_back(expected.rule.text);
         if (expected.message && *expected.message != found->message) {
             result_.differences.push_back("another message: " + describe(*found));
         }

@@ -16,7 +16,7 @@ struct CaseResult {
     bool hasFailedEvaluation = false;
 };
 
-/// Judges the model of a case by the rules of its file, which `sets` are compiled of, and compares
+/// Judges the model of a case by the rules that `sets` are compiled of, and compares
 /// the findings with those expected. Suppressions play no part, nor does it matter that a small
 /// model has nothing for a rule to judge. Throws ModelError, with a place in the rules file, where
 /// the model cannot be read.

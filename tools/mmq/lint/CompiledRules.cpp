@@ -69,19 +69,12 @@ std::string CompiledRule::explain(const MMEvaluationError& error) const {
                                  std::to_string(place.column) + ": " + sentence;
 }
 
-std::vector<const Rule*> rulesOf(const RuleFile& file) {
-    std::vector<const Rule*> rules;
-    for (const Rule& rule : file.rules) {
-        rules.push_back(&rule);
-    }
-    return rules;
-}
-
 std::vector<const Rule*> rulesOf(const std::vector<RuleFile>& files) {
     std::vector<const Rule*> rules;
     for (const RuleFile& file : files) {
-        const std::vector<const Rule*> more = rulesOf(file);
-        rules.insert(rules.end(), more.begin(), more.end());
+        for (const Rule& rule : file.rules) {
+            rules.push_back(&rule);
+        }
     }
     return rules;
 }

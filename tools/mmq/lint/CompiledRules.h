@@ -23,8 +23,7 @@ struct CompiledRule {
     std::string explain(const MMEvaluationError& error) const;
 };
 
-/// All rules of a file, and of several, in order.
-std::vector<const Rule*> rulesOf(const RuleFile& file);
+/// All rules of the files, in order.
 std::vector<const Rule*> rulesOf(const std::vector<RuleFile>& files);
 
 /// The same rules compiled several times, once for each thread.

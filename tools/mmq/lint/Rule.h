@@ -53,22 +53,22 @@ struct Rule {
 
 /// A finding that a case expects.
 struct ExpectedFinding {
-    std::string rule;
+    LocatedText rule;
     std::string element;                 ///< uid or qualified path
     std::optional<std::string> message;  ///< any, where there is none
     TextPlace place;
 };
 
-/// A small model, and what the rules of the file find in it.
+/// A small model, and what the rules find in it.
 struct RuleCase {
     std::string name;
     LocatedText model;
-    std::vector<std::string> rules;  ///< those that it is about; all of the file where it is empty
+    std::vector<LocatedText> rules;  ///< those that it is about; all that there are if empty
     std::vector<ExpectedFinding> findings;
     TextPlace place;
 };
 
-/// The content of one rules file.
+/// The content of one rules file. The cases may be about rules of other files.
 struct RuleFile {
     std::shared_ptr<const SourceFile> source;
     std::vector<Rule> rules;

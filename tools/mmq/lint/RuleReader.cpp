@@ -37,9 +37,11 @@ public:
         if (root) {
             document_.readMapping(
                 *root, "A rules file",
-                {{"rules", true, [this](const auto& node) { readRules(node); }},
+                {{"rules", false, [this](const auto& node) { readRules(node); }},
                  {"cases", false, [this](const auto& node) { readCases(node); }}});
-            checkCases();
+            if (root->IsMap() && root->size() == 0) {
+                document_.fail(*root, "A rules file has rules, cases, or both.");
+            }
         }
         return std::move(file_);
     }
@@ -199,8 +201,7 @@ private:
     void readRuleNames(const Node& node, RuleCase& ruleCase) {
         document_.readList(node, "The value of rules", [this, &ruleCase](const Node& name) {
             if (const auto text = document_.readText(name, "The id of a rule")) {
-                ruleCase.rules.push_back(text->text);
-                mentioned_.emplace_back(text->text, document_.offset(name));
+                ruleCase.rules.push_back(*text);
             }
         });
     }
@@ -209,15 +210,13 @@ private:
     void readFindings(const Node& node, RuleCase& ruleCase) {
         document_.readPairs(
             node, "The value of findings", [&](const LocatedText& rule, const Node& elements) {
-                mentioned_.emplace_back(rule.text, rule.origin.offsets.front());
-                document_.readList(elements, "What is expected of a rule",
-                                   [&](const Node& element) {
-                                       readFinding(element, rule.text, ruleCase.findings);
-                                   });
+                document_.readList(
+                    elements, "What is expected of a rule",
+                    [&](const Node& element) { readFinding(element, rule, ruleCase.findings); });
             });
     }
 
-    void readFinding(const Node& node, const std::string& rule,
+    void readFinding(const Node& node, const LocatedText& rule,
                      std::vector<ExpectedFinding>& findings) {
         ExpectedFinding finding;
         finding.rule = rule;
@@ -234,26 +233,31 @@ private:
         });
     }
 
-    void checkCases() {
-        for (const auto& [name, offset] : mentioned_) {
-            const bool isKnown =
-                std::any_of(file_.rules.begin(), file_.rules.end(),
-                            [&id = name](const Rule& rule) { return rule.id == id; });
-            if (!isKnown) {
-                document_.errors().add(offset,
-                                       "There is no rule " + quoted(name) + " in this file.");
-            }
-        }
-    }
-
     YamlDocument document_;
     RuleFile file_;
-    std::vector<std::pair<std::string, std::size_t>> mentioned_;  // ids of rules, by cases
 };
 
+using RulesById = std::map<std::string, const Rule*>;
+
+// Whether every rule that the cases of a file speak of is there.
+bool checkCases(const RuleFile& file, const RulesById& rules, const MessageWriter& writer) {
+    FileErrors errors(file.source, writer);
+    const auto check = [&](const LocatedText& id) {
+        if (rules.count(id.text) == 0) {
+            errors.add(id.origin.offsets.front(), "There is no rule " + quoted(id.text) + ".");
+        }
+    };
+    for (const RuleCase& ruleCase : file.cases) {
+        std::for_each(ruleCase.rules.begin(), ruleCase.rules.end(), check);
+        for (const ExpectedFinding& finding : ruleCase.findings) {
+            check(finding.rule);
+        }
+    }
+    return errors.isEmpty();
+}
+
 // Whether no id stands twice, in whichever files.
-bool checkIds(const std::vector<RuleFile>& files, const MessageWriter& writer) {
-    std::map<std::string, const Rule*> known;
+bool checkIds(const std::vector<RuleFile>& files, RulesById& known, const MessageWriter& writer) {
     bool isRight = true;
     for (const RuleFile& file : files) {
         for (const Rule& rule : file.rules) {
@@ -284,7 +288,15 @@ std::vector<RuleFile> readRuleFiles(const std::vector<std::string>& paths, const
         files.push_back(RuleFileReader(errors).read());
         isRight = isRight && errors.isEmpty();
     }
-    isRight = isRight && checkIds(files, writer);
+    RulesById rules;
+    isRight = isRight && checkIds(files, rules, writer);
+    for (const RuleFile& file : files) {
+        isRight = isRight && checkCases(file, rules, writer);
+    }
+    if (isRight && rules.empty()) {
+        FileErrors(files.front().source, writer).add(0, "There is no rule.");
+    }
+    isRight = isRight && !rules.empty();
     return isRight ? std::move(files) : std::vector<RuleFile>();
 }
 

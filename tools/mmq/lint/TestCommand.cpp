@@ -1,5 +1,4 @@
 // mmq test: tries rules on the cases of their files.
-#include <algorithm>
 #include <iostream>
 #include <set>
 #include <string>
@@ -73,20 +72,16 @@ private:
 
 int runTest(const Options& options) {
     const std::vector<RuleFile> files = readRuleFiles(options.lint.rules, options);
-    std::vector<CompiledSets> sets;
-    for (const RuleFile& file : files) {
-        sets.push_back(compileRules(rulesOf(file), 1, options));
-    }
-    const bool isRight =
-        std::none_of(sets.begin(), sets.end(), [](const CompiledSets& one) { return one.empty(); });
-    if (files.empty() || !isRight) {
+    const std::vector<const Rule*> rules = rulesOf(files);
+    CompiledSets sets = files.empty() ? CompiledSets() : compileRules(rules, 1, options);
+    if (sets.empty()) {
         return EXIT_EXPRESSION;
     }
     TestRun run(options);
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        run.run(files[i], sets[i]);
+    for (const RuleFile& file : files) {
+        run.run(file, sets);
     }
-    return run.finish(rulesOf(files));
+    return run.finish(rules);
 }
 
 }  // namespace mmq
