@@ -213,8 +213,8 @@ void CodeGenVisitor::generateCall(const ResolvedFunctionNode& node, std::size_t 
 }
 
 void CodeGenVisitor::visitRelationalExpression(RelationalExpressionNode& node) {
-    push(generateTarget(*node.getLhs()));
-    push(generateTarget(*node.getRhs()));
+    visitOperands(*node.getLhs());
+    visitOperands(*node.getRhs());
     generateCall(node, 2);
 }
 

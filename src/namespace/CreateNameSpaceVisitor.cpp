@@ -28,7 +28,10 @@ VariablePtr makeObjectVariable(const std::string& name) {
 }  // namespace
 
 CreateNameSpaceVisitor::CreateNameSpaceVisitor(const ScopePtr& top)
-    : top_(top), nameSpace_(new NameSpace) {}
+    : top_(top), nameSpace_(new NameSpace) {
+    constexpr std::size_t usualDepth = 16;
+    scopes_.reserve(usualDepth);
+}
 
 void CreateNameSpaceVisitor::registerNode(ASTNode& node) {
     checkVisitDepth(node);
@@ -43,8 +46,8 @@ void CreateNameSpaceVisitor::visitChild(ASTNode* child) {
 
 Scope& CreateNameSpaceVisitor::openScope(const std::string& name) {
     const ScopePtr scope(new Scope(name));
-    scope->setParent(scopes_.empty() ? top_ : scopes_.back());
-    scopes_.push_back(scope);
+    scope->setParent(scopes_.empty() ? top_ : nameSpace_->scopes()[scopes_.back()]);
+    scopes_.push_back(nameSpace_->addScope(scope));
     return *scope;
 }
 
@@ -202,7 +205,8 @@ void CreateNameSpaceVisitor::visitDefinitionAssociation(DefinitionAssociationNod
         return;
     }
     if (!node.getLabel().empty()) {
-        scopes_.back()->insert(node.getLabel(), SymbolPtr(new LabelSymbol(node.getLabel(), node)));
+        nameSpace_->scopes()[scopes_.back()]->insert(
+            node.getLabel(), SymbolPtr(new LabelSymbol(node.getLabel(), node)));
     }
     if (node.getCondition()) {
         const std::string& current = anchorName(AnchorKind::CURRENT);

@@ -1,6 +1,7 @@
 // The construction of name spaces: the first walk over a parsed expression.
 #pragma once
 
+#include <cstddef>
 #include <string>
 
 #include "ast/ASTVisitor.h"
@@ -58,5 +59,5 @@ private:
 
     ScopePtr top_;
     OrvCountedPtr<NameSpace> nameSpace_;
-    OrvPoolVector<ScopePtr> scopes_;
+    OrvPoolVector<std::size_t> scopes_;  // numbers in the name space
 };

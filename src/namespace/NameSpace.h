@@ -27,13 +27,17 @@ public:
     NameSpace& operator=(const NameSpace&) = delete;
 
     /// Records the scope of a node; each node is recorded once.
-    void setScope(ASTNode& node, const ScopePtr& scope) {
+    void setScope(ASTNode& node, const ScopePtr& scope) { setScope(node, addScope(scope)); }
+
+    /// The same by the number of a scope, which many nodes share.
+    std::size_t addScope(const ScopePtr& scope) {
+        scopes_.push_back(scope);
+        return scopes_.size() - 1;
+    }
+    void setScope(ASTNode& node, std::size_t scope) {
         if (!hasScope(node)) {
-            if (scopes_.empty() || scopes_.back() != scope) {
-                scopes_.push_back(scope);
-            }
             node.setScopeEntry(static_cast<std::int32_t>(entries_.size()));
-            entries_.push_back({&node, scopes_.size() - 1});
+            entries_.push_back({&node, scope});
         }
     }
     bool hasScope(const ASTNode& node) const { return findEntry(node) != nullptr; }

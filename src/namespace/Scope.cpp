@@ -19,7 +19,7 @@ struct ByName {
 }  // namespace
 
 void Scope::insert(const std::string& name, const SymbolPtr& symbol) {
-    index_.clear();
+    index_.reset();
     constexpr std::size_t usualEntries = 4;
     entries_.reserve(entries_.empty() ? usualEntries : 0);
     const auto place = std::upper_bound(entries_.begin(), entries_.end(), name, ByName());
@@ -27,18 +27,20 @@ void Scope::insert(const std::string& name, const SymbolPtr& symbol) {
 }
 
 void Scope::buildIndex() {
+    auto index = std::make_unique<Index>();
     const Entry* const end = entries_.data() + entries_.size();
     for (const Entry* entry = entries_.data(); entry != end;) {
         const Range range = std::equal_range(entry, end, entry->name, ByName());
-        index_.emplace(entry->name, range);
+        index->emplace(entry->name, range);
         entry = range.second;
     }
+    index_ = std::move(index);
 }
 
 Scope::Range Scope::findAmong(std::string_view name) const {
-    if (!index_.empty()) {
-        const auto found = index_.find(name);
-        return found != index_.end() ? found->second : Range();
+    if (index_) {
+        const auto found = index_->find(name);
+        return found != index_->end() ? found->second : Range();
     }
     constexpr std::size_t fewEntries = 8;
     const Entry* const begin = entries_.data();

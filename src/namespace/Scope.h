@@ -2,6 +2,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -47,12 +48,14 @@ public:
     const OrvPoolVector<Entry>& entries() const { return entries_; }
 
 private:
+    using Index = std::unordered_map<std::string_view, Range>;
+
     Range findAmong(std::string_view name) const;
 
     std::string name_;
     OrvCountedPtr<Scope> parent_;
     OrvPoolVector<Entry> entries_;
-    std::unordered_map<std::string_view, Range> index_;
+    std::unique_ptr<Index> index_;
 };
 
 using ScopePtr = OrvCountedPtr<Scope>;

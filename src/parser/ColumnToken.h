@@ -12,24 +12,36 @@
 class CommonToken {
 public:
     CommonToken() = default;
+    /// A token with a text of its own.
     CommonToken(int number, std::string_view text, int line)
         : number_(number), line_(line), text_(text) {}
 
     int getNumber() const { return number_; }
     int getLine() const { return line_; }
     /// The text as the lexer left it: without quotes, with escapes replaced.
-    const std::string& getText() const { return text_; }
+    std::string getText() const { return std::string(text()); }
+    /// The same, valid as long as the token is this one.
+    std::string_view text() const { return isBorrowed_ ? borrowedText_ : text_; }
 
 protected:
-    void assign(int number, std::string_view text, int line) {
+    void assign(int number, int line) {
         number_ = number;
         line_ = line;
+    }
+    void assignText(std::string_view text) {
         text_.assign(text);
+        isBorrowed_ = false;
+    }
+    void borrowText(std::string_view text) {
+        borrowedText_ = text;
+        isBorrowed_ = true;
     }
 
 private:
     int number_ = TOKEN_INVALID;
     int line_ = 0;
+    bool isBorrowed_ = false;
+    std::string_view borrowedText_;
     std::string text_;
 };
 
@@ -47,8 +59,16 @@ public:
         return OrvCountedPtr<ColumnToken>(new ColumnToken(number, text, line));
     }
 
-    /// Makes this token another one.
-    void become(int number, std::string_view text, int line) { assign(number, text, line); }
+    /// Make this token another one: with a text of its own, or with one that stands in the input
+    /// of the lexer and is valid as long as that.
+    void become(int number, std::string_view text, int line) {
+        assign(number, line);
+        assignText(text);
+    }
+    void becomeBorrowed(int number, std::string_view text, int line) {
+        assign(number, line);
+        borrowText(text);
+    }
 
     /// The column of the first character, counted from 1.
     int getColumn() const { return column_; }

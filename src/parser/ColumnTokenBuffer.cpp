@@ -1,24 +1,29 @@
 #include "parser/ColumnTokenBuffer.h"
 
 #include <algorithm>
+#include <bit>
 
 // One token more than the lookahead: the one that was taken last.
 ColumnTokenBuffer::ColumnTokenBuffer(DLGLexerBase& lexer, std::size_t depth, std::size_t chunk)
-    : lexer_(lexer), chunk_(std::max<std::size_t>(chunk, 1)), tokens_(depth + 2) {}
+    : lexer_(lexer), chunk_(chunk), tokens_(std::bit_ceil(depth + 2)), mask_(tokens_.size() - 1) {}
 
 void ColumnTokenBuffer::setTemplate(const ColumnToken& tokenTemplate) {
     std::fill(tokens_.begin(), tokens_.end(), tokenTemplate);
 }
 
 void ColumnTokenBuffer::fill(std::size_t count) {
-    while (count_ < count) {
-        if (count_ + 1 >= tokens_.size()) {
-            std::rotate(tokens_.begin(), tokens_.begin() + static_cast<std::ptrdiff_t>(first_),
-                        tokens_.end());
-            first_ = 0;
-            tokens_.resize(tokens_.size() + chunk_);
-        }
-        lexer_.readToken(tokens_[place(count_)]);
-        ++count_;
+    if (count > mask_) {
+        grow(count);
     }
+    for (; count_ < count; ++count_) {
+        lexer_.readToken(tokens_[(first_ + count_) & mask_]);
+    }
+}
+
+void ColumnTokenBuffer::grow(std::size_t count) {
+    std::rotate(tokens_.begin(), tokens_.begin() + static_cast<std::ptrdiff_t>(first_),
+                tokens_.end());
+    first_ = 0;
+    tokens_.resize(std::bit_ceil(std::max(count + 1, chunk_)));
+    mask_ = tokens_.size() - 1;
 }

@@ -18,8 +18,8 @@ public:
     static constexpr std::size_t defaultDepth = 1;
     static constexpr std::size_t defaultChunk = 50;
 
-    /// `depth` is the usual lookahead, `chunk` the number of tokens by which the ring grows when
-    /// more are looked at.
+    /// `depth` is the usual lookahead, `chunk` how many tokens the ring has at least when somebody
+    /// looks further than that.
     explicit ColumnTokenBuffer(DLGLexerBase& lexer, std::size_t depth = defaultDepth,
                                std::size_t chunk = defaultChunk);
     ColumnTokenBuffer(const ColumnTokenBuffer&) = delete;
@@ -34,26 +34,24 @@ public:
         if (count_ < ahead) {
             fill(ahead);
         }
-        return tokens_[place(ahead - 1)];
+        return tokens_[(first_ + ahead - 1) & mask_];
     }
     /// Takes the next token, which is valid as one that is looked at.
     const ColumnToken& take() {
         const ColumnToken& token = look(1);
-        first_ = place(1);
+        first_ = (first_ + 1) & mask_;
         --count_;
         return token;
     }
 
 private:
     void fill(std::size_t count);
-    std::size_t place(std::size_t offset) const {
-        const std::size_t place = first_ + offset;
-        return place < tokens_.size() ? place : place - tokens_.size();
-    }
+    void grow(std::size_t count);
 
     DLGLexerBase& lexer_;
     std::size_t chunk_;
-    std::vector<ColumnToken> tokens_;  // a ring
+    std::vector<ColumnToken> tokens_;  // a ring, of a power of two
+    std::size_t mask_;
     std::size_t first_ = 0;
     std::size_t count_ = 0;
 };

@@ -48,7 +48,6 @@ void DLGLexerBase::beginLexeme() {
     if (mode_ != 0) {
         beginText();
     }
-    lexeme_ = {};
     beginColumn_ = endColumn_ + 1;
     beginOffset_ = input_->offset();
 }
@@ -56,10 +55,10 @@ void DLGLexerBase::beginLexeme() {
 // Reads while there are transitions; returns the state reached.
 std::size_t DLGLexerBase::runAutomaton() {
     const auto& next = automaton_.next;
-    auto state = static_cast<std::uint8_t>(mode_);
+    auto state = static_cast<std::size_t>(mode_);
     const char* const begin = input_->rest();
     const char* end = begin;
-    for (std::uint8_t to = next[state][static_cast<unsigned char>(*end)];
+    for (std::size_t to = next[state][static_cast<unsigned char>(*end)];
          to != DLGAutomaton::noState; to = next[state][static_cast<unsigned char>(*end)]) {
         state = to;
         ++end;
@@ -86,7 +85,13 @@ void DLGLexerBase::dropInvalid() {
     }
 }
 
-DLGLexerBase::Outcome DLGLexerBase::finishLexeme(std::size_t state, int& number) {
+DLGLexerBase::Outcome DLGLexerBase::recognizeLexeme(int& number) {
+    if (input_->peek() < 0) {
+        lexeme_ = {};
+        return actAtEnd(number);
+    }
+    const std::size_t state = runAutomaton();
+    number = automaton_.token[state];
     switch (automaton_.effect[state]) {
         case DLGAutomaton::Effect::token:
             return Outcome::token;
@@ -107,22 +112,17 @@ int DLGLexerBase::recognize() {
     if (text_.capacity() > bufferSize_) {
         text_ = std::string();
     }
-    Outcome outcome = Outcome::skip;
-    int number = TOKEN_INVALID;
-    while (outcome != Outcome::token) {
-        if (outcome == Outcome::skip) {
-            beginLexeme();
+    for (;;) {
+        beginLexeme();
+        int number = TOKEN_INVALID;
+        Outcome outcome = Outcome::more;
+        while (outcome == Outcome::more) {
+            outcome = recognizeLexeme(number);
         }
-        if (input_->peek() < 0) {
-            lexeme_ = {};
-            outcome = actAtEnd(number);
-            continue;
+        if (outcome == Outcome::token) {
+            return number;
         }
-        const std::size_t state = runAutomaton();
-        number = automaton_.token[state];
-        outcome = finishLexeme(state, number);
     }
-    return number;
 }
 
 void DLGLexerBase::place(ColumnToken& token) const {
@@ -132,13 +132,17 @@ void DLGLexerBase::place(ColumnToken& token) const {
 
 TokenPtr DLGLexerBase::nextToken(const ColumnToken& tokenTemplate) {
     const int number = recognize();
-    TokenPtr token = tokenTemplate.makeToken(number, tokenText(), line_);
+    TokenPtr token = tokenTemplate.makeToken(number, hasOwnText_ ? text_ : lexeme_, line_);
     place(*token);
     return token;
 }
 
 void DLGLexerBase::readToken(ColumnToken& token) {
     const int number = recognize();
-    token.become(number, tokenText(), line_);
+    if (hasOwnText_) {
+        token.become(number, text_, line_);
+    } else {
+        token.becomeBorrowed(number, lexeme_, line_);
+    }
     place(token);
 }

@@ -109,10 +109,9 @@ protected:
 private:
     void beginLexeme();
     std::size_t runAutomaton();
-    Outcome finishLexeme(std::size_t state, int& number);
+    Outcome recognizeLexeme(int& number);
     void dropInvalid();
     int recognize();
-    std::string_view tokenText() const { return hasOwnText_ ? text_ : lexeme_; }
     std::string textSoFar() const;
     void place(ColumnToken& token) const;
 

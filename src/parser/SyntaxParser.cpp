@@ -48,13 +48,13 @@ std::string describe(const ColumnToken& token) {
         case TOKEN_EOF:
             return "the end of the text";
         case TOKEN_STRING_LITERAL:
-            return "the string " + quoted(token.getText());
+            return "the string " + quoted(token.text());
         case TOKEN_ASSOCIATION_NAME:
-            return "the association name " + quoted(token.getText());
+            return "the association name " + quoted(token.text());
         case TOKEN_REGULAR_EXPRESSION:
-            return "the pattern " + quoted(token.getText());
+            return "the pattern " + quoted(token.text());
         default:
-            return quoted(token.getText());
+            return quoted(token.text());
     }
 }
 
@@ -187,7 +187,7 @@ void SyntaxParser::fail(const std::string& expected, const std::string& hint) {
 
 void SyntaxParser::failAtOperand() {
     if (isQuantified(look().getNumber())) {
-        const std::string& word = look().getText();
+        const std::string word = look().getText();
         throw SyntaxError{
             "As an operand, \"" + word + "\" needs parentheses: write \"(" + word + " ...)\".",
             position()};
@@ -478,7 +478,7 @@ ExpressionPtr SyntaxParser::constant() {
 ExpressionPtr SyntaxParser::integerLiteral() {
     const Position at = position();
     const ColumnToken& token = take();
-    const std::string& digits = token.getText();
+    const std::string_view digits = token.text();
     std::int32_t value = 0;
     const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
     if (result.ec != std::errc()) {
@@ -492,7 +492,7 @@ ExpressionPtr SyntaxParser::integerLiteral() {
 ExpressionPtr SyntaxParser::realLiteral() {
     const Position at = position();
     const ColumnToken& token = take();
-    const std::string& digits = token.getText();
+    const std::string_view digits = token.text();
     double value = 0.0;
     const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
     // Out of range is too large, unless nothing but zeros stands before the point.

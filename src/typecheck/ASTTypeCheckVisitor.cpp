@@ -252,7 +252,7 @@ void ASTTypeCheckVisitor::visitRelationalExpression(RelationalExpressionNode& no
     }
     const std::array<TypePtr, 2> operands = {left, right};
     const std::string& name = operatorName(node.getOp());
-    const SymbolView candidates = nameSpace_->find(node, name, SymbolKind::function);
+    const SymbolView candidates = functionsNamed(node, name);
     const OrvCountedPtr<FunctionSymbol> chosen = chooseOverload(candidates, operands);
     if (chosen) {
         node.setResolvedFunction(chosen);
@@ -267,7 +267,7 @@ void ASTTypeCheckVisitor::visitRelationalExpression(RelationalExpressionNode& no
 void ASTTypeCheckVisitor::visitApplicationExpression(ApplicationExpressionNode& node) {
     const std::size_t first = typeStack_.size();
     const bool isTyped = pushArguments(*node.getExpr());
-    const SymbolView candidates = nameSpace_->find(node, node.getName(), SymbolKind::function);
+    const SymbolView candidates = functionsNamed(node, node.getName());
     TypePtr result = Type::typeError();
     if (candidates.empty()) {
         reportError(node, "Function " + node.getName() + " is not defined.");
@@ -283,6 +283,18 @@ void ASTTypeCheckVisitor::visitApplicationExpression(ApplicationExpressionNode& 
     }
     typeStack_.resize(first);
     push(result);
+}
+
+// Only the outermost scope declares functions: a name means the same ones everywhere, and the last
+// names of an expression are the likeliest to come again.
+SymbolView ASTTypeCheckVisitor::functionsNamed(const ASTNode& node, std::string_view name) {
+    const std::size_t place =
+        name.size() + (name.empty() ? 0U : static_cast<unsigned char>(name.front()));
+    FoundFunctions& found = foundFunctions_[place % foundFunctions_.size()];
+    if (found.name != name) {
+        found = {name, nameSpace_->find(node, name, SymbolKind::function)};
+    }
+    return found.functions;
 }
 
 void ASTTypeCheckVisitor::reportNoOverload(const ApplicationExpressionNode& node,

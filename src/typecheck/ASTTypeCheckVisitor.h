@@ -1,9 +1,11 @@
 // The type checker: the walk that types every expression and binds every name.
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <unordered_set>
 
 #include "api/ExprParserDialogs.h"
@@ -60,6 +62,11 @@ public:
 
 private:
     using TypeTest = bool (*)(const TypePtr&);
+    /// The functions of a name that was looked up; the name is a node's.
+    struct FoundFunctions {
+        std::string_view name;
+        SymbolView functions;
+    };
 
     template <class BuildMessage>
     void report(const ASTNode& node, const BuildMessage& buildMessage);
@@ -84,6 +91,7 @@ private:
     void checkLabel(DefinitionAssociationNode& node);
     TypePtr checkAnchor(PathNode& node);
 
+    SymbolView functionsNamed(const ASTNode& node, std::string_view name);
     bool pushArguments(ExpressionNode& argument);
     bool pushElements(TupleExpressionNode& tuple);
     TypePtr product(std::size_t first) const;
@@ -97,4 +105,5 @@ private:
     std::int32_t errorCount_ = 0;
     OrvPoolVector<TypePtr> typeStack_;
     std::unordered_set<const ASTNode*> checkedSteps_;
+    std::array<FoundFunctions, 8> foundFunctions_;
 };
