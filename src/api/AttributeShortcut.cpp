@@ -40,7 +40,7 @@ OrvCountedPtr<CompileResult> compileAttributeShortcut(const std::string& text) {
         return {};
     }
     const OrvCyclicPtr<MMObjectVarExpr> variable(new MMObjectVarExpr);
-    const OrvCyclicPtr<MMConstantExpr> constant(new MMConstantExpr(MMValue(OrvString(name))));
+    const OrvCyclicPtr<MMConstantExpr> constant(new MMConstantExpr(MMValue(std::string(name))));
     const OrvCyclicPtr<MMAttrExpr> body(new MMAttrExpr(constant, variable));
     OrvCountedPtr<CompileResult> result(new CompileResult);
     result->objectVariable = OrvConverter<MMObjectVarExpr, MMObjectVarExpr>::toCounted(variable);

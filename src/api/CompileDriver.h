@@ -11,7 +11,7 @@
 
 /// What a compilation yields: a body, and the variable that stands for the object on which it will
 /// be evaluated.
-struct CompileResult {
+struct CompileResult : OrvCountedObject {
     OrvCountedPtr<MMObjectVarExpr> objectVariable;
     OrvCountedPtr<OrvCyclicPtrBody> body;
 };
