@@ -77,7 +77,7 @@ void writeSuite(const Report& report, const Suite& suite, std::ostream& stream) 
         stream << "    <testcase classname=\"" << id << "\" name=\"no finding\"/>\n";
     }
     for (const Finding* finding : suite.findings) {
-        const std::string& name = finding->className.empty() ? finding->message : finding->path;
+        const std::string name = finding->className.empty() ? nameOf(finding->kind) : finding->path;
         stream << "    <testcase classname=\"" << id << "\" name=\"" << xmlText(name) << "\">"
                << outcomeOf(report, *finding) << "</testcase>\n";
     }

@@ -53,6 +53,20 @@ void writeReports(const Report& report, const Options& options) {
     writeReport(report, options.lint.format, wantsColor(options.color, STDOUT_FILENO), std::cout);
 }
 
+// Where evaluations failed, nobody knows what there is to find: nothing is written then.
+void useBaseline(const LintOptions& options, Report& report) {
+    if (!options.writesBaseline) {
+        if (!options.baselineFile.empty()) {
+            applyBaseline(options.baselineFile, report);
+        }
+    } else if (ReportCounts(report).failures == 0) {
+        writeBaseline(options.baselineFile, report);
+    } else {
+        std::cerr << "mmq: " << options.baselineFile
+                  << ": The baseline was not written, since evaluations failed.\n";
+    }
+}
+
 int statusOf(const Report& report) {
     if (ReportCounts(report).failures > 0) {
         return EXIT_EVALUATION;
@@ -77,11 +91,7 @@ int runLint(const Options& options) {
     }
     const auto models = loadModels(options.lint.models, options);
     Report report = lint(sets, models, options);
-    if (options.lint.writesBaseline) {
-        writeBaseline(options.lint.baselineFile, report);
-    } else if (!options.lint.baselineFile.empty()) {
-        applyBaseline(options.lint.baselineFile, report);
-    }
+    useBaseline(options.lint, report);
     writeReports(report, options);
     return statusOf(report);
 }

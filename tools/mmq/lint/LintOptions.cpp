@@ -24,7 +24,7 @@ bool endsWith(const std::string& text, const std::string& end) {
 }
 
 bool isRulesFile(const std::string& path) {
-    return endsWith(path, ".yaml") || endsWith(path, ".yml");
+    return path == "-" || endsWith(path, ".yaml") || endsWith(path, ".yml");
 }
 
 void addOutput(const std::string& given, LintOptions& options) {
@@ -60,8 +60,7 @@ void addLint(CLI::App& program, Options& options) {
             },
             "Write the report to a file as well; may be given several times")
         ->type_name("FORMAT=FILE")
-        ->expected(1)
-        ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll);
+        ->allow_extra_args(false);
     addChoice<std::optional<Severity>>(command, "--fail-on", lint.failOn,
                                        "The least severity that gives status 1; error by default",
                                        {{"error", Severity::error},
@@ -77,13 +76,13 @@ void addLint(CLI::App& program, Options& options) {
     addNumber(command, "--jobs", lint.jobs, "Threads that judge", "N");
     addLimits(command, options);
     addMessages(command, options);
-    addRules(command, lint, "Rules files; they end in .yaml or .yml");
+    addRules(command, lint, "Rules files; they end in .yaml or .yml, - is the standard input");
     command.callback([&options] { options.command = Command::lint; });
 }
 
 void addTest(CLI::App& program, Options& options) {
     CLI::App& command = *program.add_subcommand("test", "Try rules on the cases of their files");
-    addRules(command, options.lint, "Rules files");
+    addRules(command, options.lint, "Rules files; - is the standard input");
     addMetamodel(command, options);
     addLimits(command, options);
     addMessages(command, options);

@@ -55,10 +55,12 @@ std::vector<Finding> suppressAll(Report& report) {
     for (Finding& finding : report.findings) {
         byRule[finding.ruleNumber].push_back(&finding);
     }
+    // Where evaluations failed, nobody knows what would have been found.
+    const bool isCertain = ReportCounts(report).failures == 0;
     std::vector<Finding> unused;
     for (std::size_t number = 0; number < byRule.size(); ++number) {
         for (const Suppression& suppression : report.rules[number]->suppressions) {
-            if (!suppress(suppression, byRule[number])) {
+            if (!suppress(suppression, byRule[number]) && isCertain) {
                 unused.push_back(aboutRule(Finding::Kind::unusedSuppression, report, number,
                                            suppression.place,
                                            "The rule finds nothing about \"" + suppression.element +

@@ -282,8 +282,8 @@ std::vector<RuleFile> readRuleFiles(const std::vector<std::string>& paths, const
     std::vector<RuleFile> files;
     bool isRight = true;
     for (const std::string& path : paths) {
-        const auto source =
-            std::make_shared<const SourceFile>(path, readTextFile(path, "The rules file"));
+        const auto source = std::make_shared<const SourceFile>(
+            path == "-" ? "<stdin>" : path, readTextFile(path, "The rules file"));
         FileErrors errors(source, writer);
         files.push_back(RuleFileReader(errors).read());
         isRight = isRight && errors.isEmpty();
