@@ -25,8 +25,8 @@ public:
     ColumnTokenBuffer(const ColumnTokenBuffer&) = delete;
     ColumnTokenBuffer& operator=(const ColumnTokenBuffer&) = delete;
 
-    /// Sets the token of which the ring consists at first.
-    void setTemplate(const ColumnToken& tokenTemplate);
+    /// Sets the token of which the ring consists at first; it must outlive the buffer's use.
+    void setTemplate(const ColumnToken& tokenTemplate) { template_ = &tokenTemplate; }
 
     /// The token `ahead` places on: 1 is the next one. Throws what the lexer throws. Valid until
     /// somebody looks further.
@@ -49,9 +49,11 @@ private:
     void grow(std::size_t count);
 
     DLGLexerBase& lexer_;
+    const ColumnToken* template_ = nullptr;
+    std::size_t depth_;
     std::size_t chunk_;
     std::vector<ColumnToken> tokens_;  // a ring, of a power of two
-    std::size_t mask_;
+    std::size_t mask_ = 0;
     std::size_t first_ = 0;
     std::size_t count_ = 0;
 };

@@ -316,7 +316,8 @@ DLGLexer::DLGLexer(DLGStringInput* input, std::size_t bufferSize)
     : DLGLexer(input, bufferSize, std::cerr) {}
 
 DLGLexer::DLGLexer(DLGStringInput* input, std::size_t bufferSize, std::ostream& errorStream)
-    : DLGLexerBase(input, bufferSize, errorStream, automaton) {}
+    : DLGLexerBase(input, bufferSize, errorStream, automaton),
+      keywords_(*KeywordTable::instance()) {}
 
 DLGLexerBase::Outcome DLGLexer::act(int& number) {
     switch (mode()) {
@@ -364,7 +365,7 @@ DLGLexerBase::Outcome DLGLexer::actInText(int& number) {
         case TOKEN_PATTERN_START:
             return openQuotes(MODE_PATTERN);
         case TOKEN_VARIABLE_OR_FUNCTION:
-            number = KeywordTable::instance()->lookup(lexeme());
+            number = keywords_.lookup(lexeme());
             return Outcome::token;
         default:
             return Outcome::token;

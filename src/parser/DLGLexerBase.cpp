@@ -13,11 +13,8 @@ DLGLexerBase::DLGLexerBase(DLGStringInput* input, std::size_t bufferSize, std::o
 
 DLGLexerBase::~DLGLexerBase() = default;
 
-void DLGLexerBase::setMode(int mode) {
-    if (mode >= modeCount) {
-        fail("Invalid automaton mode = " + std::to_string(mode) + " ");
-    }
-    mode_ = mode;
+void DLGLexerBase::failMode(int mode) const {
+    fail("Invalid automaton mode = " + std::to_string(mode) + " ");
 }
 
 void DLGLexerBase::fail(const std::string& message) const {
@@ -38,30 +35,51 @@ void DLGLexerBase::tab() {
 
 // Of a token that is not complete: what it consists of, the lexeme recognised last included.
 std::string DLGLexerBase::textSoFar() const {
-    std::string text = hasOwnText_ ? text_ : std::string();
-    return text.append(lexeme_);
+    return (isGathering_ ? std::string(gathered_) : std::string()).append(lexeme_);
+}
+
+void DLGLexerBase::appendToOwnText(std::string_view text) {
+    if (!hasOwnText_) {
+        ownText_.assign(gathered_);
+        hasOwnText_ = true;
+    }
+    ownText_.append(text);
+    gathered_ = ownText_;
 }
 
 // In every mode but ordinary text, a token's text is what actions make of it.
 void DLGLexerBase::beginLexeme() {
+    isGathering_ = false;
     hasOwnText_ = false;
     if (mode_ != 0) {
         beginText();
+    } else {
+        const char* const blanks = input_->rest();
+        const char* rest = blanks;
+        while (*rest == ' ') {
+            ++rest;
+        }
+        input_->advanceTo(rest);
+        endColumn_ += static_cast<int>(rest - blanks);
     }
     beginColumn_ = endColumn_ + 1;
     beginOffset_ = input_->offset();
 }
 
-// Reads while there are transitions; returns the state reached.
+// Reads while there are transitions; returns the state reached. Most bytes leave the automaton
+// where it is: the inner loop passes over them without waiting for a state.
 std::size_t DLGLexerBase::runAutomaton() {
-    const auto& next = automaton_.next;
     auto state = static_cast<std::size_t>(mode_);
     const char* const begin = input_->rest();
     const char* end = begin;
-    for (std::size_t to = next[state][static_cast<unsigned char>(*end)];
-         to != DLGAutomaton::noState; to = next[state][static_cast<unsigned char>(*end)]) {
+    for (std::size_t to = state; to != DLGAutomaton::noState;) {
         state = to;
-        ++end;
+        const std::uint8_t* const row = automaton_.next[state].data();
+        while (row[static_cast<unsigned char>(*end)] == state) {
+            ++end;
+        }
+        to = row[static_cast<unsigned char>(*end)];
+        end += to != DLGAutomaton::noState ? 1 : 0;
     }
     const auto length = static_cast<std::size_t>(end - begin);
     lexeme_ = std::string_view(begin, length);
@@ -109,8 +127,8 @@ DLGLexerBase::Outcome DLGLexerBase::recognizeLexeme(int& number) {
 // Goes on to the end of the next token; returns its number. The memory of a token that was longer
 // than the buffer is not kept until the end of the text.
 int DLGLexerBase::recognize() {
-    if (text_.capacity() > bufferSize_) {
-        text_ = std::string();
+    if (hasOwnText_ && ownText_.capacity() > bufferSize_) {
+        ownText_ = std::string();
     }
     for (;;) {
         beginLexeme();
@@ -132,7 +150,7 @@ void DLGLexerBase::place(ColumnToken& token) const {
 
 TokenPtr DLGLexerBase::nextToken(const ColumnToken& tokenTemplate) {
     const int number = recognize();
-    TokenPtr token = tokenTemplate.makeToken(number, hasOwnText_ ? text_ : lexeme_, line_);
+    TokenPtr token = tokenTemplate.makeToken(number, tokenText(), line_);
     place(*token);
     return token;
 }
@@ -140,9 +158,9 @@ TokenPtr DLGLexerBase::nextToken(const ColumnToken& tokenTemplate) {
 void DLGLexerBase::readToken(ColumnToken& token) {
     const int number = recognize();
     if (hasOwnText_) {
-        token.become(number, text_, line_);
+        token.become(number, ownText_, line_);
     } else {
-        token.becomeBorrowed(number, lexeme_, line_);
+        token.becomeBorrowed(number, tokenText(), line_);
     }
     place(token);
 }

@@ -22,7 +22,8 @@ struct InvalidToken {
 };
 
 /// A table-driven automaton: for each state and byte the state that follows, and for each state
-/// what is done with the lexeme that ends there. NUL has no transition. Constant data.
+/// what is done with the lexeme that ends there. NUL has no transition, and a blank between two
+/// tokens of the first mode is passed over without asking. Constant data.
 struct DLGAutomaton {
     static constexpr std::size_t maximumStates = 96;
     static constexpr std::uint8_t noState = 0xFF;
@@ -66,7 +67,12 @@ public:
 
     /// The current mode, from 0. Changing it throws ParseException for a mode of 5 or more.
     int mode() const { return mode_; }
-    void setMode(int mode);
+    void setMode(int mode) {
+        if (mode >= modeCount) {
+            failMode(mode);
+        }
+        mode_ = mode;
+    }
 
     /// The place of the current token, for what is thrown while it is scanned.
     int line() const { return line_; }
@@ -77,8 +83,6 @@ protected:
     /// What an action decides about the lexeme that was recognised: it ends a token, it is nothing,
     /// or the token goes on behind it.
     enum class Outcome { token, skip, more };
-
-    static constexpr int modeCount = 5;
 
     /// Runs the action of the state at which the automaton stopped, for a state that has one;
     /// `number` is the token to return, and may be changed.
@@ -98,20 +102,33 @@ protected:
     std::string_view lexeme() const { return lexeme_; }
     /// From here on, the text of the token is what actions append to it, and nothing else.
     void beginText() {
-        text_.clear();
-        hasOwnText_ = true;
+        isGathering_ = true;
+        hasOwnText_ = false;
+        gathered_ = {};
     }
-    void appendText(std::string_view text) { text_.append(text); }
+    /// Appends a piece of the input, or a constant.
+    void appendText(std::string_view text) {
+        if (gathered_.empty()) {
+            gathered_ = text;
+        } else {
+            appendToOwnText(text);
+        }
+    }
     /// Counts a line feed that was read, or a tab: the next column is a tab stop's.
     void newline();
     void tab();
 
 private:
+    static constexpr int modeCount = 5;
+
+    [[noreturn]] void failMode(int mode) const;
+    void appendToOwnText(std::string_view text);
     void beginLexeme();
     std::size_t runAutomaton();
     Outcome recognizeLexeme(int& number);
     void dropInvalid();
     int recognize();
+    std::string_view tokenText() const { return isGathering_ ? gathered_ : lexeme_; }
     std::string textSoFar() const;
     void place(ColumnToken& token) const;
 
@@ -120,7 +137,10 @@ private:
     const DLGAutomaton& automaton_;
     std::size_t bufferSize_;
     std::string_view lexeme_;
-    std::string text_;
+    // The text that actions gathered: one piece as it stands where it came from, or several.
+    std::string_view gathered_;
+    std::string ownText_;
+    bool isGathering_ = false;
     bool hasOwnText_ = false;
     int mode_ = 0;
     int line_ = 1;

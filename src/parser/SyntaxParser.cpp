@@ -62,6 +62,14 @@ bool isRelationalOperator(int tokenNumber) {
     return tokenNumber >= TOKEN_EQUAL && tokenNumber <= TOKEN_GREATER_EQUAL;
 }
 
+bool isSumOperator(int tokenNumber) {
+    return tokenNumber == TOKEN_PLUS || tokenNumber == TOKEN_MINUS;
+}
+
+bool isProductOperator(int tokenNumber) {
+    return tokenNumber == TOKEN_STAR || tokenNumber == TOKEN_SLASH;
+}
+
 bool isConversion(int tokenNumber) {
     return tokenNumber >= TOKEN_STRING && tokenNumber <= TOKEN_BOOLEAN;
 }
@@ -352,7 +360,7 @@ ExpressionPtr SyntaxParser::relation() {
 // sum: product ( ( "+" | "-" ) product )*
 ExpressionPtr SyntaxParser::sum() {
     ExpressionPtr left = product();
-    while (isNext({TOKEN_PLUS, TOKEN_MINUS})) {
+    while (isSumOperator(look().getNumber())) {
         const auto op = isNext(TOKEN_PLUS) ? BinaryOperator::ADD : BinaryOperator::SUBTRACT;
         const Position at = skip();
         const ExpressionPtr right = product();
@@ -364,7 +372,7 @@ ExpressionPtr SyntaxParser::sum() {
 // product: unary ( ( "*" | "/" ) unary )*
 ExpressionPtr SyntaxParser::product() {
     ExpressionPtr left = unary();
-    while (isNext({TOKEN_STAR, TOKEN_SLASH})) {
+    while (isProductOperator(look().getNumber())) {
         const auto op = isNext(TOKEN_STAR) ? BinaryOperator::MULTIPLY : BinaryOperator::DIVIDE;
         const Position at = skip();
         const ExpressionPtr right = unary();
