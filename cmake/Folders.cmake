@@ -6,11 +6,12 @@ function(add_source_folder name)
   target_include_directories(folder_${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
 endfunction()
 
-# Links folders into a shared library <name>, which others link as exprparser::<name>, whose symbols the version script cmake/<name>.map
-# lists, and into a static library <name>_static, which hides nothing, for the program, the tests,
-# the fuzzers and the benchmarks.
+# Links folders into a shared library <name>, which others link as exprparser::<name>, whose symbols
+# the version script cmake/lib<name>.map lists and whose HEADERS are installed, and into a static
+# library <name>_static, which hides nothing, for the program, the tests, the fuzzers and the
+# benchmarks.
 function(add_folder_library name)
-  cmake_parse_arguments(ARG "" "" "FOLDERS;LINK;LINK_PRIVATE" ${ARGN})
+  cmake_parse_arguments(ARG "" "" "FOLDERS;LINK;LINK_PRIVATE;HEADERS" ${ARGN})
   foreach(kind SHARED STATIC)
     set(target ${name})
     if(kind STREQUAL "STATIC")
@@ -20,7 +21,7 @@ function(add_folder_library name)
     foreach(folder ${ARG_FOLDERS})
       target_sources(${target} PRIVATE $<TARGET_OBJECTS:folder_${folder}>)
     endforeach()
-    target_include_directories(${target} PUBLIC "${PROJECT_SOURCE_DIR}/src")
+    target_include_directories(${target} PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>")
     target_link_libraries(${target} PRIVATE ${ARG_LINK_PRIVATE} Threads::Threads)
     foreach(library ${ARG_LINK})
       if(kind STREQUAL "STATIC")
@@ -32,6 +33,9 @@ function(add_folder_library name)
   endforeach()
 
   add_library(exprparser::${name} ALIAS ${name})
+  target_sources(${name} PUBLIC
+    FILE_SET HEADERS BASE_DIRS "${PROJECT_SOURCE_DIR}/src" FILES ${ARG_HEADERS})
+  target_compile_features(${name} INTERFACE cxx_std_20)
 
   set(map "${PROJECT_SOURCE_DIR}/cmake/lib${name}.map")
   set_target_properties(${name} PROPERTIES
