@@ -45,6 +45,7 @@ private:
         for (const MMObject supertype : targets(object, "eSuperTypes")) {
             result.supertypes.push_back(text(supertype, "name"));
         }
+        result.outsideSupertypes = namesOutside(text(object, "eSuperTypes"), result.supertypes);
         for (const MMObject generic : targets(object, "eGenericSuperTypes")) {
             result.supertypes.push_back(text(generic, "eClassifier"));
         }
@@ -52,6 +53,28 @@ private:
             result.features.push_back(readFeature(feature));
         }
         return result;
+    }
+
+    // Of the names in a list, those that are none of the others.
+    static std::vector<std::string> namesOutside(std::string_view list,
+                                                 const std::vector<std::string>& others) {
+        constexpr std::string_view separator = ", ";
+        std::vector<std::string> result;
+        while (!list.empty()) {
+            const std::string_view name = list.substr(0, list.find(separator));
+            list.remove_prefix(std::min(name.size() + separator.size(), list.size()));
+            if (std::find(others.begin(), others.end(), name) == others.end()) {
+                result.emplace_back(name);
+            }
+        }
+        return result;
+    }
+
+    bool isContainer(MMObject reference) const {
+        const MMObjectRange opposites = targets(reference, "eOpposite");
+        return std::any_of(opposites.begin(), opposites.end(), [this](MMObject opposite) {
+            return text(opposite, "containment") == "true";
+        });
     }
 
     MetamodelFeature readFeature(MMObject object) const {
@@ -68,6 +91,8 @@ private:
         }
         result.defaultText = text(object, "defaultValueLiteral");
         const std::string upper = text(object, "upperBound");
+        result.isContainer = isContainer(object);
+        result.isStored = !result.isContainer && text(object, "transient") != "true";
         result.isMany = !upper.empty() && upper != "0" && upper != "1";
         return result;
     }

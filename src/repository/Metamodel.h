@@ -22,6 +22,10 @@ struct MetamodelFeature {
     std::string defaultText;
     /// True where an object may have more than one.
     bool isMany = false;
+    /// True of a reference to the containing object.
+    bool isContainer = false;
+    /// False where documents leave it out: a container, or what is worked out of other features.
+    bool isStored = true;
 };
 
 /// A class with what it declares itself.
@@ -29,6 +33,8 @@ struct MetamodelClass {
     std::string name;
     bool isAbstract = false;
     std::vector<std::string> supertypes;
+    /// The names of supertypes that stand in other documents.
+    std::vector<std::string> outsideSupertypes;
     std::vector<MetamodelFeature> features;
 };
 
