@@ -1,21 +1,66 @@
 // mmq check: compiles an expression and shows what there is to say about it.
+#include <iostream>
+
 #include "Commands.h"
 #include "Compilation.h"
 #include "ExitStatus.h"
+#include "ModelLoading.h"
+#include "names/NameCheck.h"
 
 namespace mmq {
+
+namespace {
+
+/// The names that the options name a model or a metamodel for.
+class OptionVocabulary {
+public:
+    explicit OptionVocabulary(const Options& options) {
+        if (!options.modelFile.empty()) {
+            model_ = loadModel(options);
+            vocabulary_.addModel(*model_);
+        } else {
+            metamodel_ = readOptions(options).metamodel;
+            vocabulary_.addMetamodel(*metamodel_, options.metamodelFile);
+        }
+    }
+
+    const NameVocabulary& vocabulary() const { return vocabulary_; }
+
+private:
+    std::unique_ptr<RepositoryModel> model_;
+    std::shared_ptr<const Metamodel> metamodel_;
+    NameVocabulary vocabulary_;
+};
+
+int checkNames(const Options& options, const CompiledExpression& expression, Messages& messages) {
+    const OptionVocabulary names(options);
+    const NameVocabulary& vocabulary = names.vocabulary();
+    if (!options.onClass.empty() && !vocabulary.findClass(options.onClass)) {
+        std::cerr << "mmq: " << sentenceForClass(options.onClass, vocabulary) << '\n';
+        showAdvice(hintForClass(options.onClass, vocabulary));
+        return EXIT_USAGE;
+    }
+    const ClassSet classesOfThis = vocabulary.findClasses({options.onClass});
+    return checkNames(expression, vocabulary, classesOfThis, messages) ? EXIT_DONE
+                                                                       : EXIT_EXPRESSION;
+}
+
+}  // namespace
 
 int runCheck(const Options& options) {
     const ExpressionText text = readExpression(options);
     Messages messages(text, options, true);
-    if (!compile(text, options.as, messages)) {
+    const CompiledExpression expression = compile(text, options.as, messages);
+    if (!expression) {
         return EXIT_EXPRESSION;
     }
     // A bare attribute compiles without a word.
     if (messages.isEmpty()) {
         messages.showMessage(0, 0, messageSource, "Parse succeeded.", Messages::Info, false);
     }
-    return EXIT_DONE;
+    const bool knowsNames = !options.modelFile.empty() || !options.metamodelFile.empty();
+    return knowsNames && !options.allowsUnknownNames ? checkNames(options, expression, messages)
+                                                     : EXIT_DONE;
 }
 
 }  // namespace mmq

@@ -13,17 +13,6 @@ namespace mmq {
 
 namespace {
 
-/// Dialogs for a compilation whose messages will be shown by another one.
-class SilentDialogs : public ExprParserDialogs {
-public:
-    bool askYesNo(const std::string& /*question*/, bool defaultAnswer) override {
-        return defaultAnswer;
-    }
-    void showMessage(int /*line*/, int /*column*/, const std::string& /*source*/,
-                     const std::string& /*message*/, MessageSeverity /*severity*/,
-                     bool /*flag*/) override {}
-};
-
 /// Accepts every type.
 class AnyTypeRequirement : public TypeRequirement {
 public:

@@ -9,6 +9,8 @@
 #include "ModelLoading.h"
 #include "ResultWriter.h"
 #include "fliodram/MMEvaluationError.h"
+#include "names/NameCheck.h"
+#include "names/NearestNames.h"
 
 namespace mmq {
 
@@ -93,6 +95,23 @@ std::string noObjectSentence(const Options& options) {
                                : "has no object with the uid " + options.uid + ".";
 }
 
+std::string nearestClasses(const RepositoryModel& model, const std::string& name) {
+    std::vector<std::string> names;
+    for (const ClassSummary& summary : model.classes()) {
+        names.emplace_back(summary.name);
+    }
+    return didYouMean(nearestNames(name, names), "", "");
+}
+
+// All objects that an expression is evaluated on are of one class.
+bool checkNames(const CompiledExpression& expression, const RepositoryModel& model, MMObject object,
+                Messages& messages) {
+    NameVocabulary vocabulary;
+    vocabulary.addModel(model);
+    return checkNames(expression, vocabulary,
+                      vocabulary.findClasses({std::string(model.className(object))}), messages);
+}
+
 }  // namespace
 
 int runEval(const Options& options) {
@@ -106,7 +125,11 @@ int runEval(const Options& options) {
     const std::vector<MMObject> objects = chooseObjects(*model, options);
     if (objects.empty()) {
         std::cerr << "mmq: " << options.modelFile << ' ' << noObjectSentence(options) << '\n';
+        showAdvice(nearestClasses(*model, options.onClass));
         return EXIT_USAGE;
+    }
+    if (!options.allowsUnknownNames && !checkNames(expression, *model, objects[0], messages)) {
+        return EXIT_EXPRESSION;
     }
     ResultWriter writer(*model, options.format, options.onClass.empty());
     EvaluationMessages failures(text, *expression.map, options);

@@ -18,6 +18,7 @@ struct TextError {
     int line;
     int column;
     std::string sentence;
+    std::string hint = {};  ///< a line of advice, or empty
 };
 
 /// A place that a message is about, as it is shown.

@@ -7,6 +7,7 @@
 #include <iostream>
 
 #include "foundation/TextOutput.h"
+#include "names/SymbolHints.h"
 
 namespace mmq {
 
@@ -18,6 +19,7 @@ bool isPatternBesideMatch(const std::string& message) {
            message.find("{regexp}") < message.find('\n');
 }
 
+constexpr std::size_t mostShown = 100;
 constexpr const char* patternHint =
     "Put the pattern in double quotes, with \\\\ for a backslash, or use match.";
 
@@ -37,6 +39,12 @@ std::string quoted(std::string_view text) {
     return result;
 }
 
+void showAdvice(const std::string& advice) {
+    if (!advice.empty()) {
+        std::cerr << "mmq: " << advice << '\n';
+    }
+}
+
 MessageWriter::MessageWriter(const Options& options)
     : isJson_(options.messages == MessageFormat::json),
       isColored_(!isJson_ && wantsColor(options.color, STDERR_FILENO)) {}
@@ -50,8 +58,11 @@ void MessageWriter::write(const MessagePlace& place, const std::string& source,
                           bool flag) const {
     if (!isJson_) {
         std::cerr << place.file << (place.file.empty() ? "" : ":") << place.line << ':'
-                  << place.column << ": " << colored("1;31", "error:") << ' ' << message
-                  << (message.empty() || message.back() != '\n' ? "\n" : "") << place.excerpt;
+                  << place.column << ": "
+                  << (severity == ExprParserDialogs::Error ? colored("1;31", "error:")
+                                                           : colored("1;36", "note:"))
+                  << ' ' << message << (message.empty() || message.back() != '\n' ? "\n" : "")
+                  << place.excerpt;
         return;
     }
     std::string object = "{";
@@ -94,16 +105,22 @@ void Messages::showMessage(int line, int column, const std::string& source,
     } else if (showsProgress_) {
         std::cerr << message << '\n';
     }
-    if (isPatternBesideMatch(message)) {
-        showHint(line, column, patternHint);
+    const std::string hint =
+        isPatternBesideMatch(message)
+            ? patternHint
+            : hintForUnknownSymbol(message, line, column, text_.text(), !writer_.isJson());
+    if (!hint.empty()) {
+        showHint(line, column, hint);
     }
 }
 
 void Messages::showErrors(const std::vector<TextError>& errors) {
-    constexpr std::size_t mostShown = 100;
     for (std::size_t i = 0; i < std::min(errors.size(), mostShown); ++i) {
         const TextError& error = errors[i];
         showMessage(error.line, error.column, messageSource, error.sentence, Error, false);
+        if (!error.hint.empty()) {
+            showHint(error.line, error.column, error.hint);
+        }
     }
     if (errors.size() > mostShown) {
         const TextError& next = errors[mostShown];
@@ -111,6 +128,13 @@ void Messages::showErrors(const std::vector<TextError>& errors) {
                     "There are " + std::to_string(errors.size()) +
                         " errors like these; the first 100 are shown.",
                     Error, false);
+    }
+}
+
+void Messages::showNotes(const std::vector<TextError>& notes) {
+    for (std::size_t i = 0; i < std::min(notes.size(), mostShown); ++i) {
+        writer_.write(text_.place(notes[i].line, notes[i].column), messageSource, notes[i].sentence,
+                      Info, false);
     }
 }
 

@@ -19,6 +19,9 @@ bool wantsColor(When when, int stream);
 /// A text that a message speaks of, in quotes, on one line whatever it holds.
 std::string quoted(std::string_view text);
 
+/// Writes a line of advice about the line before to the standard error stream, unless it is empty.
+void showAdvice(const std::string& advice);
+
 /// Writes messages to the standard error stream, in the form that the options choose: as text with
 /// the source line and a caret, or as one JSON object a line.
 class MessageWriter {
@@ -27,7 +30,7 @@ public:
 
     bool isJson() const { return isJson_; }
 
-    /// Writes an error in text, anything in JSON.
+    /// Writes an error, or with the severity Info a note.
     void write(const MessagePlace& place, const std::string& source, const std::string& message,
                ExprParserDialogs::MessageSeverity severity, bool flag) const;
     /// Writes a line of advice about the message before.
@@ -38,6 +41,17 @@ private:
 
     bool isJson_;
     bool isColored_;
+};
+
+/// Dialogs for a compilation whose messages will be shown by another one.
+class SilentDialogs : public ExprParserDialogs {
+public:
+    bool askYesNo(const std::string& /*question*/, bool defaultAnswer) override {
+        return defaultAnswer;
+    }
+    void showMessage(int /*line*/, int /*column*/, const std::string& /*source*/,
+                     const std::string& /*message*/, MessageSeverity /*severity*/,
+                     bool /*flag*/) override {}
 };
 
 /// Writes each message of a compilation as it comes. Borrows the text of the expression.
@@ -53,6 +67,9 @@ public:
 
     /// Writes errors of this program's own: the first hundred, and how many there are.
     void showErrors(const std::vector<TextError>& errors);
+    /// Writes what is to be told of a text that is right, in text with its place; the first
+    /// hundred.
+    void showNotes(const std::vector<TextError>& notes);
     /// Writes a line of advice about the message before.
     void showHint(int line, int column, const std::string& hint);
 

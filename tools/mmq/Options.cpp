@@ -37,6 +37,11 @@ void addLimits(CLI::App& command, Options& options) {
               "SECONDS");
 }
 
+void addNames(CLI::App& command, Options& options) {
+    command.add_flag("--allow-unknown-names", options.allowsUnknownNames,
+                     "Accept names that no object of the model can have");
+}
+
 namespace {
 
 void addExpression(CLI::App& command, Options& options) {
@@ -54,11 +59,16 @@ void addAs(CLI::App& command, Options& options) {
                    {"association", As::association}});
 }
 
-void addModel(CLI::App& command, Options& options) {
-    command.add_option("--model", options.modelFile, "The model: an XMI or JSON document")
-        ->required()
-        ->type_name("FILE");
+CLI::Option* addModel(CLI::App& command, Options& options) {
+    CLI::Option* const model =
+        command.add_option("--model", options.modelFile, "The model: an XMI or JSON document")
+            ->type_name("FILE");
     addMetamodel(command, options);
+    return model;
+}
+
+CLI::Option* addOn(CLI::App& command, Options& options, const char* help) {
+    return command.add_option("--on", options.onClass, help)->type_name("CLASS");
 }
 
 void addFormat(CLI::App& command, Options& options, const Names<Format>& names) {
@@ -68,13 +78,12 @@ void addFormat(CLI::App& command, Options& options, const Names<Format>& names) 
 void addEval(CLI::App& program, Options& options) {
     CLI::App& command = *program.add_subcommand(
         "eval", "Evaluate an expression on the root of a model, or on objects of it");
-    addModel(command, options);
-    CLI::Option* const on =
-        command.add_option("--on", options.onClass, "Evaluate on every object of a class")
-            ->type_name("CLASS");
+    addModel(command, options)->required();
+    CLI::Option* const on = addOn(command, options, "Evaluate on every object of a class");
     command.add_option("--uid", options.uid, "Evaluate on the object with this identifier")
         ->type_name("UID")
         ->excludes(on);
+    addNames(command, options);
     addAs(command, options);
     addFormat(command, options,
               {{"text", Format::text}, {"json", Format::json}, {"csv", Format::csv}});
@@ -89,6 +98,9 @@ void addEval(CLI::App& program, Options& options) {
 void addCheck(CLI::App& program, Options& options) {
     CLI::App& command =
         *program.add_subcommand("check", "Compile an expression and show the messages");
+    addModel(command, options);
+    addOn(command, options, "The class of the objects that the expression is for");
+    addNames(command, options);
     addAs(command, options);
     addMessages(command, options);
     addExpression(command, options);
@@ -115,7 +127,7 @@ void addDump(CLI::App& program, Options& options) {
 void addInfo(CLI::App& program, Options& options) {
     CLI::App& command = *program.add_subcommand(
         "info", "Show the classes of a model with their objects, attributes and associations");
-    addModel(command, options);
+    addModel(command, options)->required();
     addFormat(command, options,
               {{"text", Format::text}, {"json", Format::json}, {"csv", Format::csv}});
     command.callback([&options] { options.command = Command::info; });
@@ -206,6 +218,9 @@ std::string findConflict(Options& options) {
     }
     if (options.command == Command::info || isDumpOfBuiltins) {
         return {};
+    }
+    if (!options.onClass.empty() && options.modelFile.empty() && options.metamodelFile.empty()) {
+        return "--on needs --model or --metamodel.";
     }
     if (options.expression.has_value() == hasFile) {
         return hasFile ? "The expression is given twice: as an argument and with -f."

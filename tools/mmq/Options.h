@@ -44,6 +44,7 @@ struct Options {
     When color = When::automatic;
     bool isVerbose = false;
     bool failsOnFalse = false;
+    bool allowsUnknownNames = false;
     std::optional<std::string> expression;  ///< given as an argument
     std::string expressionFile;             ///< -f; "-" is the standard input
     std::string modelFile;

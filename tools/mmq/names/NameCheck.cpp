@@ -1,0 +1,321 @@
+// The tree of the compiled expression is walked; each visit of an expression leaves the classes of
+// the objects that it yields. Variables have the classes of what they are bound to. A path is
+// followed with sets of classes in place of objects, round its cycles until no step is reached by a
+// new class; then each step is judged once. What is not in the target expression, such as the value
+// of a let that is not used, is not looked at.
+#include "names/NameCheck.h"
+
+#include <unordered_map>
+#include <utility>
+
+#include "ast/ASTVisitor.h"
+#include "ast/LeftSpine.h"
+#include "names/VariableClasses.h"
+#include "namespace/Symbol.h"
+#include "support/ParseException.h"
+
+namespace mmq {
+
+namespace {
+
+/// Walks over one expression and has its names judged.
+class NameVisitor : public ASTVisitor {
+public:
+    NameVisitor(const SourceMap& map, const NameVocabulary& vocabulary,
+                const ClassSet& classesOfThis)
+        : map_(map),
+          vocabulary_(vocabulary),
+          judge_(vocabulary),
+          variables_(vocabulary, classesOfThis) {}
+
+    NameFindings takeFindings() { return judge_.takeFindings(); }
+
+    void visitSpecification(SpecificationNode& node) override { visit(node.getExpr()); }
+    void visitUniversalQuantifier(UniversalQuantifierNode& node) override { visitQuantifier(node); }
+    void visitExistentialQuantifier(ExistentialQuantifierNode& node) override {
+        visitQuantifier(node);
+    }
+    void visitBinaryExpression(BinaryExpressionNode& node) override;
+    void visitUnaryExpression(UnaryExpressionNode& node) override { visit(node.getExpr()); }
+    void visitRelationalExpression(RelationalExpressionNode& node) override;
+    void visitApplicationExpression(ApplicationExpressionNode& node) override;
+    void visitMapExpression(MapExpressionNode& node) override {
+        visitWithCurrent(*node.getFunction(), visit(node.getSource()));
+    }
+    void visitFilterExpression(FilterExpressionNode& node) override {
+        result_ = filtered(*node.getPredicate(), visit(node.getSource()));
+    }
+    void visitTraverseExpression(TraverseExpressionNode& node) override {
+        visitWithCurrent(*node.getPath(), visit(node.getSource()));
+    }
+    void visitSortExpression(SortExpressionNode& node) override;
+    void visitLetExpression(LetExpressionNode& node) override;
+    void visitIfExpression(IfExpressionNode& node) override;
+    void visitTupleExpression(TupleExpressionNode& node) override;
+    void visitUnitExpression(UnitExpressionNode& /*node*/) override {}
+    void visitRegExpConstant(RegExpConstantNode& /*node*/) override {}
+    void visitStringConstant(StringConstantNode& /*node*/) override {}
+    void visitIntegerConstant(IntegerConstantNode& /*node*/) override {}
+    void visitRealConstant(RealConstantNode& /*node*/) override {}
+    void visitBooleanConstant(BooleanConstantNode& /*node*/) override {}
+    void visitPath(PathNode& node) override;
+    // Steps are followed by followPath().
+    void visitReferenceAssociation(ReferenceAssociationNode& /*node*/) override {}
+    void visitDefinitionAssociation(DefinitionAssociationNode& /*node*/) override {}
+
+private:
+    using Outcomes = std::vector<ConditionOutcome>;  // by number of the variable
+    using Steps = std::unordered_map<DefinitionAssociationNode*, ClassSet>;
+
+    /// The classes of the objects that a node yields; all where it yields none.
+    ClassSet visit(ASTNode& node) {
+        checkVisitDepth(node);
+        result_ = vocabulary_.allClasses();
+        node.accept(*this);
+        return std::move(result_);
+    }
+    ClassSet visit(const ExpressionPtr& node) { return visit(*node); }
+
+    void visitQuantifier(QuantifierNode& node);
+    void visitWithCurrent(ExpressionNode& body, const ClassSet& classes);
+    ClassSet filtered(ExpressionNode& condition, const ClassSet& classes);
+    Outcomes judgeAll(ExpressionNode& condition) const;
+    void narrow(const Outcomes& outcomes, bool isTrue);
+    void visitAttribute(const TupleExpressionNode& arguments);
+    ClassSet followPath(AssociationNode& first, const ClassSet& classes);
+    ClassSet reached(DefinitionAssociationNode& step, const ClassSet& classes);
+
+    const SourceMap& map_;
+    const NameVocabulary& vocabulary_;
+    NameJudge judge_;
+    VariableClasses variables_;
+    ClassSet result_;
+};
+
+// ---------------------------------------------------------------- variables and conditions
+
+void NameVisitor::visitQuantifier(QuantifierNode& node) {
+    const ClassSet classes = visit(node.getSource());
+    variables_.push(node.getBoundVariable().get(), true, classes);
+    visit(node.getExpr());
+    variables_.pop();
+}
+
+void NameVisitor::visitWithCurrent(ExpressionNode& body, const ClassSet& classes) {
+    variables_.push(nullptr, true, classes);
+    result_ = visit(body);
+    variables_.pop();
+}
+
+// The classes that the objects have for which a condition, which is judged, is true.
+ClassSet NameVisitor::filtered(ExpressionNode& condition, const ClassSet& classes) {
+    variables_.push(nullptr, true, classes);
+    visit(condition);
+    ClassSet result = variables_.judgeInnermost(condition).whenTrue;
+    variables_.pop();
+    return result;
+}
+
+NameVisitor::Outcomes NameVisitor::judgeAll(ExpressionNode& condition) const {
+    Outcomes outcomes;
+    for (const ClassSet& classes : variables_.all()) {
+        outcomes.push_back(variables_.judge(condition, outcomes.size(), classes));
+    }
+    return outcomes;
+}
+
+// Takes a condition to be true, or false, in what is visited next.
+void NameVisitor::narrow(const Outcomes& outcomes, bool isTrue) {
+    std::vector<ClassSet> classes;
+    for (const ConditionOutcome& outcome : outcomes) {
+        classes.push_back(isTrue ? outcome.whenTrue : outcome.whenFalse);
+    }
+    variables_.setAll(classes);
+}
+
+// Right operands are visited with what the left ones say where they do not decide.
+void NameVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
+    const LeftSpine spine(node);
+    visit(spine.innermostOperand());
+    Outcomes outcomes = judgeAll(*spine.innermostOperand());
+    const std::vector<ClassSet> outside = variables_.all();
+    for (auto binary = spine.rbegin(); binary != spine.rend(); ++binary) {
+        const BinaryOperator op = (*binary)->getOp();
+        ExpressionNode& right = *(*binary)->getRhs();
+        narrow(outcomes, op != BinaryOperator::OR);
+        visit(right);
+        for (std::size_t i = 0; i < outcomes.size(); ++i) {
+            outcomes[i] = variables_.combine(op, outcomes[i], right, i, outside[i]);
+        }
+    }
+    variables_.setAll(outside);
+}
+
+void NameVisitor::visitIfExpression(IfExpressionNode& node) {
+    visit(node.getTest());
+    const Outcomes outcomes = judgeAll(*node.getTest());
+    const std::vector<ClassSet> outside = variables_.all();
+    narrow(outcomes, true);
+    ClassSet classes = visit(node.getThen());
+    narrow(outcomes, false);
+    classes.insert(visit(node.getElse()));
+    variables_.setAll(outside);
+    result_ = std::move(classes);
+}
+
+// A class of the empty name is that of no object.
+void NameVisitor::visitRelationalExpression(RelationalExpressionNode& node) {
+    visit(*node.getLhs());
+    visit(*node.getRhs());
+    const ClassTest test = classTestOf(node);
+    if (test && !test.className->getText().empty()) {
+        judge_.judgeClass(*test.className);
+    }
+}
+
+void NameVisitor::visitSortExpression(SortExpressionNode& node) {
+    ClassSet classes = visit(node.getSource());
+    for (const SortKey& key : node.getKeys()) {
+        visitWithCurrent(*key.getExpr(), classes);
+    }
+    result_ = std::move(classes);
+}
+
+void NameVisitor::visitLetExpression(LetExpressionNode& node) {
+    const bool isUsed = map_.targetOf(*node.getSource()) != nullptr;
+    variables_.push(node.getBoundVariable().get(), false,
+                    isUsed ? visit(node.getSource()) : vocabulary_.allClasses());
+    result_ = visit(node.getExpr());
+    variables_.pop();
+}
+
+// ---------------------------------------------------------------- functions
+
+void NameVisitor::visitTupleExpression(TupleExpressionNode& node) {
+    for (const ExpressionPtr& element : node.getElements()) {
+        visit(element);
+    }
+}
+
+void NameVisitor::visitAttribute(const TupleExpressionNode& arguments) {
+    ExpressionNode& name = *arguments.getElements()[0];
+    const ClassSet classes = visit(arguments.getElements()[1]);
+    if (name.getExpressionKind() == ExpressionKind::stringConstant) {
+        judge_.judgeAttribute(static_cast<const StringConstantNode&>(name), classes);
+    } else {
+        visit(name);
+    }
+}
+
+// All functions that give objects give some of those that they take, but for the one that gives all
+// of a class.
+void NameVisitor::visitApplicationExpression(ApplicationExpressionNode& node) {
+    ExpressionNode& argument = *node.getExpr();
+    const bool isAttribute = node.getName() == "attribute" &&
+                             argument.getExpressionKind() == ExpressionKind::tupleExpression;
+    if (isAttribute) {
+        visitAttribute(static_cast<const TupleExpressionNode&>(argument));
+        return;
+    }
+    ClassSet classes = visit(argument);
+    const bool isAll = node.getName() == "all";
+    if (isAll && argument.getExpressionKind() == ExpressionKind::stringConstant) {
+        const auto& name = static_cast<const StringConstantNode&>(argument);
+        judge_.judgeClass(name);
+        const std::optional<ClassNumber> number = vocabulary_.findClass(name.getText());
+        classes = number ? ClassSet() : vocabulary_.allClasses();
+        if (number) {
+            classes.insert(*number);
+        }
+    }
+    result_ = std::move(classes);
+}
+
+// ---------------------------------------------------------------- paths
+
+void NameVisitor::visitPath(PathNode& node) {
+    result_ = variables_.classesOf(node);
+    if (node.getAssociation()) {
+        const ClassSet classes = std::move(result_);
+        result_ = followPath(*node.getAssociation(), classes);
+    }
+}
+
+// What a step reaches, as far as its condition lets it.
+ClassSet NameVisitor::reached(DefinitionAssociationNode& step, const ClassSet& classes) {
+    ClassSet result = vocabulary_.reach(classes, step.getName());
+    if (step.getCondition()) {
+        variables_.push(nullptr, true, result);
+        result = variables_.judgeInnermost(*step.getCondition()).whenTrue;
+        variables_.pop();
+    }
+    return result;
+}
+
+// Every reference has a declaration, since the expression compiled.
+ClassSet NameVisitor::followPath(AssociationNode& first, const ClassSet& classes) {
+    ClassSet result;
+    Steps steps;
+    std::vector<DefinitionAssociationNode*> order;
+    std::vector<std::pair<AssociationNode*, ClassSet>> pending{{&first, classes}};
+    while (!pending.empty()) {
+        auto [node, arriving] = std::move(pending.back());
+        pending.pop_back();
+        auto* const step = node->getAssociationKind() == AssociationKind::reference
+                               ? &node->getLabelSymbol()->getDeclaration()
+                               : static_cast<DefinitionAssociationNode*>(node);
+        const auto [place, isNew] = steps.try_emplace(step);
+        if (!isNew && place->second.contains(arriving)) {
+            continue;
+        }
+        if (isNew) {
+            order.push_back(step);
+        }
+        place->second.insert(arriving);
+        const ClassSet targets = reached(*step, place->second);
+        if (step->getSibling()) {
+            pending.emplace_back(step->getSibling().get(), arriving);
+        }
+        if (step->getChild()) {
+            pending.emplace_back(step->getChild().get(), targets);
+        }
+        if (!step->getChild() || step->getAddToResult()) {
+            result.insert(targets);
+        }
+    }
+    for (DefinitionAssociationNode* step : order) {
+        judge_.judgeAssociation(*step, steps[step]);
+        if (step->getCondition()) {
+            filtered(*step->getCondition(), vocabulary_.reach(steps[step], step->getName()));
+        }
+    }
+    return result;
+}
+
+}  // namespace
+
+NameFindings findWrongNames(const CompiledExpression& expression, const NameVocabulary& vocabulary,
+                            const ClassSet& classesOfThis) {
+    if (!expression.map->getRoot()) {
+        return {};
+    }
+    NameVisitor visitor(*expression.map, vocabulary, classesOfThis);
+    expression.map->getRoot()->accept(visitor);
+    return visitor.takeFindings();
+}
+
+bool checkNames(const CompiledExpression& expression, const NameVocabulary& vocabulary,
+                const ClassSet& classesOfThis, Messages& messages) {
+    try {
+        const NameFindings findings = findWrongNames(expression, vocabulary, classesOfThis);
+        messages.showErrors(findings.errors);
+        messages.showNotes(findings.notes);
+        return findings.errors.empty();
+    } catch (const ParseException& exception) {
+        messages.showMessage(exception.getLine(), exception.getColumn(), messageSource,
+                             exception.what(), Messages::Error, false);
+        return false;
+    }
+}
+
+}  // namespace mmq

@@ -1,0 +1,22 @@
+// Finds the names in an expression that no object can have.
+#pragma once
+
+#include "Compilation.h"
+#include "Messages.h"
+#include "names/NameJudge.h"
+#include "names/NameVocabulary.h"
+
+namespace mmq {
+
+/// Looks at every name of an attribute, an association or a class that stands as a constant in a
+/// compiled expression, by the classes of the objects that it can be applied to as far as they are
+/// known. `classesOfThis` are those of the objects that the expression is evaluated on; none of
+/// them where that is not known.
+NameFindings findWrongNames(const CompiledExpression& expression, const NameVocabulary& vocabulary,
+                            const ClassSet& classesOfThis);
+
+/// The same, shown. Returns false where there is an error.
+bool checkNames(const CompiledExpression& expression, const NameVocabulary& vocabulary,
+                const ClassSet& classesOfThis, Messages& messages);
+
+}  // namespace mmq

@@ -1,0 +1,135 @@
+#include "names/NearestNames.h"
+
+#include <algorithm>
+#include <array>
+#include <compare>
+#include <utility>
+
+namespace mmq {
+
+namespace {
+
+// Longer names than any that people give are not compared letter by letter.
+constexpr std::size_t longestName = 200;
+constexpr std::size_t mostSuggestions = 3;
+constexpr std::size_t shortestBeginning = 3;
+
+std::string lowerCase(std::string_view text) {
+    std::string result(text);
+    for (char& c : result) {
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    return result;
+}
+
+std::size_t commonBeginning(std::string_view a, std::string_view b) {
+    const std::size_t size = std::min(a.size(), b.size());
+    std::size_t length = 0;
+    while (length < size && a[length] == b[length]) {
+        ++length;
+    }
+    return length;
+}
+
+/// How far a candidate is from a name; the smaller, the nearer.
+struct Nearness {
+    std::size_t distance = 0;      // whatever the case
+    std::size_t caseDistance = 0;  // the case counted
+    std::size_t otherLetters = 0;  // behind what both begin with
+    std::string_view candidate;
+
+    auto operator<=>(const Nearness& other) const = default;
+};
+
+/// Compares candidates with one name.
+class Measure {
+public:
+    explicit Measure(std::string_view name) : name_(name), lowerName_(lowerCase(name)) {}
+
+    Nearness of(std::string_view candidate) const {
+        const std::string lower = lowerCase(candidate);
+        Nearness result;
+        result.distance = editDistance(lowerName_, lower);
+        if (isBeginningOf(lower)) {
+            result.distance = std::min(result.distance, farthest());
+        }
+        result.caseDistance = editDistance(name_, candidate);
+        result.otherLetters = candidate.size() - commonBeginning(lowerName_, lower);
+        result.candidate = candidate;
+        return result;
+    }
+
+    bool accepts(const Nearness& nearness) const { return nearness.distance <= farthest(); }
+
+private:
+    bool isBeginningOf(std::string_view candidate) const {
+        return name_.size() >= shortestBeginning &&
+               candidate.substr(0, lowerName_.size()) == lowerName_;
+    }
+    std::size_t farthest() const { return std::max<std::size_t>(1, name_.size() / 3); }
+
+    std::string_view name_;
+    std::string lowerName_;
+};
+
+}  // namespace
+
+// The table of distances of all beginnings, of which three lines are kept.
+std::size_t editDistance(std::string_view a, std::string_view b) {
+    if (std::max(a.size(), b.size()) > longestName) {
+        return a == b ? 0 : longestName;
+    }
+    std::array<std::array<std::size_t, longestName + 1>, 3> lines{};
+    auto* beforeLast = &lines[0];
+    auto* last = &lines[1];
+    auto* line = &lines[2];
+    for (std::size_t j = 0; j <= b.size(); ++j) {
+        (*last)[j] = j;
+    }
+    for (std::size_t i = 1; i <= a.size(); ++i) {
+        (*line)[0] = i;
+        for (std::size_t j = 1; j <= b.size(); ++j) {
+            const std::size_t exchange = (*last)[j - 1] + (a[i - 1] == b[j - 1] ? 0 : 1);
+            (*line)[j] = std::min({(*last)[j] + 1, (*line)[j - 1] + 1, exchange});
+            if (i > 1 && j > 1 && a[i - 1] == b[j - 2] && a[i - 2] == b[j - 1]) {
+                (*line)[j] = std::min((*line)[j], (*beforeLast)[j - 2] + 1);
+            }
+        }
+        std::swap(beforeLast, last);
+        std::swap(last, line);
+    }
+    return (*last)[b.size()];
+}
+
+std::vector<std::string> nearestNames(std::string_view name,
+                                      const std::vector<std::string>& candidates) {
+    const Measure measure(name);
+    std::vector<Nearness> found;
+    for (const std::string& candidate : candidates) {
+        const Nearness nearness = measure.of(candidate);
+        if (candidate != name && measure.accepts(nearness)) {
+            found.push_back(nearness);
+        }
+    }
+    std::sort(found.begin(), found.end());
+    std::vector<std::string> result;
+    for (const Nearness& nearness : found) {
+        if (result.size() < mostSuggestions &&
+            (result.empty() || result.back() != nearness.candidate)) {
+            result.emplace_back(nearness.candidate);
+        }
+    }
+    return result;
+}
+
+std::string didYouMean(const std::vector<std::string>& names, std::string_view before,
+                       std::string_view after) {
+    std::string text;
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        text += i == 0 ? "Did you mean " : i + 1 < names.size() ? ", " : " or ";
+        text.append(before).append(names[i]).append(after);
+    }
+    return text.empty() ? text : text + "?";
+}
+
+}  // namespace mmq

@@ -1,0 +1,103 @@
+#include "names/SymbolHints.h"
+
+#include <array>
+#include <sstream>
+#include <string_view>
+#include <vector>
+
+#include "Messages.h"
+#include "names/NearestNames.h"
+#include "namespace/CreateNameSpaceVisitor.h"
+#include "namespace/TopLevelEnvironment.h"
+#include "parser/SyntaxParser.h"
+#include "support/ParseException.h"
+
+namespace mmq {
+
+namespace {
+
+/// A message that a symbol is not there: what stands round its name, and how the name is written.
+struct UnknownSymbol {
+    std::string_view before;
+    std::string_view after;
+    SymbolKind kind;
+    std::string_view written;
+};
+
+constexpr std::array<UnknownSymbol, 3> unknownSymbols{{
+    {"Function ", " is not defined.", SymbolKind::function, ""},
+    {"Variable ", " doesn't exist.", SymbolKind::variable, ""},
+    {"Label ", " doesn't exist.", SymbolKind::label, "@"},
+}};
+
+// The name in a message of this kind; empty in any other.
+std::string nameIn(std::string_view message, const UnknownSymbol& unknown) {
+    const bool isMeant = message.size() > unknown.before.size() + unknown.after.size() &&
+                         message.substr(0, unknown.before.size()) == unknown.before &&
+                         message.substr(message.size() - unknown.after.size()) == unknown.after;
+    return isMeant ? std::string(message.substr(
+                         unknown.before.size(),
+                         message.size() - unknown.before.size() - unknown.after.size()))
+                   : std::string();
+}
+
+bool isOperator(const std::string& name) { return name.rfind("operator", 0) == 0; }
+
+// The names of one kind that a scope and those around it declare.
+void collect(ScopePtr scope, SymbolKind kind, std::vector<std::string>& names) {
+    for (; scope; scope = scope->getParent()) {
+        for (const Scope::Entry& entry : scope->entries()) {
+            if (entry.symbol->getKind() == kind && !isOperator(entry.name)) {
+                names.push_back(entry.name);
+            }
+        }
+    }
+}
+
+// The names of one kind that are known at a place of the text.
+std::vector<std::string> namesAt(const std::string& text, int line, int column, SymbolKind kind) {
+    std::vector<std::string> names;
+    SilentDialogs silent;
+    std::ostringstream dropped;
+    const auto root = SyntaxParser::parse(silent, text.c_str(), dropped);
+    if (!root) {
+        return names;
+    }
+    CreateNameSpaceVisitor visitor(TopLevelEnvironment::instance()->getScope());
+    root->accept(visitor);
+    const NameSpace& nameSpace = *visitor.getNameSpace();
+    for (const NameSpace::Entry& entry : nameSpace.entries()) {
+        if (entry.node->getLine() == line && entry.node->getColumn() == column) {
+            collect(nameSpace.scopes()[entry.scope], kind, names);
+        }
+    }
+    return names;
+}
+
+std::string adviceFor(const UnknownSymbol& unknown, const std::string& name,
+                      const std::vector<std::string>& names, bool isForPeople) {
+    const std::string hint = didYouMean(nearestNames(name, names), unknown.written, "");
+    return hint.empty() && isForPeople && unknown.kind == SymbolKind::variable
+               ? "An attribute is written $" + name + ", an association [" + name + "]."
+               : hint;
+}
+
+}  // namespace
+
+std::string hintForUnknownSymbol(const std::string& message, int line, int column,
+                                 const std::string& text, bool isForPeople) {
+    for (const UnknownSymbol& unknown : unknownSymbols) {
+        const std::string name = nameIn(message, unknown);
+        if (name.empty()) {
+            continue;
+        }
+        try {
+            return adviceFor(unknown, name, namesAt(text, line, column, unknown.kind), isForPeople);
+        } catch (const ParseException&) {
+            return {};  // less of the stack is left than when the text was first parsed
+        }
+    }
+    return {};
+}
+
+}  // namespace mmq
