@@ -3,6 +3,8 @@
 // white space to the next; an escape stands for the character that it means.
 #include "lint/ScalarOrigin.h"
 
+#include <algorithm>
+#include <charconv>
 #include <string_view>
 #include <utility>
 
@@ -24,7 +26,7 @@ public:
     /// Moves to the next byte that is no white space.
     void skipBlanks() {
         while (at_ < text_.size() && (isBlank(text_[at_]) || isBlankEscape())) {
-            at_ += isBlank(text_[at_]) ? 1 : 2;
+            at_ += isBlank(text_[at_]) ? 1 : escapeLength();
         }
     }
 
@@ -60,7 +62,17 @@ private:
 
     bool isBlankEscape() const {
         constexpr std::string_view blanks = "ntr \t\r\n";
-        return style_ == '"' && peek(0) == '\\' && blanks.find(peek(1)) != std::string_view::npos;
+        if (style_ != '"' || peek(0) != '\\') {
+            return false;
+        }
+        return escapeLength() == 2 ? blanks.find(peek(1)) != std::string_view::npos
+                                   : isBlankCode(text_.substr(at_ + 2, escapeLength() - 2));
+    }
+
+    static bool isBlankCode(std::string_view digits) {
+        unsigned code = 0;
+        std::from_chars(digits.data(), digits.data() + digits.size(), code, 16);
+        return code <= 0x20U;
     }
 
     std::size_t escapeLength() const {
