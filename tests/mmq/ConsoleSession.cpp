@@ -12,6 +12,13 @@ namespace {
 
 bool isCommand(const std::string& line) { return line.rfind("$ ", 0) == 0; }
 
+// The file that a line like "[`src/main.cpp`](../src/main.cpp):" names; empty for other lines.
+std::string quotedFile(const std::string& line) {
+    const std::size_t end = line.find("`](");
+    const bool isQuote = line.rfind("[`", 0) == 0 && end != std::string::npos && line.back() == ':';
+    return isQuote ? line.substr(2, end - 2) : "";
+}
+
 std::string joined(const std::vector<std::string>& lines, std::size_t first, std::size_t last) {
     std::string text;
     for (std::size_t i = first; i < last; ++i) {
@@ -32,14 +39,25 @@ SessionFile::SessionFile(std::string path, bool isDocument) : path_(std::move(pa
         return;
     }
     for (std::size_t i = 0; i < lines_.size(); ++i) {
-        if (lines_[i] == "```console") {
-            const std::size_t first = ++i;
-            while (i < lines_.size() && lines_[i] != "```") {
-                ++i;
-            }
-            readSession(first, i);
+        if (lines_[i].rfind("```", 0) == 0) {
+            i = readBlock(i);
         }
     }
+}
+
+std::size_t SessionFile::readBlock(std::size_t opening) {
+    const std::size_t first = opening + 1;
+    std::size_t last = first;
+    while (last < lines_.size() && lines_[last] != "```") {
+        ++last;
+    }
+    const std::string quoted = opening >= 2 ? quotedFile(lines_[opening - 2]) : "";
+    if (lines_[opening] == "```console") {
+        readSession(first, last);
+    } else if (!quoted.empty()) {
+        commands_.push_back({first, "cat " + quoted, joined(lines_, first, last), first, last});
+    }
+    return last;
 }
 
 void SessionFile::readSession(std::size_t first, std::size_t last) {

@@ -13,7 +13,8 @@ struct ConsoleCommand {
     std::size_t last = 0;   ///< one past them
 };
 
-/// A text file that holds sessions: all of it, or its blocks between "```console" and "```".
+/// A text file that holds sessions: all of it, or its blocks between "```console" and "```". A
+/// block below the line "[`FILE`](LINK):" is the file as it is.
 ///
 /// A line that begins with "$ " is a command, a backslash at its end goes on with the next line;
 /// what follows up to the next command or the end of the block is what it printed. Lines before
@@ -29,6 +30,8 @@ public:
     void rewrite(const std::vector<std::string>& outputs) const;
 
 private:
+    /// Reads a fenced block; returns the line of its end.
+    std::size_t readBlock(std::size_t opening);
     void readSession(std::size_t first, std::size_t last);
 
     std::string path_;
