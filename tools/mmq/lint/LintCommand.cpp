@@ -15,6 +15,7 @@
 #include "lint/Baseline.h"
 #include "lint/Linter.h"
 #include "lint/ReportFormats.h"
+#include "lint/RuleNames.h"
 #include "lint/RuleReader.h"
 
 namespace mmq {
@@ -90,6 +91,9 @@ int runLint(const Options& options) {
         return EXIT_EXPRESSION;
     }
     const auto models = loadModels(options.lint.models, options);
+    if (!options.allowsUnknownNames && !checkNames(sets.front(), models, options)) {
+        return EXIT_EXPRESSION;
+    }
     Report report = lint(sets, models, options);
     useBaseline(options.lint, report);
     writeReports(report, options);

@@ -57,6 +57,7 @@ void NameVocabulary::addModel(const RepositoryModel& model) {
         addMetamodel(*model.metamodel(), "the metamodel");
     }
     declared_.addModel(model);
+    knowsAllClasses_ = knowsAllClasses_ && (model.metamodel() != nullptr || isOfStandard(model));
     ShownModel shown{&model, {}};
     for (const ClassSummary& summary : model.classes()) {
         const ClassNumber number = declared_.byName().at(std::string(summary.name));
@@ -67,6 +68,14 @@ void NameVocabulary::addModel(const RepositoryModel& model) {
         roots_.insert(shown.numbers.at(model.className(root).data()));
     }
     models_.push_back(std::move(shown));
+}
+
+bool NameVocabulary::isOfStandard(const RepositoryModel& model) const {
+    const MMObjectRange roots = model.roots();
+    return std::any_of(roots.begin(), roots.end(), [this, &model](MMObject root) {
+        const std::string name(model.className(root));
+        return declared_.findStandard(name) != DeclaredNames::anything;
+    });
 }
 
 std::string NameVocabulary::subject() const {

@@ -40,6 +40,8 @@ public:
     /// The classes that objects may have; those of the outermost objects.
     const ClassSet& allClasses() const { return declared_.known(); }
     const ClassSet& rootClasses() const { return roots_.isEmpty() ? allClasses() : roots_; }
+    /// Whether every model is of a metamodel that is known: then a class that is not found is none.
+    bool knowsAllClasses() const { return knowsAllClasses_; }
     /// The class of a name: of the models and metamodels; where there is a model, of UML and Ecore.
     std::optional<ClassNumber> findClass(const std::string& name) const;
     /// Those of several names that there are.
@@ -95,7 +97,10 @@ private:
     ClassSet shownReach(const ClassSet& classes, std::string_view association) const;
     const ClassSet& shownReach(ClassNumber number, std::string_view association) const;
 
+    bool isOfStandard(const RepositoryModel& model) const;
+
     DeclaredNames declared_;
+    bool knowsAllClasses_ = true;
     std::vector<const Metamodel*> metamodels_;
     std::string metamodelName_;
     std::vector<ShownModel> models_;

@@ -1,0 +1,86 @@
+#include "lint/RuleNames.h"
+
+#include <string>
+
+#include "Messages.h"
+#include "lint/YamlNode.h"
+#include "names/NameCheck.h"
+
+namespace mmq {
+
+namespace {
+
+/// Looks at one rule after the other.
+class RuleNameCheck {
+public:
+    RuleNameCheck(const NameVocabulary& vocabulary, const Options& options)
+        : vocabulary_(vocabulary), options_(options), writer_(options) {}
+
+    bool check(const CompiledRule& compiled) const {
+        const Rule& rule = *compiled.rule;
+        bool isRight = true;
+        std::vector<std::string> classes;
+        for (const LocatedText& name : rule.classes) {
+            isRight = checkClass(rule, name) && isRight;
+            classes.push_back(name.text);
+        }
+        const ClassSet objects = vocabulary_.findClasses(classes);
+        if (!vocabulary_.allClasses().meets(objects)) {
+            return isRight;  // it will judge nothing: it is for models of another kind
+        }
+        isRight = checkText(compiled.expression, *rule.expression, objects) && isRight;
+        // The message is about the objects themselves, or about those that are found.
+        const ClassSet elements = rule.isFinding ? vocabulary_.allClasses() : objects;
+        for (std::size_t i = 0; i < rule.message.size(); ++i) {
+            if (rule.message[i].expression) {
+                isRight = checkText(compiled.message[i], *rule.message[i].expression, elements) &&
+                          isRight;
+            }
+        }
+        return isRight;
+    }
+
+private:
+    bool checkClass(const Rule& rule, const LocatedText& name) const {
+        const bool mayBeAbsent = rule.mayBeAbsent && !vocabulary_.knowsAllClasses();
+        if (vocabulary_.findClass(name.text) || mayBeAbsent) {
+            return true;
+        }
+        FileErrors errors(rule.file, writer_);
+        errors.add(name.origin.offsets.front(), sentenceForClass(name.text, vocabulary_));
+        const std::string hint = hintForClass(name.text, vocabulary_);
+        if (!hint.empty()) {
+            errors.addHint(hint);
+        }
+        return false;
+    }
+
+    bool checkText(const CompiledExpression& expression, const ExpressionText& text,
+                   const ClassSet& classes) const {
+        Messages messages(text, options_, false);
+        return checkNames(expression, vocabulary_, classes, messages);
+    }
+
+    const NameVocabulary& vocabulary_;
+    const Options& options_;
+    MessageWriter writer_;
+};
+
+}  // namespace
+
+bool checkNames(const std::vector<CompiledRule>& rules,
+                const std::vector<std::unique_ptr<RepositoryModel>>& models,
+                const Options& options) {
+    NameVocabulary vocabulary;
+    for (const std::unique_ptr<RepositoryModel>& model : models) {
+        vocabulary.addModel(*model);
+    }
+    const RuleNameCheck check(vocabulary, options);
+    bool isRight = true;
+    for (const CompiledRule& rule : rules) {
+        isRight = check.check(rule) && isRight;
+    }
+    return isRight;
+}
+
+}  // namespace mmq
