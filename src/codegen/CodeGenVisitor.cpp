@@ -81,8 +81,9 @@ void CodeGenVisitor::note(const ASTNode& node, const SourceSpan& span, const Tar
     }
 }
 
-OrvCyclicPtr<MMObjectVarExpr> CodeGenVisitor::boundVariable(
-    const ASTNode& binder, OrvCyclicPtr<MMObjectVarExpr> variable) {
+template <class Binder, class Target>
+OrvCyclicPtr<Target> CodeGenVisitor::boundVariable(const Binder& binder,
+                                                   OrvCyclicPtr<Target> variable) {
     if (map_ != nullptr) {
         map_->addVariable(binder, *variable);
     }
@@ -127,7 +128,8 @@ OrvCyclicPtr<MMValueAbsExpr> CodeGenVisitor::valueFunction(
 
 void CodeGenVisitor::visitSpecification(SpecificationNode& node) {
     const TargetPtr body = generateTarget(*node.getExpr());
-    thisVariable_ = objectVariable(anchorName(AnchorKind::THIS), *node.getExpr());
+    thisVariable_ =
+        boundVariable(node, objectVariable(anchorName(AnchorKind::THIS), *node.getExpr()));
     result_ = body;
 }
 
@@ -256,7 +258,7 @@ void CodeGenVisitor::visitSortExpression(SortExpressionNode& node) {
     const OrvCyclicPtr<MMSortExpr> sort(new MMSortExpr);
     sort->collection(source);
     for (const SortKey& key : node.getKeys()) {
-        const auto current = boundVariable(*key.getExpr(), objectVariable(key.getBoundVariable()));
+        const auto current = boundVariable(key, objectVariable(key.getBoundVariable()));
         sort->key(valueFunction(*key.getExpr(), current), key.isAscending());
     }
     push(sort);
@@ -271,7 +273,7 @@ void CodeGenVisitor::visitLetExpression(LetExpressionNode& node) {
         visitOperands(*node.getExpr());
         return;
     }
-    const TargetPtr binding = targetOf(variable);
+    const TargetPtr binding = boundVariable(node, targetOf(variable));
     const TargetPtr source = generateTarget(*node.getSource());
     OrvSimplePtr<MMCachedExpr> cached = fillBinding(variable->getType(), binding, source);
     const TargetPtr body = generateTarget(*node.getExpr());

@@ -77,8 +77,8 @@ private:
     TargetPtr generateTarget(ASTNode& node);
     void visitOperands(ASTNode& node);
     void note(const ASTNode& node, const SourceSpan& span, const TargetPtr& target);
-    OrvCyclicPtr<MMObjectVarExpr> boundVariable(const ASTNode& binder,
-                                                OrvCyclicPtr<MMObjectVarExpr> variable);
+    template <class Binder, class Target>
+    OrvCyclicPtr<Target> boundVariable(const Binder& binder, OrvCyclicPtr<Target> variable);
     OrvCyclicPtr<MMObjectVarExpr> currentVariable(const ASTNode& node);
 
     const TargetPtr& targetOf(const OrvCountedPtr<VariableSymbol>& symbol);

@@ -10,25 +10,21 @@ const SourceSpan* SourceMap::find(const OrvCyclicPtrBody& target) const {
     return found != byTarget_.end() ? &parts_[found->second].span : nullptr;
 }
 
-const OrvCyclicPtrBody* SourceMap::targetOf(const ASTNode& node) const {
+OrvCyclicPtrBody* SourceMap::targetOf(const ASTNode& node) const {
     const auto found = byNode_.find(&node);
     return found != byNode_.end() ? found->second : nullptr;
 }
 
-const MMObjectVarExpr* SourceMap::variableOf(const ASTNode& node) const {
-    const auto found = variables_.find(&node);
+OrvCyclicPtrBody* SourceMap::variableOfBinder(const void* binder) const {
+    const auto found = variables_.find(binder);
     return found != variables_.end() ? found->second : nullptr;
 }
 
-void SourceMap::add(const ASTNode& node, const SourceSpan& span, const OrvCyclicPtrBody& target) {
+void SourceMap::add(const ASTNode& node, const SourceSpan& span, OrvCyclicPtrBody& target) {
     if (byNode_.emplace(&node, &target).second) {
         byTarget_.emplace(&target, parts_.size());
         parts_.push_back({&target, span});
     }
-}
-
-void SourceMap::addVariable(const ASTNode& node, const MMObjectVarExpr& variable) {
-    variables_.emplace(&node, &variable);
 }
 
 void SourceMap::setRoot(const OrvCountedPtr<SpecificationNode>& root) { root_ = root; }

@@ -9,8 +9,8 @@
 #include "foundation/OrvCountedPtr.h"
 
 class ASTNode;
-class MMObjectVarExpr;
 class OrvCyclicPtrBody;
+class SortKey;
 class SpecificationNode;
 
 /// Remembers, for one compilation, the pieces of the text that its targets were made from.
@@ -45,22 +45,30 @@ public:
     const std::vector<Part>& getParts() const { return parts_; }
 
     /// For passes over the syntax tree, which the map keeps: the tree; the target that was made
-    /// of a node, or null; the variable that a quantifier, an iteration, a step with a condition
-    /// or the expression of a sort key binds.
+    /// of a node, or null; the target of the variable that the whole expression binds, a
+    /// quantifier, an iteration, a step with a condition, a key of a sort, or a let.
     const OrvCountedPtr<SpecificationNode>& getRoot() const { return root_; }
-    const OrvCyclicPtrBody* targetOf(const ASTNode& node) const;
-    const MMObjectVarExpr* variableOf(const ASTNode& node) const;
+    OrvCyclicPtrBody* targetOf(const ASTNode& node) const;
+    OrvCyclicPtrBody* variableOf(const ASTNode& node) const { return variableOfBinder(&node); }
+    OrvCyclicPtrBody* variableOf(const SortKey& key) const { return variableOfBinder(&key); }
 
     /// For the compilation, which fills the map: what is added first of a node stays.
-    void add(const ASTNode& node, const SourceSpan& span, const OrvCyclicPtrBody& target);
-    void addVariable(const ASTNode& node, const MMObjectVarExpr& variable);
+    void add(const ASTNode& node, const SourceSpan& span, OrvCyclicPtrBody& target);
+    void addVariable(const ASTNode& node, OrvCyclicPtrBody& variable) {
+        variables_.emplace(&node, &variable);
+    }
+    void addVariable(const SortKey& key, OrvCyclicPtrBody& variable) {
+        variables_.emplace(&key, &variable);
+    }
     void setRoot(const OrvCountedPtr<SpecificationNode>& root);
     void clear() noexcept;
 
 private:
+    OrvCyclicPtrBody* variableOfBinder(const void* binder) const;
+
     std::vector<Part> parts_;
     std::unordered_map<const OrvCyclicPtrBody*, std::size_t> byTarget_;  // the first part of each
-    std::unordered_map<const ASTNode*, const OrvCyclicPtrBody*> byNode_;
-    std::unordered_map<const ASTNode*, const MMObjectVarExpr*> variables_;
+    std::unordered_map<const ASTNode*, OrvCyclicPtrBody*> byNode_;
+    std::unordered_map<const void*, OrvCyclicPtrBody*> variables_;
     OrvCountedPtr<SpecificationNode> root_;
 };

@@ -73,6 +73,10 @@ public:
     MMAssociationExpr(const OrvCyclicPtr<MMAssociationTraversal>& traversal,
                       const OrvCyclicPtr<MMObjectExpr>& object);
 
+    /// The first step, and the object from which it goes.
+    const MMAssociationTraversal& getTraversal() const { return *traversal_; }
+    const MMObjectExpr& getObject() const { return *object_; }
+
     bool forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const override;
     void print(MMTargetPrinter& printer) const override;
 

@@ -11,6 +11,7 @@
 #include "fliodram/MMEvaluationError.h"
 #include "names/NameCheck.h"
 #include "names/NearestNames.h"
+#include "why/Why.h"
 
 namespace mmq {
 
@@ -19,9 +20,12 @@ namespace {
 /// Evaluates one expression on objects of one model, one after the other.
 class Evaluation {
 public:
-    Evaluation(const RepositoryModel& model, const CompiledExpression& expression,
-               const Options& options, ResultWriter& writer, EvaluationMessages& messages)
-        : expression_(expression),
+    Evaluation(const RepositoryModel& model, const ExpressionText& text,
+               const CompiledExpression& expression, const Options& options, ResultWriter& writer,
+               EvaluationMessages& messages)
+        : model_(model),
+          text_(text),
+          expression_(expression),
           options_(options),
           writer_(writer),
           messages_(messages),
@@ -35,7 +39,9 @@ public:
             if (expression_.value) {
                 writeValue(object, expression_.value->apply(context_, object));
             } else {
-                writer_.writeCollection(object, expression_.collection->apply(context_, object));
+                const std::vector<MMObject> result =
+                    expression_.collection->apply(context_, object);
+                writer_.writeCollection(object, result, why(object));
             }
         } catch (const MMEvaluationError& error) {
             hasFailed_ = true;
@@ -53,20 +59,32 @@ public:
 private:
     // Programs that read results find the sentence there.
     void showFailure(MMObject object, const MMEvaluationError& error) {
-        if (options_.format == Format::json) {
-            writer_.writeError(object, error.what());
-            return;
+        if (options_.format != Format::json) {
+            std::string buffer;
+            std::cout << std::flush;
+            messages_.show(std::string(model_.uid(object, buffer)), error);
         }
-        std::string buffer;
-        std::cout << std::flush;
-        messages_.show(std::string(context_.getModel().uid(object, buffer)), error);
+        writer_.writeError(object, error.what(), why(object));
+    }
+
+    // The evidence in the form of the output; empty where it is not asked for.
+    std::string why(MMObject object) {
+        if (!options_.explains) {
+            return {};
+        }
+        context_.setLimits(budget_.next());
+        const Evidence evidence = explain(expression_, context_, object);
+        return options_.format == Format::json ? evidenceJson(evidence, text_, model_)
+                                               : evidenceText(evidence, text_, model_, "    ");
     }
 
     void writeValue(MMObject object, const MMValue& value) {
         hasFalse_ = hasFalse_ || (value.getKind() == MMValue::Kind::boolean && !value.getBoolean());
-        writer_.writeValue(object, value);
+        writer_.writeValue(object, value, why(object));
     }
 
+    const RepositoryModel& model_;
+    const ExpressionText& text_;
     const CompiledExpression& expression_;
     const Options& options_;
     ResultWriter& writer_;
@@ -133,7 +151,7 @@ int runEval(const Options& options) {
     }
     ResultWriter writer(*model, options.format, options.onClass.empty());
     EvaluationMessages failures(text, *expression.map, options);
-    Evaluation evaluation(*model, expression, options, writer, failures);
+    Evaluation evaluation(*model, text, expression, options, writer, failures);
     for (const MMObject object : objects) {
         evaluation.run(object);
     }

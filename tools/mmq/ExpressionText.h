@@ -46,10 +46,11 @@ public:
     /// What is shown for a place of the text: the same place, or where that is in the file.
     MessagePlace place(int line, int column) const;
 
+    /// The byte at a place of a message; past the end for a place that the text does not have.
+    std::size_t offsetOf(int line, int column) const;
+
 private:
     friend class IndexingLexer;
-
-    std::size_t offsetOf(int line, int column) const;
 
     std::string text_;
     TextOrigin origin_;

@@ -89,6 +89,8 @@ void addEval(CLI::App& program, Options& options) {
               {{"text", Format::text}, {"json", Format::json}, {"csv", Format::csv}});
     command.add_flag("--fail", options.failsOnFalse,
                      "End with status 1 when the result is false for some object");
+    command.add_flag("--why", options.explains,
+                     "Show what decided each result, under the text of the expression");
     addLimits(command, options);
     addMessages(command, options);
     addExpression(command, options);
@@ -221,6 +223,9 @@ std::string findConflict(Options& options) {
     }
     if (!options.onClass.empty() && options.modelFile.empty() && options.metamodelFile.empty()) {
         return "--on needs --model or --metamodel.";
+    }
+    if (options.explains && options.format == Format::csv) {
+        return "--why has no form for csv; take text or json.";
     }
     if (options.expression.has_value() == hasFile) {
         return hasFile ? "The expression is given twice: as an argument and with -f."

@@ -45,6 +45,7 @@ struct Options {
     bool isVerbose = false;
     bool failsOnFalse = false;
     bool allowsUnknownNames = false;
+    bool explains = false;
     std::optional<std::string> expression;  ///< given as an argument
     std::string expressionFile;             ///< -f; "-" is the standard input
     std::string modelFile;

@@ -1,34 +1,11 @@
 #include "ResultWriter.h"
 
 #include <iostream>
-#include <limits>
 
 #include "Csv.h"
-#include "foundation/TextOutput.h"
+#include "Json.h"
 
 namespace mmq {
-
-namespace {
-
-bool isFinite(double number) {
-    return number - number == 0.0;  // neither infinite nor NaN
-}
-
-// A value in JSON; what JSON has no number for is a string.
-std::string jsonValue(const MMValue& value) {
-    std::string buffer;
-    const std::string_view text = value.asText(buffer);
-    const bool isQuoted = value.getKind() == MMValue::Kind::text ||
-                          (value.getKind() == MMValue::Kind::real && !isFinite(value.getReal()));
-    if (!isQuoted) {
-        return std::string(text);
-    }
-    std::string json;
-    appendJsonString(json, text);
-    return json;
-}
-
-}  // namespace
 
 ResultWriter::ResultWriter(const RepositoryModel& model, Format format, bool isSingle)
     : model_(model), format_(format), isSingle_(isSingle) {
@@ -48,16 +25,15 @@ std::string ResultWriter::labelOf(MMObject object) const {
                          : std::string(model_.className(object)) + " " + uidOf(object);
 }
 
-void ResultWriter::writeJson(MMObject object, const char* field, const std::string& json) {
-    std::string line = "{\"uid\":";
-    appendJsonString(line, uidOf(object));
-    line += ",\"class\":";
-    appendJsonString(line, model_.className(object));
-    line += ",\"name\":";
-    appendJsonString(line, model_.name(object));
-    line += ",\"";
-    line += field;
-    std::cout << line << "\":" << json << "}\n";
+void ResultWriter::writeJson(MMObject object, const char* field, const std::string& json,
+                             const std::string& why) {
+    std::cout << "{\"uid\":" << jsonString(uidOf(object))
+              << ",\"class\":" << jsonString(model_.className(object))
+              << ",\"name\":" << jsonString(model_.name(object)) << ",\"" << field << "\":" << json;
+    if (!why.empty()) {
+        std::cout << ",\"why\":" << why;
+    }
+    std::cout << "}\n";
 }
 
 void ResultWriter::writeCsv(MMObject object, const std::string& result) {
@@ -66,11 +42,11 @@ void ResultWriter::writeCsv(MMObject object, const std::string& result) {
               << '\n';
 }
 
-void ResultWriter::writeValue(MMObject object, const MMValue& value) {
+void ResultWriter::writeValue(MMObject object, const MMValue& value, const std::string& why) {
     const std::string text(value.asString().view());
     switch (format_) {
         case Format::json:
-            writeJson(object, "result", jsonValue(value));
+            writeJson(object, "result", jsonValue(value), why);
             break;
         case Format::csv:
             writeCsv(object, text);
@@ -81,11 +57,12 @@ void ResultWriter::writeValue(MMObject object, const MMValue& value) {
             if (!isSingle_ && value.getKind() == MMValue::Kind::boolean) {
                 std::cout << '\t' << labelOf(object);
             }
-            std::cout << '\n';
+            std::cout << '\n' << why;
     }
 }
 
-void ResultWriter::writeCollection(MMObject object, const std::vector<MMObject>& result) {
+void ResultWriter::writeCollection(MMObject object, const std::vector<MMObject>& result,
+                                   const std::string& why) {
     std::string text;
     const bool isJson = format_ == Format::json;
     const char* const separator =
@@ -93,14 +70,14 @@ void ResultWriter::writeCollection(MMObject object, const std::vector<MMObject>&
     for (const MMObject element : result) {
         text += text.empty() ? "" : separator;
         if (isJson) {
-            appendJsonString(text, uidOf(element));
+            text += jsonString(uidOf(element));
         } else {
             text += format_ == Format::csv ? uidOf(element) : labelOf(element);
         }
     }
     switch (format_) {
         case Format::json:
-            writeJson(object, "result", "[" + text + "]");
+            writeJson(object, "result", "[" + text + "]", why);
             break;
         case Format::csv:
             writeCsv(object, text);
@@ -109,14 +86,17 @@ void ResultWriter::writeCollection(MMObject object, const std::vector<MMObject>&
             if (!isSingle_) {
                 std::cout << labelOf(object) << ": ";
             }
-            std::cout << text << (isSingle_ && text.empty() ? "" : "\n");
+            std::cout << text << (isSingle_ && text.empty() ? "" : "\n") << why;
     }
 }
 
-void ResultWriter::writeError(MMObject object, const std::string& sentence) {
-    std::string json;
-    appendJsonString(json, sentence);
-    writeJson(object, "error", json);
+void ResultWriter::writeError(MMObject object, const std::string& sentence,
+                              const std::string& why) {
+    if (format_ == Format::json) {
+        writeJson(object, "error", jsonString(sentence), why);
+    } else if (format_ == Format::text) {
+        std::cout << why;
+    }
 }
 
 }  // namespace mmq

@@ -17,16 +17,19 @@ public:
     /// With `isSingle`, there is only one object, which the text form need not name.
     ResultWriter(const RepositoryModel& model, Format format, bool isSingle);
 
-    void writeValue(MMObject object, const MMValue& value);
-    void writeCollection(MMObject object, const std::vector<MMObject>& result);
-    /// Writes why there is no result, in JSON; the other forms have no place for it.
-    void writeError(MMObject object, const std::string& sentence);
+    /// Write a result, and the evidence for it in the same form, which may be empty.
+    void writeValue(MMObject object, const MMValue& value, const std::string& why = {});
+    void writeCollection(MMObject object, const std::vector<MMObject>& result,
+                         const std::string& why = {});
+    /// Writes why there is no result, in JSON; the other forms have no place for the sentence.
+    void writeError(MMObject object, const std::string& sentence, const std::string& why = {});
 
 private:
     std::string uidOf(MMObject object) const;
     /// The name of an object, or its class and uid where it has none.
     std::string labelOf(MMObject object) const;
-    void writeJson(MMObject object, const char* field, const std::string& json);
+    void writeJson(MMObject object, const char* field, const std::string& json,
+                   const std::string& why);
     void writeCsv(MMObject object, const std::string& result);
 
     const RepositoryModel& model_;

@@ -1,4 +1,4 @@
-// A caret is placed by what a terminal would show before it: a tab stays a tab, a character of
+// Marks are placed by what a terminal would show before them: a tab stays a tab, a character of
 // several bytes is as wide as it is.
 #include "SourceFile.h"
 
@@ -32,16 +32,16 @@ std::pair<std::size_t, int> measure(std::string_view text, std::size_t offset) {
     return {length, std::max(width, 0)};
 }
 
-// White space as wide as the text.
-std::string blankFor(std::string_view text) {
-    std::string blank;
+// A line of `mark` as wide as the text; tabs stay.
+std::string maskOf(std::string_view text, char mark) {
+    std::string mask;
     for (std::size_t offset = 0; offset < text.size();) {
         const auto [length, width] = measure(text, offset);
-        blank.append(text[offset] == '\t' ? "\t"
-                                          : std::string(static_cast<std::size_t>(width), ' '));
+        mask.append(text[offset] == '\t' ? "\t"
+                                         : std::string(static_cast<std::size_t>(width), mark));
         offset += length;
     }
-    return blank;
+    return mask;
 }
 
 // The window that is shown of a line: all of it, or what stands around an offset.
@@ -64,18 +64,31 @@ std::pair<std::size_t, std::size_t> windowOf(std::string_view line, std::size_t 
 
 }  // namespace
 
-std::string excerptAt(std::string_view text, std::size_t offset) {
-    const std::size_t before = text.rfind('\n', offset == 0 ? std::string::npos : offset - 1);
-    const std::size_t start = offset == 0 || before == std::string::npos ? 0 : before + 1;
+MarkedLine markAt(std::string_view text, std::size_t point, std::size_t first, std::size_t last) {
+    const std::size_t before = text.rfind('\n', point == 0 ? std::string::npos : point - 1);
+    const std::size_t start = point == 0 || before == std::string::npos ? 0 : before + 1;
     const std::string_view rest = text.substr(start);
-    const std::string_view sourceLine = rest.substr(0, rest.find_first_of("\r\n", offset - start));
-    const auto [first, last] = windowOf(sourceLine, offset - start);
-    const std::string front = first > 0 ? "..." : "";
-    std::string excerpt = front;
-    excerpt += sourceLine.substr(first, last - first);
-    excerpt += last < sourceLine.size() ? "...\n" : "\n";
-    return excerpt + blankFor(front) + blankFor(sourceLine.substr(first, offset - start - first)) +
-           "^\n";
+    const std::string_view sourceLine = rest.substr(0, rest.find_first_of("\r\n", point - start));
+    const auto [begin, end] = windowOf(sourceLine, point - start);
+    const std::size_t from = std::min(std::max(first, start + begin), point);
+    const std::size_t to = std::max(std::min(last, start + end), point);
+    MarkedLine marked;
+    marked.marks = begin > 0 ? "   " : "";
+    marked.line = begin > 0 ? "..." : "";
+    marked.line += sourceLine.substr(begin, end - begin);
+    marked.line += end < sourceLine.size() ? "..." : "";
+    marked.marks += maskOf(text.substr(start + begin, from - start - begin), ' ');
+    marked.marks += maskOf(text.substr(from, point - from), '~') + "^";
+    if (to > point) {
+        const std::size_t behind = point + measure(text, point).first;
+        marked.marks += maskOf(text.substr(behind, to - std::min(to, behind)), '~');
+    }
+    return marked;
+}
+
+std::string excerptAt(std::string_view text, std::size_t offset) {
+    const MarkedLine marked = markAt(text, offset, offset, offset);
+    return marked.line + "\n" + marked.marks + "\n";
 }
 
 SourceFile::SourceFile(std::string name, std::string text)

@@ -16,6 +16,17 @@ namespace mmq {
 /// each with a line end. Of a very long line, what stands around the place.
 std::string excerptAt(std::string_view text, std::size_t offset);
 
+/// A line of a text, and what marks a piece of it from below: "~" under its bytes on that line, "^"
+/// under the point. Of a very long line, what stands around the point. Both without a line end.
+struct MarkedLine {
+    std::string line;
+    std::string marks;
+};
+
+/// Marks the bytes from `first` up to `last` on the line of `point`; with none of them there, the
+/// point alone.
+MarkedLine markAt(std::string_view text, std::size_t point, std::size_t first, std::size_t last);
+
 /// The text of a file, under the name that messages show. Shared by all that was read from it;
 /// never changes.
 class SourceFile {

@@ -1,0 +1,30 @@
+// How an object came into a collection.
+#pragma once
+
+#include "why/Explanation.h"
+
+namespace mmq {
+
+/// Follows an object from the collection that has it back through filters, orders and traversals
+/// to the path that reached it. Made on the stack.
+class ElementExplainer {
+public:
+    /// With `isThorough`, also why the conditions of filters and conditionals let it pass.
+    ElementExplainer(Explanation& explanation, bool isThorough)
+        : explanation_(explanation), isThorough_(isThorough) {}
+
+    /// Adds the evidence for one object of the collection.
+    void explain(ExpressionNode& collection, MMObject element);
+
+private:
+    void explainFiltered(FilterExpressionNode& node, MMObject element);
+    void explainTraversed(TraverseExpressionNode& node, MMObject element);
+    void explainChosen(IfExpressionNode& node, MMObject element);
+    void explainReached(PathNode& node, MMObject element);
+    bool addSubject(const ExpressionNode& body, MMObject object);
+
+    Explanation& explanation_;
+    bool isThorough_;
+};
+
+}  // namespace mmq
