@@ -4,8 +4,8 @@
 //
 // "shapes/SHAPE/ENGINE" compiles one meaning: from the text to what can be evaluated, messages
 // included, to dialogs that drop them. The peers keep their tables and states between rounds.
-// "growth/COUNT" compiles longer and longer texts of one shape, "long/STAGE/BYTES" reads texts of 1
-// and 2 MB; both show whether the cost is linear.
+// "growth/COUNT/ENGINE" compiles longer and longer texts of one shape, "lex/BYTES/ours" and
+// "parse/BYTES/ours" read texts of 1 and 2 MB; they show whether the cost is linear.
 #include <benchmark/benchmark.h>
 #include <libxml/xpath.h>
 #include <malloc.h>
@@ -115,14 +115,22 @@ void parse(const std::string& text) {
     benchmark::DoNotOptimize(SyntaxParser::parse(dialogs, text.c_str(), dropped));
 }
 
-void addLongTexts() {
+void addGrowth(ScriptEngine& luajit) {
+    const LibxmlCompiler compileLibxml;
     for (const int count : {50, 500, 5000}) {
-        add("growth/" + std::to_string(count), comparisonsShape(count).expression, compile);
+        const ExpressionShape shape = comparisonsShape(count);
+        const std::string prefix = "growth/" + std::to_string(count) + "/";
+        add(prefix + "ours", shape.expression, compile);
+        add(prefix + "libxml2", shape.xpath, compileLibxml);
+        add(prefix + "luajit", shape.lua, [&](const std::string& text) { luajit.load(text); });
     }
+}
+
+void addLongTexts() {
     for (const std::size_t size : {1'000'000, 2'000'000}) {
-        add("long/lex/" + std::to_string(size), longExpression(size),
+        add("lex/" + std::to_string(size) + "/ours", longExpression(size),
             [](const std::string& text) { benchmark::DoNotOptimize(countTokens(text)); });
-        add("long/parse/" + std::to_string(size), longExpression(size), parse);
+        add("parse/" + std::to_string(size) + "/ours", longExpression(size), parse);
     }
 }
 
@@ -134,6 +142,7 @@ int main(int argc, char** argv) try {
     const auto luajit = openScriptEngine(LUAJIT_ENGINE);
     const auto lua = openScriptEngine(LUA_ENGINE);
     addShapes(*luajit, *lua);
+    addGrowth(*luajit);
     addLongTexts();
     benchmark::Initialize(&argc, argv);
     benchmark::RunSpecifiedBenchmarks();

@@ -64,7 +64,8 @@ private:
     void writeOperation(const Operation& operation) {
         begin("      ", "ownedOperation", "Operation", operation.id);
         append(text_, {" name=\"", operation.name, "\" visibility=\"", text(operation.visibility),
-                       "\" isQuery=\"", operation.isQuery ? "true" : "false", "\">\n"});
+                       "\" isQuery=\"", operation.isQuery ? "true" : "false",
+                       "\" concurrency=\"sequential\">\n"});
         for (const Parameter& parameter : operation.parameters) {
             begin("        ", "ownedParameter", "Parameter", parameter.id);
             append(text_,
