@@ -19,7 +19,6 @@ bool isPatternBesideMatch(const std::string& message) {
            message.find("{regexp}") < message.find('\n');
 }
 
-constexpr std::size_t mostShown = 100;
 constexpr const char* patternHint =
     "Put the pattern in double quotes, with \\\\ for a backslash, or use match.";
 
@@ -115,15 +114,15 @@ void Messages::showMessage(int line, int column, const std::string& source,
 }
 
 void Messages::showErrors(const std::vector<TextError>& errors) {
-    for (std::size_t i = 0; i < std::min(errors.size(), mostShown); ++i) {
+    for (std::size_t i = 0; i < std::min(errors.size(), mostErrorsShown); ++i) {
         const TextError& error = errors[i];
         showMessage(error.line, error.column, messageSource, error.sentence, Error, false);
         if (!error.hint.empty()) {
             showHint(error.line, error.column, error.hint);
         }
     }
-    if (errors.size() > mostShown) {
-        const TextError& next = errors[mostShown];
+    if (errors.size() > mostErrorsShown) {
+        const TextError& next = errors[mostErrorsShown];
         showMessage(next.line, next.column, messageSource,
                     "There are " + std::to_string(errors.size()) +
                         " errors like these; the first 100 are shown.",
@@ -132,7 +131,7 @@ void Messages::showErrors(const std::vector<TextError>& errors) {
 }
 
 void Messages::showNotes(const std::vector<TextError>& notes) {
-    for (std::size_t i = 0; i < std::min(notes.size(), mostShown); ++i) {
+    for (std::size_t i = 0; i < std::min(notes.size(), mostErrorsShown); ++i) {
         writer_.write(text_.place(notes[i].line, notes[i].column), messageSource, notes[i].sentence,
                       Info, false);
     }

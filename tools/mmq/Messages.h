@@ -19,6 +19,9 @@ bool wantsColor(When when, int stream);
 /// A text that a message speaks of, in quotes, on one line whatever it holds.
 std::string quoted(std::string_view text);
 
+/// Of errors and of notes that this program finds in one text, so many are shown.
+inline constexpr std::size_t mostErrorsShown = 100;
+
 /// Writes a line of advice about the line before to the standard error stream, unless it is empty.
 void showAdvice(const std::string& advice);
 

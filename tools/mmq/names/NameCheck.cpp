@@ -28,7 +28,7 @@ public:
           judge_(vocabulary),
           variables_(vocabulary, classesOfThis) {}
 
-    NameFindings takeFindings() { return judge_.takeFindings(); }
+    NameFindings findings() { return judge_.findings(); }
 
     void visitSpecification(SpecificationNode& node) override { visit(node.getExpr()); }
     void visitUniversalQuantifier(UniversalQuantifierNode& node) override { visitQuantifier(node); }
@@ -137,14 +137,15 @@ void NameVisitor::narrow(const Outcomes& outcomes, bool isTrue) {
 void NameVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
     const LeftSpine spine(node);
     visit(spine.innermostOperand());
-    Outcomes outcomes = judgeAll(*spine.innermostOperand());
     const std::vector<ClassSet> outside = variables_.all();
+    Outcomes outcomes = judgeAll(*spine.innermostOperand());
     for (auto binary = spine.rbegin(); binary != spine.rend(); ++binary) {
         const BinaryOperator op = (*binary)->getOp();
         ExpressionNode& right = *(*binary)->getRhs();
         narrow(outcomes, op != BinaryOperator::OR);
         visit(right);
-        for (std::size_t i = 0; i < outcomes.size(); ++i) {
+        const bool isLast = *binary == &node;
+        for (std::size_t i = 0; i < outcomes.size() && !isLast; ++i) {
             outcomes[i] = variables_.combine(op, outcomes[i], right, i, outside[i]);
         }
     }
@@ -301,7 +302,7 @@ NameFindings findWrongNames(const CompiledExpression& expression, const NameVoca
     }
     NameVisitor visitor(*expression.map, vocabulary, classesOfThis);
     expression.map->getRoot()->accept(visitor);
-    return visitor.takeFindings();
+    return visitor.findings();
 }
 
 bool checkNames(const CompiledExpression& expression, const NameVocabulary& vocabulary,

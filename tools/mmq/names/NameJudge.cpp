@@ -11,10 +11,6 @@ namespace {
 
 constexpr std::size_t mostListed = 3;
 
-std::string kindOf(ReadAs readAs) {
-    return readAs == ReadAs::attribute ? "attribute" : "association";
-}
-
 bool beginsWithVowel(std::string_view word) { return word.find_first_of("AEIOUaeiou") == 0; }
 
 std::string withArticle(const std::string& word) {
@@ -35,44 +31,100 @@ bool isBare(const StringConstantNode& name) {
     return name.getSpan().endOffset - name.getSpan().offset == name.getText().size();
 }
 
-bool isBefore(const TextError& a, const TextError& b) {
-    return a.line != b.line ? a.line < b.line : a.column < b.column;
-}
-
 }  // namespace
 
+std::string sentenceForClass(const std::string& name, const NameVocabulary& vocabulary) {
+    return "There is no class " + quoted(name) + " in " + vocabulary.subject() +
+           (vocabulary.hasModel() ? ", UML or Ecore." : ".");
+}
+
+std::string hintForClass(const std::string& name, const NameVocabulary& vocabulary) {
+    return didYouMean(nearestNames(name, vocabulary.classNames()), "\"", "\"");
+}
+
+// ---------------------------------------------------------------- judging
+
 void NameJudge::judgeAttribute(const StringConstantNode& name, const ClassSet& classes) {
-    const bool isBareName = isBare(name);
-    judge({name.getText(), name.getSpan(), ReadAs::attribute, isBareName ? "$" : "\"",
-           isBareName ? "" : "\""},
-          classes);
+    judge({name.getText(), name.getSpan(), Kind::attribute, !isBare(name), classes});
 }
 
 void NameJudge::judgeAssociation(const DefinitionAssociationNode& step, const ClassSet& classes) {
-    judge({step.getName(), step.getNameSpan(), ReadAs::association, "[", "]"}, classes);
+    judge({step.getName(), step.getNameSpan(), Kind::association, false, classes});
 }
 
-void NameJudge::judge(const Use& use, const ClassSet& classes) {
-    if (!vocabulary_.has(classes, use.name, use.readAs)) {
-        findings_.errors.push_back(
-            {use.span.line, use.span.column, sentenceFor(use, classes), hintFor(use, classes)});
+void NameJudge::judgeClass(const StringConstantNode& name) {
+    if (!vocabulary_.findClass(name.getText())) {
+        wrong_.push_back({name.getText(), name.getSpan(), Kind::classOfObjects, true, {}});
+    }
+}
+
+void NameJudge::judge(const Use& use) {
+    if (!vocabulary_.has(use.classes, use.name, use.readAs())) {
+        wrong_.push_back(use);
         return;
     }
     const LeftOut leftOut =
-        vocabulary_.hasModel() ? vocabulary_.findLeftOut(classes, use.name) : LeftOut::no;
+        vocabulary_.hasModel() ? vocabulary_.findLeftOut(use.classes, use.name) : LeftOut::no;
     if (leftOut != LeftOut::no) {
-        findings_.notes.push_back({use.span.line, use.span.column, noteFor(use, leftOut), {}});
+        leftOut_.push_back(use);
+        leftOut_.back().leftOut = leftOut;
     }
 }
 
-// That objects of some classes have none of the kind.
-std::string NameJudge::denial(const ClassSet& classes, const std::string& kind) const {
-    if (classes.contains(vocabulary_.allClasses())) {
+NameFindings NameJudge::findings() {
+    return {explain(wrong_, &NameJudge::errorFor), explain(leftOut_, &NameJudge::noteFor)};
+}
+
+// Explanations take their time; there may be as many uses as the text has words.
+std::vector<TextError> NameJudge::explain(std::vector<Use>& uses,
+                                          TextError (NameJudge::*explanation)(const Use&)
+                                              const) const {
+    std::stable_sort(uses.begin(), uses.end(), [](const Use& a, const Use& b) {
+        return a.span.line != b.span.line ? a.span.line < b.span.line
+                                          : a.span.column < b.span.column;
+    });
+    std::vector<TextError> result;
+    for (const Use& use : uses) {
+        result.push_back(result.size() < mostErrorsShown
+                             ? (this->*explanation)(use)
+                             : TextError{use.span.line, use.span.column, {}});
+    }
+    return result;
+}
+
+// ---------------------------------------------------------------- explaining
+
+// A name that objects have, but only as an attribute.
+bool NameJudge::isOnlyAttribute(const Use& use) const {
+    return use.kind == Kind::association &&
+           vocabulary_.has(use.classes, use.name, ReadAs::attribute);
+}
+
+TextError NameJudge::errorFor(const Use& use) const {
+    TextError error{use.span.line, use.span.column, {}};
+    if (use.kind == Kind::classOfObjects) {
+        error.sentence = sentenceForClass(use.name, vocabulary_);
+        error.hint = hintForClass(use.name, vocabulary_);
+    } else if (isOnlyAttribute(use)) {
+        error.sentence = quoted(use.name) + " is an attribute here, not an association.";
+        error.hint = "Its value is $" + use.name + ".";
+    } else {
+        error.sentence = denial(use) + " " + quoted(use.name) + ".";
+        error.hint = hintFor(use);
+    }
+    return error;
+}
+
+// That objects of the classes have no such name, up to the name.
+std::string NameJudge::denial(const Use& use) const {
+    const std::string kind = use.kind == Kind::attribute ? "attribute" : "association";
+    if (use.classes.contains(vocabulary_.allClasses())) {
         return (vocabulary_.hasModel() ? "No object of " : "No class of ") + vocabulary_.subject() +
                " has an " + kind;
     }
     std::vector<std::string> names;
-    classes.forEach([&](ClassNumber number) { names.push_back(vocabulary_.className(number)); });
+    use.classes.forEach(
+        [&](ClassNumber number) { names.push_back(vocabulary_.className(number)); });
     std::sort(names.begin(), names.end());
     if (names.size() == 1) {
         return (beginsWithVowel(names[0]) ? "An " : "A ") + names[0] + " has no " + kind;
@@ -87,29 +139,19 @@ std::string NameJudge::denial(const ClassSet& classes, const std::string& kind) 
            " has an " + kind;
 }
 
-std::string NameJudge::sentenceFor(const Use& use, const ClassSet& classes) const {
-    return isOnlyAttribute(use, classes)
-               ? quoted(use.name) + " is an attribute here, not an association."
-               : denial(classes, kindOf(use.readAs)) + " " + quoted(use.name) + ".";
-}
-
-bool NameJudge::isOnlyAttribute(const Use& use, const ClassSet& classes) const {
-    return use.readAs == ReadAs::association &&
-           vocabulary_.has(classes, use.name, ReadAs::attribute);
-}
-
-std::string NameJudge::hintFor(const Use& use, const ClassSet& classes) const {
-    if (isOnlyAttribute(use, classes)) {
-        return "Its value is $" + use.name + ".";
-    }
+std::string NameJudge::hintFor(const Use& use) const {
+    const bool isAttribute = use.kind == Kind::attribute;
+    std::string before = use.isQuoted ? "\"" : isAttribute ? "$" : "[";
+    const std::string after = use.isQuoted ? "\"" : isAttribute ? "" : "]";
     const std::size_t colon = use.name.find(':');
+    const bool isInverse = colon != std::string::npos;
+    before += isInverse ? "inverse:" : "";
     std::string hint =
-        colon == std::string::npos
-            ? didYouMean(nearestNames(use.name, vocabulary_.names(classes, use.readAs)), use.before,
-                         use.after)
-            : didYouMean(nearestNames(use.name.substr(colon + 1), vocabulary_.inverses(classes)),
-                         use.before + "inverse:", use.after);
-    const std::vector<std::string> others = vocabulary_.classesWith(use.name, use.readAs);
+        didYouMean(nearestNames(isInverse ? use.name.substr(colon + 1) : use.name,
+                                isInverse ? vocabulary_.inverses(use.classes)
+                                          : vocabulary_.names(use.classes, use.readAs())),
+                   before, after);
+    const std::vector<std::string> others = vocabulary_.classesWith(use.name, use.readAs());
     if (!others.empty() && others.size() <= mostListed) {
         hint.append(hint.empty() ? "" : " ").append(joined(others, " and "));
         hint.append(others.size() == 1 ? " has it." : " have it.");
@@ -117,38 +159,15 @@ std::string NameJudge::hintFor(const Use& use, const ClassSet& classes) const {
     return hint;
 }
 
-std::string NameJudge::noteFor(const Use& use, LeftOut leftOut) const {
-    const bool isAttribute = use.readAs == ReadAs::attribute;
-    if (leftOut == LeftOut::container) {
-        return quoted(use.name) + " is the container, which " + vocabulary_.subject() +
-               " does not name: write " + (isAttribute ? "$parent." : "[parent].");
-    }
-    return quoted(use.name) + " is derived, and " + vocabulary_.subject() +
-           " does not hold it: it " +
-           (isAttribute ? "reads as the empty text." : "reaches nothing.");
-}
-
-std::string sentenceForClass(const std::string& name, const NameVocabulary& vocabulary) {
-    return "There is no class " + quoted(name) + " in " + vocabulary.subject() +
-           (vocabulary.hasModel() ? ", UML or Ecore." : ".");
-}
-
-std::string hintForClass(const std::string& name, const NameVocabulary& vocabulary) {
-    return didYouMean(nearestNames(name, vocabulary.classNames()), "\"", "\"");
-}
-
-void NameJudge::judgeClass(const StringConstantNode& name) {
-    if (!vocabulary_.findClass(name.getText())) {
-        findings_.errors.push_back({name.getLine(), name.getColumn(),
-                                    sentenceForClass(name.getText(), vocabulary_),
-                                    hintForClass(name.getText(), vocabulary_)});
-    }
-}
-
-NameFindings NameJudge::takeFindings() {
-    std::stable_sort(findings_.errors.begin(), findings_.errors.end(), isBefore);
-    std::stable_sort(findings_.notes.begin(), findings_.notes.end(), isBefore);
-    return std::move(findings_);
+TextError NameJudge::noteFor(const Use& use) const {
+    const bool isAttribute = use.kind == Kind::attribute;
+    const std::string rest =
+        use.leftOut == LeftOut::container
+            ? " is the container, which " + vocabulary_.subject() + " does not name: write " +
+                  (isAttribute ? "$parent." : "[parent].")
+            : " is derived, and " + vocabulary_.subject() + " does not hold it: it " +
+                  (isAttribute ? "reads as the empty text." : "reaches nothing.");
+    return {use.span.line, use.span.column, quoted(use.name) + rest};
 }
 
 }  // namespace mmq

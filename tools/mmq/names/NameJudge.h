@@ -20,8 +20,8 @@ struct NameFindings {
 std::string sentenceForClass(const std::string& name, const NameVocabulary& vocabulary);
 std::string hintForClass(const std::string& name, const NameVocabulary& vocabulary);
 
-/// Judges names one by one, by the classes of the objects that they are applied to, and collects
-/// what is to be said. Borrows the vocabulary.
+/// Judges names one by one, by the classes of the objects that they are applied to, and tells in
+/// the end what is to be said. Borrows the vocabulary.
 class NameJudge {
 public:
     explicit NameJudge(const NameVocabulary& vocabulary) : vocabulary_(vocabulary) {}
@@ -30,26 +30,38 @@ public:
     void judgeAssociation(const DefinitionAssociationNode& step, const ClassSet& classes);
     void judgeClass(const StringConstantNode& name);
 
-    NameFindings takeFindings();
+    /// What there is to say; of more than are shown, only how many there are.
+    NameFindings findings();
 
 private:
+    enum class Kind { classOfObjects, attribute, association };
+
+    // A name where it stands, and the classes of what it is applied to.
     struct Use {
         std::string name;
-        const SourceSpan& span;
-        ReadAs readAs;
-        std::string before;  // what stands before and behind the name in the text
-        std::string after;
+        SourceSpan span;
+        Kind kind;
+        bool isQuoted;
+        ClassSet classes;
+        LeftOut leftOut = LeftOut::no;
+
+        ReadAs readAs() const {
+            return kind == Kind::attribute ? ReadAs::attribute : ReadAs::association;
+        }
     };
 
-    void judge(const Use& use, const ClassSet& classes);
-    std::string sentenceFor(const Use& use, const ClassSet& classes) const;
-    std::string hintFor(const Use& use, const ClassSet& classes) const;
-    std::string noteFor(const Use& use, LeftOut leftOut) const;
-    std::string denial(const ClassSet& classes, const std::string& kind) const;
-    bool isOnlyAttribute(const Use& use, const ClassSet& classes) const;
+    void judge(const Use& use);
+    std::vector<TextError> explain(std::vector<Use>& uses,
+                                   TextError (NameJudge::*explanation)(const Use&) const) const;
+    TextError errorFor(const Use& use) const;
+    TextError noteFor(const Use& use) const;
+    std::string hintFor(const Use& use) const;
+    std::string denial(const Use& use) const;
+    bool isOnlyAttribute(const Use& use) const;
 
     const NameVocabulary& vocabulary_;
-    NameFindings findings_;
+    std::vector<Use> wrong_;
+    std::vector<Use> leftOut_;
 };
 
 }  // namespace mmq

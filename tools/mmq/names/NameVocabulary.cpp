@@ -108,6 +108,13 @@ ClassSet NameVocabulary::findClasses(const std::vector<std::string>& names) cons
 // ---------------------------------------------------------------- which names classes have
 
 bool NameVocabulary::has(const ClassSet& classes, std::string_view name, ReadAs readAs) const {
+    const std::vector<NameDeclaration>& own = declared_.find(name);
+    const bool isDirect = std::any_of(own.begin(), own.end(), [&](const NameDeclaration& d) {
+        return fits(d, readAs) && classes.contains(d.owner);
+    });
+    if (isDirect) {
+        return true;
+    }
     const Heirs heirs = this->heirs(classes);
     if (heirs.areUnknown() || isBuiltIn(heirs, name)) {
         return true;
