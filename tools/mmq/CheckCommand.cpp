@@ -41,8 +41,8 @@ int checkNames(const Options& options, const CompiledExpression& expression, Mes
         return EXIT_USAGE;
     }
     const ClassSet classesOfThis = vocabulary.findClasses({options.onClass});
-    return checkNames(expression, vocabulary, classesOfThis, messages) ? EXIT_DONE
-                                                                       : EXIT_EXPRESSION;
+    const NameCheckResult result = checkNames(expression, vocabulary, classesOfThis);
+    return showFindings(result.findings, messages) ? EXIT_DONE : EXIT_EXPRESSION;
 }
 
 }  // namespace

@@ -126,8 +126,8 @@ bool checkNames(const CompiledExpression& expression, const RepositoryModel& mod
                 Messages& messages) {
     NameVocabulary vocabulary;
     vocabulary.addModel(model);
-    return checkNames(expression, vocabulary,
-                      vocabulary.findClasses({std::string(model.className(object))}), messages);
+    const ClassSet classes = vocabulary.findClasses({std::string(model.className(object))});
+    return showFindings(checkNames(expression, vocabulary, classes).findings, messages);
 }
 
 }  // namespace

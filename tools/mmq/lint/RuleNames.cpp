@@ -28,12 +28,14 @@ public:
         if (!vocabulary_.allClasses().meets(objects)) {
             return isRight;  // it will judge nothing: it is for models of another kind
         }
-        isRight = checkText(compiled.expression, *rule.expression, objects) && isRight;
+        const NameCheckResult result = checkNames(compiled.expression, vocabulary_, objects);
+        isRight = show(result, *rule.expression) && isRight;
         // The message is about the objects themselves, or about those that are found.
-        const ClassSet elements = rule.isFinding ? vocabulary_.allClasses() : objects;
+        const ClassSet& elements = rule.isFinding ? result.yielded : objects;
         for (std::size_t i = 0; i < rule.message.size(); ++i) {
             if (rule.message[i].expression) {
-                isRight = checkText(compiled.message[i], *rule.message[i].expression, elements) &&
+                isRight = show(checkNames(compiled.message[i], vocabulary_, elements),
+                               *rule.message[i].expression) &&
                           isRight;
             }
         }
@@ -55,10 +57,9 @@ private:
         return false;
     }
 
-    bool checkText(const CompiledExpression& expression, const ExpressionText& text,
-                   const ClassSet& classes) const {
+    bool show(const NameCheckResult& result, const ExpressionText& text) const {
         Messages messages(text, options_, false);
-        return checkNames(expression, vocabulary_, classes, messages);
+        return showFindings(result.findings, messages);
     }
 
     const NameVocabulary& vocabulary_;

@@ -30,6 +30,15 @@ public:
 
     NameFindings findings() { return judge_.findings(); }
 
+    /// Judges the names below a node. The classes of the objects that it yields; all where it
+    /// yields none.
+    ClassSet visit(ASTNode& node) {
+        checkVisitDepth(node);
+        result_ = vocabulary_.allClasses();
+        node.accept(*this);
+        return std::move(result_);
+    }
+
     void visitSpecification(SpecificationNode& node) override { visit(node.getExpr()); }
     void visitUniversalQuantifier(UniversalQuantifierNode& node) override { visitQuantifier(node); }
     void visitExistentialQuantifier(ExistentialQuantifierNode& node) override {
@@ -67,13 +76,6 @@ private:
     using Outcomes = std::vector<ConditionOutcome>;  // by number of the variable
     using Steps = std::unordered_map<DefinitionAssociationNode*, ClassSet>;
 
-    /// The classes of the objects that a node yields; all where it yields none.
-    ClassSet visit(ASTNode& node) {
-        checkVisitDepth(node);
-        result_ = vocabulary_.allClasses();
-        node.accept(*this);
-        return std::move(result_);
-    }
     ClassSet visit(const ExpressionPtr& node) { return visit(*node); }
 
     void visitQuantifier(QuantifierNode& node);
@@ -295,28 +297,22 @@ ClassSet NameVisitor::followPath(AssociationNode& first, const ClassSet& classes
 
 }  // namespace
 
-NameFindings findWrongNames(const CompiledExpression& expression, const NameVocabulary& vocabulary,
-                            const ClassSet& classesOfThis) {
-    if (!expression.map->getRoot()) {
-        return {};
-    }
+NameCheckResult checkNames(const CompiledExpression& expression, const NameVocabulary& vocabulary,
+                           const ClassSet& classesOfThis) {
     NameVisitor visitor(*expression.map, vocabulary, classesOfThis);
-    expression.map->getRoot()->accept(visitor);
-    return visitor.findings();
+    try {
+        ClassSet yielded = visitor.visit(*expression.map->getRoot()->getExpr());
+        return {visitor.findings(), std::move(yielded)};
+    } catch (const ParseException& exception) {  // less of the stack is left than for compiling
+        const TextError error{exception.getLine(), exception.getColumn(), exception.what()};
+        return {{{error}, {}}, vocabulary.allClasses()};
+    }
 }
 
-bool checkNames(const CompiledExpression& expression, const NameVocabulary& vocabulary,
-                const ClassSet& classesOfThis, Messages& messages) {
-    try {
-        const NameFindings findings = findWrongNames(expression, vocabulary, classesOfThis);
-        messages.showErrors(findings.errors);
-        messages.showNotes(findings.notes);
-        return findings.errors.empty();
-    } catch (const ParseException& exception) {
-        messages.showMessage(exception.getLine(), exception.getColumn(), messageSource,
-                             exception.what(), Messages::Error, false);
-        return false;
-    }
+bool showFindings(const NameFindings& findings, Messages& messages) {
+    messages.showErrors(findings.errors);
+    messages.showNotes(findings.notes);
+    return findings.errors.empty();
 }
 
 }  // namespace mmq

@@ -8,15 +8,20 @@
 
 namespace mmq {
 
+/// What came of looking at the names of one expression.
+struct NameCheckResult {
+    NameFindings findings;
+    ClassSet yielded;  ///< the classes of the objects that the expression yields, if it yields some
+};
+
 /// Looks at every name of an attribute, an association or a class that stands as a constant in a
 /// compiled expression, by the classes of the objects that it can be applied to as far as they are
 /// known. `classesOfThis` are those of the objects that the expression is evaluated on; none of
 /// them where that is not known.
-NameFindings findWrongNames(const CompiledExpression& expression, const NameVocabulary& vocabulary,
-                            const ClassSet& classesOfThis);
+NameCheckResult checkNames(const CompiledExpression& expression, const NameVocabulary& vocabulary,
+                           const ClassSet& classesOfThis);
 
-/// The same, shown. Returns false where there is an error.
-bool checkNames(const CompiledExpression& expression, const NameVocabulary& vocabulary,
-                const ClassSet& classesOfThis, Messages& messages);
+/// Shows what was found. Returns false where there is an error.
+bool showFindings(const NameFindings& findings, Messages& messages);
 
 }  // namespace mmq
