@@ -57,14 +57,20 @@ OrvCountedPtr<MMValueAbsExpr> ExprParser::parseAssociatedAttribute(ExprParserDia
     return abstractionOf<MMValueAbsExpr, MMValueExpr>(result);
 }
 
-// The short-cut knows no places; what it takes has no message to show but progress.
+// The short-cut knows no places, so a bare attribute is compiled like any other text, and shows no
+// message either way. Only where its name is a keyword is it left to the short-cut.
 OrvCountedPtr<MMValueAbsExpr> ExprParser::parseMappedAssociatedAttribute(ExprParserDialogs& dialogs,
                                                                          const std::string& text,
                                                                          SourceMap& map) {
     const AssociatedAttributeTypeRequirement requirement;
+    const bool isBare = !findBareAttribute(text).empty();
     CodeGeneratorDialogs silent;
-    return abstractionOf<MMValueAbsExpr, MMValueExpr>(CompileDriver::compile(
-        findBareAttribute(text).empty() ? dialogs : silent, text, requirement, &map));
+    OrvCountedPtr<CompileResult> result =
+        CompileDriver::compile(isBare ? silent : dialogs, text, requirement, &map);
+    if (!result && isBare) {
+        result = compileAttributeShortcut(text);
+    }
+    return abstractionOf<MMValueAbsExpr, MMValueExpr>(result);
 }
 
 OrvCountedPtr<MMObjectCollectionAbsExpr> ExprParser::parseComplexAssociation(

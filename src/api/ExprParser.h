@@ -35,7 +35,8 @@ public:
         ExprParserDialogs& dialogs, const std::string& text);
 
     /// The same three, for a caller who keeps the places: they fill `map` with where in the text
-    /// each target came from (codegen/SourceMap.h); it is empty where the text does not compile.
+    /// each target came from (codegen/SourceMap.h); it is empty where the text does not compile,
+    /// and for a bare attribute whose name is a keyword.
     static OrvCountedPtr<MMValueAbsExpr> parseMappedCondition(ExprParserDialogs& dialogs,
                                                               const std::string& text,
                                                               SourceMap& map);

@@ -76,6 +76,9 @@ TEST(SourceMap, BelongsToOneCompilation) {
     ASSERT_NE(map.find(*target), nullptr);
     EXPECT_EQ(map.find(*target)->endOffset, 2U);
     EXPECT_EQ(map.find(*name), nullptr);
+    EXPECT_TRUE(ExprParser::parseMappedAssociatedAttribute(dialogs, "$map", map));
+    EXPECT_FALSE(map.getRoot());
+    EXPECT_TRUE(dialogs.messages.empty());
     EXPECT_FALSE(ExprParser::parseMappedCondition(dialogs, "1", map));
     EXPECT_EQ(map.find(*target), nullptr);
     EXPECT_TRUE(map.getParts().empty());

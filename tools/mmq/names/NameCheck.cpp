@@ -299,6 +299,9 @@ ClassSet NameVisitor::followPath(AssociationNode& first, const ClassSet& classes
 
 NameCheckResult checkNames(const CompiledExpression& expression, const NameVocabulary& vocabulary,
                            const ClassSet& classesOfThis) {
+    if (!expression.map->getRoot()) {
+        return {{}, vocabulary.allClasses()};  // a bare attribute whose name is a keyword
+    }
     NameVisitor visitor(*expression.map, vocabulary, classesOfThis);
     try {
         ClassSet yielded = visitor.visit(*expression.map->getRoot()->getExpr());

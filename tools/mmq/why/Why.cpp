@@ -17,6 +17,9 @@ constexpr std::size_t mostElements = 20;
 template <class Explain>
 Evidence explainApplied(const CompiledExpression& expression, MMEvaluationContext& context,
                         MMObject object, const Explain& explain) {
+    if (!expression.map->getRoot()) {
+        return {};  // a bare attribute whose name is a keyword
+    }
     SpecificationNode& root = *expression.map->getRoot();
     PartEvaluator parts(*expression.map, context);
     Explanation explanation{parts, {}, {}};
