@@ -1,7 +1,7 @@
 #include "lint/Baseline.h"
 
-#include <rapidjson/document.h>
 #include <rapidjson/error/en.h>
+#include <rapidjson/reader.h>
 
 #include <algorithm>
 #include <fstream>
@@ -9,9 +9,9 @@
 #include <stdexcept>
 #include <utility>
 
+#include "JsonWriter.h"
 #include "SourceFile.h"
 #include "TextFile.h"
-#include "foundation/TextOutput.h"
 
 namespace mmq {
 
@@ -27,61 +27,87 @@ bool isKept(const Finding& finding) {
                                  finding.kind == Finding::Kind::nothingToJudge);
 }
 
-std::string textOf(const rapidjson::Value& object, const char* name) {
-    const auto member = object.FindMember(name);
-    if (member == object.MemberEnd() || !member->value.IsString()) {
-        throw std::invalid_argument(std::string("A finding has no text \"") + name + "\".");
-    }
-    return {member->value.GetString(), member->value.GetStringLength()};
-}
-
 /// How many there are of each.
 using Entries = std::map<BaselineEntry, std::size_t>;
 
-Entries entriesOf(const rapidjson::Document& document) {
-    const auto list = document.IsObject() ? document.FindMember("findings")
-                                          : rapidjson::Value::ConstMemberIterator();
-    if (!document.IsObject() || list == document.MemberEnd() || !list->value.IsArray()) {
-        throw std::invalid_argument("It has no list \"findings\".");
+/// Takes the parts of a baseline as they are read; refuses anything that is not one.
+class BaselineHandler : public rapidjson::BaseReaderHandler<rapidjson::UTF8<>, BaselineHandler> {
+public:
+    // Numbers, true, false and null.
+    static bool Default() { return false; }
+
+    bool StartObject() {
+        const bool isExpected = depth_ == 0 || depth_ == 2;
+        ++depth_;
+        entry_ = {};
+        return isExpected;
     }
-    Entries entries;
-    for (const rapidjson::Value& value : list->value.GetArray()) {
-        if (!value.IsObject()) {
-            throw std::invalid_argument("A finding is no object.");
+    bool StartArray() { return depth_++ == 1 && key_ == "findings"; }
+    bool EndArray(rapidjson::SizeType /*count*/) {
+        hasList_ = true;
+        --depth_;
+        return true;
+    }
+    bool EndObject(rapidjson::SizeType /*count*/) {
+        if (--depth_ == 0) {
+            return hasList_;
         }
-        ++entries[{textOf(value, "rule"), textOf(value, "element"), textOf(value, "message")}];
+        ++entries_[entry_];
+        return !entry_.rule.empty() && !entry_.message.empty();
     }
-    return entries;
-}
+    bool Key(const char* text, rapidjson::SizeType length, bool /*copy*/) {
+        key_.assign(text, length);
+        return true;
+    }
+    bool String(const char* text, rapidjson::SizeType length, bool /*copy*/) {
+        std::string* const part = key_ == "rule"      ? &entry_.rule
+                                  : key_ == "element" ? &entry_.element
+                                  : key_ == "message" ? &entry_.message
+                                                      : nullptr;
+        if (depth_ != 3 || part == nullptr) {
+            return false;
+        }
+        part->assign(text, length);
+        return true;
+    }
+
+    Entries takeEntries() { return std::move(entries_); }
+
+private:
+    int depth_ = 0;
+    bool hasList_ = false;
+    std::string key_;
+    BaselineEntry entry_;
+    Entries entries_;
+};
 
 Entries readEntries(const std::string& path) {
     const SourceFile source(path, readTextFile(path, "The baseline"));
-    rapidjson::Document document;
-    constexpr unsigned flags =
-        rapidjson::kParseIterativeFlag | rapidjson::kParseValidateEncodingFlag;
-    document.Parse<flags>(source.text().data(), source.text().size());
-    if (document.HasParseError()) {
-        const TextPlace place =
-            source.place(std::min(document.GetErrorOffset(), source.text().size()));
-        throw std::runtime_error(
-            path + ":" + std::to_string(place.line) + ":" + std::to_string(place.column) +
-            ": The baseline is no JSON: " + rapidjson::GetParseError_En(document.GetParseError()));
+    std::string text = source.text();  // parsed in place
+    rapidjson::InsituStringStream stream(text.data());
+    BaselineHandler handler;
+    rapidjson::Reader reader;
+    constexpr unsigned flags = rapidjson::kParseInsituFlag | rapidjson::kParseValidateEncodingFlag;
+    const rapidjson::ParseResult result = reader.Parse<flags>(stream, handler);
+    if (result.IsError()) {
+        const bool isForeign = result.Code() == rapidjson::kParseErrorTermination;
+        const TextPlace place = source.place(std::min(result.Offset(), source.text().size()));
+        throw std::runtime_error(path + ":" + std::to_string(place.line) + ":" +
+                                 std::to_string(place.column) + ": This is no baseline: " +
+                                 (isForeign ? "it is JSON of another form."
+                                            : rapidjson::GetParseError_En(result.Code())));
     }
-    try {
-        return entriesOf(document);
-    } catch (const std::invalid_argument& error) {
-        throw std::runtime_error(path + ": This is no baseline: " + error.what());
-    }
+    return handler.takeEntries();
 }
 
 std::string lineOf(const BaselineEntry& entry) {
-    std::string line = "    {\"rule\":";
-    appendJsonString(line, entry.rule);
-    line += ",\"element\":";
-    appendJsonString(line, entry.element);
-    line += ",\"message\":";
-    appendJsonString(line, entry.message);
-    return line + "}";
+    JsonWriter json(JsonWriter::Layout::oneLine);
+    json.beginObject();
+    json.add("rule", entry.rule);
+    json.add("element", entry.element);
+    json.add("message", entry.message);
+    json.endObject();
+    return "    " + json.text();
 }
 
 }  // namespace

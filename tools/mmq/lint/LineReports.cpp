@@ -4,61 +4,50 @@
 #include <string_view>
 
 #include "Csv.h"
-#include "foundation/TextOutput.h"
+#include "JsonWriter.h"
 #include "lint/ReportFormats.h"
 
 namespace mmq {
 
 namespace {
 
-/// Composes one JSON object.
-class JsonLine {
-public:
-    void add(const char* name, std::string_view text) {
-        begin(name);
-        appendJsonString(json_, text);
-    }
-    void addUnlessEmpty(const char* name, std::string_view text) {
-        if (!text.empty()) {
-            add(name, text);
-        }
-    }
-    void add(const char* name, std::uint32_t number) {
-        begin(name);
-        appendInteger(json_, number);
-    }
-    std::string finish() { return json_ + "}\n"; }
-
-private:
-    void begin(const char* name) {
-        json_.append(json_.empty() ? "{" : ",");
-        appendJsonString(json_, name);
-        json_.append(":");
-    }
-
-    std::string json_;
-};
-
 std::string jsonOf(const Finding& finding) {
-    JsonLine line;
-    line.add("state", nameOf(finding.state));
-    line.add("kind", nameOf(finding.kind));
-    line.add("severity", nameOf(finding.severity));
-    line.add("rule", finding.rule->id);
-    line.add("file", finding.file);
-    line.add("line", finding.place.line);
-    line.add("column", finding.place.column);
+    JsonWriter json(JsonWriter::Layout::oneLine);
+    json.beginObject();
+    json.add("state", nameOf(finding.state));
+    json.add("kind", nameOf(finding.kind));
+    json.add("severity", nameOf(finding.severity));
+    json.add("rule", finding.rule->id);
+    json.add("file", finding.file);
+    json.add("line", std::uint64_t{finding.place.line});
+    json.add("column", std::uint64_t{finding.place.column});
     if (!finding.className.empty()) {
-        line.add("class", finding.className);
-        line.add("name", finding.name);
-        line.add("path", finding.path);
-        line.add("uid", finding.uid);
+        json.add("class", finding.className);
+        json.add("name", finding.name);
+        json.add("path", finding.path);
+        json.add("uid", finding.uid);
     }
-    line.add("message", finding.message);
-    line.add("reason", finding.rule->reason);
-    line.addUnlessEmpty("link", finding.rule->link);
-    line.addUnlessEmpty("justification", finding.justification);
-    return line.finish();
+    json.add("message", finding.message);
+    json.add("reason", finding.rule->reason);
+    if (!finding.rule->link.empty()) {
+        json.add("link", finding.rule->link);
+    }
+    if (!finding.justification.empty()) {
+        json.add("justification", finding.justification);
+    }
+    json.endObject();
+    return json.text() + "\n";
+}
+
+std::string jsonOf(const BaselineEntry& entry) {
+    JsonWriter json(JsonWriter::Layout::oneLine);
+    json.beginObject();
+    json.add("state", "fixed");
+    json.add("rule", entry.rule);
+    json.add("element", entry.element);
+    json.add("message", entry.message);
+    json.endObject();
+    return json.text() + "\n";
 }
 
 // The data of a workflow command ends at the end of its line; a property, at a comma or colon too.
@@ -111,12 +100,7 @@ void writeJsonLines(const Report& report, std::ostream& stream) {
         stream << jsonOf(finding);
     }
     for (const BaselineEntry& entry : report.fixed) {
-        JsonLine line;
-        line.add("state", "fixed");
-        line.add("rule", entry.rule);
-        line.add("element", entry.element);
-        line.add("message", entry.message);
-        stream << line.finish();
+        stream << jsonOf(entry);
     }
 }
 

@@ -1,12 +1,9 @@
 // SARIF 2.1.0, for services that show the findings of analysis tools. Failed evaluations are
 // notifications of the run, which was then no success; what is fixed is a result that is absent.
-#include <rapidjson/ostreamwrapper.h>
-#include <rapidjson/prettywriter.h>
-
-#include <filesystem>
 #include <string>
 #include <string_view>
 
+#include "JsonWriter.h"
 #include "Version.h"
 #include "lint/ReportFormats.h"
 
@@ -36,209 +33,176 @@ std::string uriOf(const std::string& path) {
     return uri;
 }
 
-/// Writes one log with one run.
-class SarifWriter {
+/// Composes one log with one run.
+class SarifLog {
 public:
-    SarifWriter(const Report& report, std::ostream& stream)
-        : report_(report), stream_(stream), json_(stream_) {
-        json_.SetIndent(' ', 2);
-    }
+    explicit SarifLog(const Report& report) : report_(report) {}
 
-    void write() {
-        json_.StartObject();
-        add("$schema", schemaAddress);
-        add("version", "2.1.0");
-        json_.Key("runs");
-        json_.StartArray();
-        writeRun();
-        json_.EndArray();
-        json_.EndObject();
+    std::string compose() {
+        json_.beginObject();
+        json_.add("$schema", schemaAddress);
+        json_.add("version", "2.1.0");
+        json_.beginList("runs");
+        json_.beginObject();
+        addTool();
+        addInvocation();
+        addResults();
+        json_.endObject();
+        json_.endList();
+        json_.endObject();
+        return json_.text() + "\n";
     }
 
 private:
-    void add(const char* name, std::string_view text) {
-        json_.Key(name);
-        json_.String(text.data(), static_cast<rapidjson::SizeType>(text.size()));
-    }
     // A message, a description: an object with a text.
-    void addText(const char* name, std::string_view text) {
-        json_.Key(name);
-        json_.StartObject();
-        add("text", text);
-        json_.EndObject();
+    void addText(const char* name, const std::string& text) {
+        json_.beginObject(name);
+        json_.add("text", text);
+        json_.endObject();
     }
 
-    void writeRun() {
-        json_.StartObject();
-        json_.Key("tool");
-        json_.StartObject();
-        json_.Key("driver");
-        json_.StartObject();
-        add("name", "mmq");
-        add("version", version);
-        writeRules();
-        json_.EndObject();
-        json_.EndObject();
-        writeInvocation();
-        writeResults();
-        json_.EndObject();
-    }
-
-    void writeRules() {
-        json_.Key("rules");
-        json_.StartArray();
+    void addTool() {
+        json_.beginObject("tool");
+        json_.beginObject("driver");
+        json_.add("name", "mmq");
+        json_.add("version", version);
+        json_.beginList("rules");
         for (const Rule* rule : report_.rules) {
-            json_.StartObject();
-            add("id", rule->id);
-            addText("fullDescription", rule->reason);
-            if (!rule->link.empty()) {
-                add("helpUri", rule->link);
-            }
-            json_.Key("defaultConfiguration");
-            json_.StartObject();
-            add("level", nameOf(rule->severity));
-            json_.EndObject();
-            json_.EndObject();
+            addRule(*rule);
         }
-        json_.EndArray();
+        json_.endList();
+        json_.endObject();
+        json_.endObject();
     }
 
-    void writeInvocation() {
-        json_.Key("invocations");
-        json_.StartArray();
-        json_.StartObject();
-        json_.Key("executionSuccessful");
-        json_.Bool(ReportCounts(report_).failures == 0);
-        json_.Key("toolExecutionNotifications");
-        json_.StartArray();
+    void addRule(const Rule& rule) {
+        json_.beginObject();
+        json_.add("id", rule.id);
+        addText("fullDescription", rule.reason);
+        if (!rule.link.empty()) {
+            json_.add("helpUri", rule.link);
+        }
+        json_.beginObject("defaultConfiguration");
+        json_.add("level", nameOf(rule.severity));
+        json_.endObject();
+        json_.endObject();
+    }
+
+    void addInvocation() {
+        json_.beginList("invocations");
+        json_.beginObject();
+        json_.add("executionSuccessful", ReportCounts(report_).failures == 0);
+        json_.beginList("toolExecutionNotifications");
         for (const Finding& finding : report_.findings) {
             if (finding.kind == Finding::Kind::failure) {
-                writeFailure(finding);
+                addFailure(finding);
             }
         }
-        json_.EndArray();
-        json_.EndObject();
-        json_.EndArray();
+        json_.endList();
+        json_.endObject();
+        json_.endList();
     }
 
-    void writeFailure(const Finding& finding) {
-        json_.StartObject();
-        add("level", "error");
+    void addFailure(const Finding& finding) {
+        json_.beginObject();
+        json_.add("level", "error");
         addText("message", finding.message);
-        json_.Key("associatedRule");
-        json_.StartObject();
-        writeRuleReference(finding);
-        json_.EndObject();
-        writeLocations(finding);
-        json_.EndObject();
+        json_.beginObject("associatedRule");
+        json_.add("id", finding.rule->id);
+        json_.add("index", std::uint64_t{finding.ruleNumber});
+        json_.endObject();
+        addLocation(finding);
+        json_.endObject();
     }
 
-    void writeRuleReference(const Finding& finding, const char* prefix = "") {
-        const bool isResult = *prefix != '\0';
-        add(isResult ? "ruleId" : "id", finding.rule->id);
-        json_.Key(isResult ? "ruleIndex" : "index");
-        json_.Uint64(finding.ruleNumber);
-    }
-
-    void writeResults() {
-        json_.Key("results");
-        json_.StartArray();
+    void addResults() {
+        json_.beginList("results");
         for (const Finding& finding : report_.findings) {
             if (finding.kind != Finding::Kind::failure) {
-                writeResult(finding);
+                addResult(finding);
             }
         }
         for (const BaselineEntry& entry : report_.fixed) {
-            json_.StartObject();
-            add("ruleId", entry.rule);
-            add("baselineState", "absent");
+            json_.beginObject();
+            json_.add("ruleId", entry.rule);
+            json_.add("baselineState", "absent");
             addText("message", entry.message);
-            writeFingerprint(entry.rule, entry.element, entry.message);
-            json_.EndObject();
+            addFingerprint(entry);
+            json_.endObject();
         }
-        json_.EndArray();
+        json_.endList();
     }
 
-    void writeResult(const Finding& finding) {
-        json_.StartObject();
-        writeRuleReference(finding, "rule");
-        add("level", nameOf(finding.severity));
+    void addResult(const Finding& finding) {
+        json_.beginObject();
+        json_.add("ruleId", finding.rule->id);
+        json_.add("ruleIndex", std::uint64_t{finding.ruleNumber});
+        json_.add("level", nameOf(finding.severity));
         addText("message", finding.message);
-        writeLocations(finding);
+        addLocation(finding);
         if (report_.hasBaseline) {
-            add("baselineState", finding.state == Finding::State::known ? "unchanged" : "new");
+            const bool isKnown = finding.state == Finding::State::known;
+            json_.add("baselineState", isKnown ? "unchanged" : "new");
         }
         if (finding.state == Finding::State::suppressed) {
-            json_.Key("suppressions");
-            json_.StartArray();
-            json_.StartObject();
-            add("kind", "external");
-            add("justification", finding.justification);
-            json_.EndObject();
-            json_.EndArray();
+            json_.beginList("suppressions");
+            json_.beginObject();
+            json_.add("kind", "external");
+            json_.add("justification", finding.justification);
+            json_.endObject();
+            json_.endList();
         }
-        writeFingerprint(finding.rule->id, finding.identity(), finding.message);
-        json_.EndObject();
+        addFingerprint({finding.rule->id, finding.identity(), finding.message});
+        json_.endObject();
     }
 
-    void writeFingerprint(const std::string& rule, const std::string& element,
-                          const std::string& message) {
-        json_.Key("partialFingerprints");
-        json_.StartObject();
-        add("ruleElementMessage/v1", rule + "|" + element + "|" + message);
-        json_.EndObject();
+    void addFingerprint(const BaselineEntry& entry) {
+        json_.beginObject("partialFingerprints");
+        json_.add("ruleElementMessage/v1", entry.rule + "|" + entry.element + "|" + entry.message);
+        json_.endObject();
     }
 
-    void writeLocations(const Finding& finding) {
-        json_.Key("locations");
-        json_.StartArray();
-        json_.StartObject();
-        json_.Key("physicalLocation");
-        json_.StartObject();
-        json_.Key("artifactLocation");
-        json_.StartObject();
-        add("uri", uriOf(finding.file));
-        json_.EndObject();
-        json_.Key("region");
-        json_.StartObject();
-        json_.Key("startLine");
-        json_.Uint(finding.place.line);
-        json_.EndObject();
-        json_.EndObject();
+    void addLocation(const Finding& finding) {
+        json_.beginList("locations");
+        json_.beginObject();
+        json_.beginObject("physicalLocation");
+        json_.beginObject("artifactLocation");
+        json_.add("uri", uriOf(finding.file));
+        json_.endObject();
+        json_.beginObject("region");
+        json_.add("startLine", std::uint64_t{finding.place.line});
+        json_.endObject();
+        json_.endObject();
         if (!finding.className.empty()) {
-            writeElement(finding);
+            addElement(finding);
         }
-        json_.EndObject();
-        json_.EndArray();
+        json_.endObject();
+        json_.endList();
     }
 
-    void writeElement(const Finding& finding) {
-        json_.Key("logicalLocations");
-        json_.StartArray();
-        json_.StartObject();
+    void addElement(const Finding& finding) {
+        json_.beginList("logicalLocations");
+        json_.beginObject();
         if (!finding.name.empty()) {
-            add("name", finding.name);
+            json_.add("name", finding.name);
         }
-        add("fullyQualifiedName", finding.path);
-        add("kind", finding.className);
-        json_.Key("properties");
-        json_.StartObject();
-        add("uid", finding.uid);
-        json_.EndObject();
-        json_.EndObject();
-        json_.EndArray();
+        json_.add("fullyQualifiedName", finding.path);
+        json_.add("kind", finding.className);
+        json_.beginObject("properties");
+        json_.add("uid", finding.uid);
+        json_.endObject();
+        json_.endObject();
+        json_.endList();
     }
 
     const Report& report_;
-    rapidjson::OStreamWrapper stream_;
-    rapidjson::PrettyWriter<rapidjson::OStreamWrapper> json_;
+    JsonWriter json_{JsonWriter::Layout::indented};
 };
 
 }  // namespace
 
 void writeSarif(const Report& report, std::ostream& stream) {
-    SarifWriter(report, stream).write();
-    stream << '\n';
+    stream << SarifLog(report).compose();
 }
 
 }  // namespace mmq
