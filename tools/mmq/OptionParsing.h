@@ -69,6 +69,7 @@ void addNumber(CLI::App& command, const char* option, std::optional<Number>& var
 void addMessages(CLI::App& command, Options& options);
 void addMetamodel(CLI::App& command, Options& options);
 void addLimits(CLI::App& command, Options& options);
+void addWhy(CLI::App& command, Options& options);
 void addNames(CLI::App& command, Options& options);
 
 /// The commands that judge models by rules.

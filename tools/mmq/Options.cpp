@@ -42,6 +42,11 @@ void addNames(CLI::App& command, Options& options) {
                      "Accept names that no object of the model can have");
 }
 
+void addWhy(CLI::App& command, Options& options) {
+    command.add_flag("--why", options.explains,
+                     "Show what decided each result, under the text of the expression");
+}
+
 namespace {
 
 void addExpression(CLI::App& command, Options& options) {
@@ -89,8 +94,7 @@ void addEval(CLI::App& program, Options& options) {
               {{"text", Format::text}, {"json", Format::json}, {"csv", Format::csv}});
     command.add_flag("--fail", options.failsOnFalse,
                      "End with status 1 when the result is false for some object");
-    command.add_flag("--why", options.explains,
-                     "Show what decided each result, under the text of the expression");
+    addWhy(command, options);
     addLimits(command, options);
     addMessages(command, options);
     addExpression(command, options);

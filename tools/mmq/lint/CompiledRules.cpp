@@ -56,13 +56,27 @@ std::string CompiledRule::render(MMEvaluationContext& context, MMObject object) 
     return text;
 }
 
-std::string CompiledRule::explain(const MMEvaluationError& error) const {
-    MessagePlace place = placeOf(error, *expression.map, *rule->expression);
-    for (std::size_t i = 0; i < message.size() && place.line == 0; ++i) {
-        if (message[i]) {
-            place = placeOf(error, *message[i].map, *rule->message[i].expression);
+const CompiledExpression& CompiledRule::failingExpression(const MMEvaluationError& error) const {
+    for (const CompiledExpression& part : message) {
+        if (part && placeOf(error, *part.map, textOf(part)).line != 0) {
+            return part;
         }
     }
+    return expression;
+}
+
+const ExpressionText& CompiledRule::textOf(const CompiledExpression& part) const {
+    for (std::size_t i = 0; i < message.size(); ++i) {
+        if (&message[i] == &part) {
+            return *rule->message[i].expression;
+        }
+    }
+    return *rule->expression;
+}
+
+std::string CompiledRule::sentenceFor(const MMEvaluationError& error) const {
+    const CompiledExpression& part = failingExpression(error);
+    const MessagePlace place = placeOf(error, *part.map, textOf(part));
     const std::string sentence = error.what();
     return place.line == 0 ? sentence
                            : place.file + ":" + std::to_string(place.line) + ":" +

@@ -20,7 +20,11 @@ struct CompiledRule {
     /// The message for an object. Throws MMEvaluationError.
     std::string render(MMEvaluationContext& context, MMObject object) const;
     /// What an evaluation of the rule failed of, and where in the rules file, if that is known.
-    std::string explain(const MMEvaluationError& error) const;
+    std::string sentenceFor(const MMEvaluationError& error) const;
+    /// The expression that failed: that of the rule, unless it was one of the message.
+    const CompiledExpression& failingExpression(const MMEvaluationError& error) const;
+    /// The text of one of its expressions.
+    const ExpressionText& textOf(const CompiledExpression& part) const;
 };
 
 /// All rules of the files, in order.

@@ -183,6 +183,9 @@ private:
         if (!finding.justification.empty()) {
             stream_ << "<p>Suppressed: " << xmlText(finding.justification) << "</p>\n";
         }
+        if (!finding.why.text.empty()) {
+            stream_ << "<pre>" << xmlText(finding.why.text) << "</pre>\n";
+        }
         stream_ << "</article>\n";
     }
 

@@ -14,6 +14,7 @@
 #include "Jobs.h"
 #include "fliodram/MMEvaluationError.h"
 #include "lint/Escaping.h"
+#include "why/Why.h"
 
 namespace mmq {
 
@@ -26,6 +27,7 @@ struct Discovery {
     bool isFailure;
     std::string message;
     TextPlace place;
+    Why why;
 };
 
 /// Objects of one class, and the rules for it.
@@ -37,8 +39,9 @@ struct Block {
 /// The judging of one model.
 class ModelJudge {
 public:
-    ModelJudge(const RepositoryModel& model, CompiledSets& sets, const EvaluationBudget& budget)
-        : model_(model), sets_(sets), budget_(budget) {
+    ModelJudge(const RepositoryModel& model, CompiledSets& sets, const EvaluationBudget& budget,
+               bool explains)
+        : model_(model), sets_(sets), budget_(budget), explains_(explains) {
         for (std::size_t number = 0; number < sets_[0].size(); ++number) {
             for (const LocatedText& name : sets_[0][number].rule->classes) {
                 if (model_.hasClass(name.text)) {
@@ -96,26 +99,55 @@ private:
             context.setLimits(budget_.next());
             if (!compiled.rule->isFinding) {
                 if (!compiled.expression.value->apply(context, object).toBoolean()) {
-                    add(rule, object, compiled.render(context, object), found);
+                    add({rule, object, false, compiled.render(context, object), {}, {}}, found);
+                    explain(context, compiled, compiled.expression, object, found.back());
                 }
                 return;
             }
             for (const MMObject reached : compiled.expression.collection->apply(context, object)) {
-                add(rule, reached, compiled.render(context, reached), found);
+                add({rule, reached, false, compiled.render(context, reached), {}, {}}, found);
+                explain(context, compiled, compiled.expression, object, found.back());
             }
         } catch (const MMEvaluationError& error) {
-            const bool isTime = error.getKind() == MMEvaluationError::Kind::timeLimit;
-            if (!isTime || !isOutOfTime_.exchange(true)) {
-                const std::string rest = isTime ? " What comes after was not judged." : "";
-                found.push_back(
-                    {rule, object, true, compiled.explain(error) + rest, model_.place(object)});
-            }
+            addFailure(context, compiled, {rule, object, true, {}, {}, {}}, error, found);
         }
     }
 
-    void add(std::size_t rule, MMObject object, std::string message,
-             std::vector<Discovery>& found) const {
-        found.push_back({rule, object, false, std::move(message), model_.place(object)});
+    void add(Discovery discovery, std::vector<Discovery>& found) const {
+        discovery.place = model_.place(discovery.object);
+        found.push_back(std::move(discovery));
+    }
+
+    void addFailure(MMEvaluationContext& context, const CompiledRule& compiled, Discovery discovery,
+                    const MMEvaluationError& error, std::vector<Discovery>& found) {
+        const bool isTime = error.getKind() == MMEvaluationError::Kind::timeLimit;
+        if (isTime && isOutOfTime_.exchange(true)) {
+            return;
+        }
+        const std::string rest = isTime ? " What comes after was not judged." : "";
+        discovery.message = compiled.sentenceFor(error) + rest;
+        add(std::move(discovery), found);
+        if (!error.isLimit()) {
+            explain(context, compiled, compiled.failingExpression(error), found.back().object,
+                    found.back());
+        }
+    }
+
+    // Finds the evidence for a discovery that the expression made on an object.
+    void explain(MMEvaluationContext& context, const CompiledRule& compiled,
+                 const CompiledExpression& expression, MMObject object,
+                 Discovery& discovery) const {
+        if (!explains_) {
+            return;
+        }
+        context.setLimits(budget_.next());
+        const bool isElement = !discovery.isFailure && compiled.rule->isFinding;
+        const Evidence evidence =
+            isElement ? explainElement(expression, context, object, discovery.object)
+                      : mmq::explain(expression, context, object);
+        const ExpressionText& text = compiled.textOf(expression);
+        discovery.why = {evidenceText(evidence, text, model_, ""),
+                         evidenceJson(evidence, text, model_)};
     }
 
     static void order(std::vector<Discovery>& all) {
@@ -133,6 +165,7 @@ private:
     const RepositoryModel& model_;
     CompiledSets& sets_;
     const EvaluationBudget& budget_;
+    bool explains_;
     std::map<std::string_view, std::vector<std::size_t>> rulesOfClass_;
     std::vector<Block> blocks_;
     std::atomic<bool> isOutOfTime_{false};
@@ -161,6 +194,7 @@ Finding locate(const RepositoryModel& model, const Rule& rule, Discovery discove
     finding.uid = model.uid(discovery.object, buffer);
     finding.hasId = finding.uid != model.path(discovery.object);
     finding.message = wellFormed(discovery.message);
+    finding.why = std::move(discovery.why);
     return finding;
 }
 
@@ -179,10 +213,13 @@ std::string qualifiedPath(const RepositoryModel& model, MMObject object) {
 }
 
 Judge::Judge(CompiledSets& sets, const Options& options)
-    : sets_(sets), budget_(options), hasJudged_(sets.at(0).size(), false) {}
+    : sets_(sets),
+      explains_(options.explains),
+      budget_(options),
+      hasJudged_(sets.at(0).size(), false) {}
 
 void Judge::judge(const RepositoryModel& model, std::vector<Finding>& findings) {
-    ModelJudge judge(model, sets_, budget_);
+    ModelJudge judge(model, sets_, budget_, explains_);
     for (const auto& [name, rules] : judge.rulesOfClass()) {
         objectCount_ += model.instances(name).size();
         for (const std::size_t rule : rules) {

@@ -34,6 +34,7 @@ public:
 
 private:
     CompiledSets& sets_;
+    bool explains_;
     EvaluationBudget budget_;
     std::size_t objectCount_ = 0;
     std::vector<bool> hasJudged_;

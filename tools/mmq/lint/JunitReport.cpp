@@ -45,6 +45,7 @@ std::string detailsOf(const Finding& finding) {
     }
     text += finding.rule->reason + "\n";
     text += finding.rule->link.empty() ? "" : finding.rule->link + "\n";
+    text += finding.why.text;
     return text;
 }
 

@@ -35,6 +35,9 @@ std::string jsonOf(const Finding& finding) {
     if (!finding.justification.empty()) {
         json.add("justification", finding.justification);
     }
+    if (!finding.why.json.empty()) {
+        json.addJson("why", finding.why.json);
+    }
     json.endObject();
     return json.text() + "\n";
 }
@@ -90,6 +93,7 @@ std::string annotationOf(const Finding& finding) {
     }
     text += "\n" + finding.rule->reason;
     text += finding.rule->link.empty() ? "" : "\n" + finding.rule->link;
+    text += finding.why.text.empty() ? "" : "\n" + finding.why.text;
     return text;
 }
 

@@ -73,6 +73,7 @@ void addLint(CLI::App& program, Options& options) {
         ->type_name("FILE");
     command.add_flag("--write-baseline", lint.writesBaseline,
                      "Write what is found to the file of --baseline");
+    addWhy(command, options);
     addNames(command, options);
     addNumber(command, "--jobs", lint.jobs, "Threads that judge", "N");
     addLimits(command, options);

@@ -12,6 +12,12 @@
 
 namespace mmq {
 
+/// The evidence for a finding, in lines of text and as a JSON array.
+struct Why {
+    std::string text;
+    std::string json;
+};
+
 /// Something that is to be told about one rule, most often that an element breaks it.
 struct Finding {
     enum class Kind {
@@ -40,6 +46,7 @@ struct Finding {
     bool hasId = false;  ///< whether the uid is an id of the document
     std::string message;
     std::string justification;  ///< of a suppressed finding
+    Why why;                    ///< empty unless it was asked for
 
     bool isFresh() const { return state == State::fresh; }
     /// What tells the element in a baseline: its id, else its path.

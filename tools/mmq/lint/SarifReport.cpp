@@ -153,6 +153,11 @@ private:
             json_.endList();
         }
         addFingerprint({finding.rule->id, finding.identity(), finding.message});
+        if (!finding.why.text.empty()) {
+            json_.beginObject("properties");
+            json_.add("why", finding.why.text);
+            json_.endObject();
+        }
         json_.endObject();
     }
 

@@ -1,7 +1,9 @@
 // For people: each finding as compilers write theirs, then the reasons of the rules that found
 // something. What the baseline or the rules file has put aside is only counted.
+#include <algorithm>
 #include <set>
 #include <string>
+#include <string_view>
 
 #include "lint/Escaping.h"
 #include "lint/ReportFormats.h"
@@ -23,6 +25,14 @@ std::string labelOf(const Finding& finding, bool isColored) {
     return isColored ? colorOf(finding) + label + "\033[0m" : label;
 }
 
+void writeIndented(std::string_view text, std::ostream& stream) {
+    while (!text.empty()) {
+        const std::size_t end = std::min(text.find('\n'), text.size());
+        stream << "        " << onOneLine(text.substr(0, end)) << '\n';
+        text.remove_prefix(std::min(end + 1, text.size()));
+    }
+}
+
 void writeFinding(const Finding& finding, bool isColored, std::ostream& stream) {
     stream << finding.file << ':' << finding.place.line << ':' << finding.place.column << ": "
            << labelOf(finding, isColored) << ' ' << onOneLine(finding.message) << " ["
@@ -31,6 +41,7 @@ void writeFinding(const Finding& finding, bool isColored, std::ostream& stream) 
         stream << "    " << onOneLine(finding.path) << " (" << onOneLine(finding.className)
                << ", uid " << onOneLine(finding.uid) << ")\n";
     }
+    writeIndented(finding.why.text, stream);
 }
 
 void writeReasons(const Report& report, std::ostream& stream) {

@@ -148,12 +148,13 @@ private:
 class JsonForm {
 public:
     JsonForm(const ExpressionText& text, const RepositoryModel& model)
-        : text_(text.text()), model_(model) {}
+        : expression_(text), text_(text.text()), model_(model) {}
 
     std::string formOf(const EvidenceLine& line) const {
         const SourceSpan& span = line.span;
+        const MessagePlace place = expression_.place(span.line, span.column);
         return joined(
-            {"{\"line\":", std::to_string(span.line), ",\"column\":", std::to_string(span.column),
+            {"{\"line\":", std::to_string(place.line), ",\"column\":", std::to_string(place.column),
              ",\"text\":", jsonString(text_.substr(span.offset, span.endOffset - span.offset)), ",",
              members(line), "}"});
     }
@@ -217,6 +218,7 @@ private:
         return list(texts, [](const std::string& text) { return jsonString(text); });
     }
 
+    const ExpressionText& expression_;
     std::string_view text_;
     const RepositoryModel& model_;
 };
