@@ -119,6 +119,7 @@ void DeclaredNames::addShown(const ClassSummary& summary) {
     if (isNew) {
         place->second = graph_.add(place->first);
         known_.insert(place->second);
+        onlyShown_.insert(place->second);
     }
     for (const auto* names : {&summary.attributes, &summary.associations}) {
         for (const std::string_view name : *names) {

@@ -48,6 +48,8 @@ public:
     const ClassGraph& graph() const { return graph_; }
     /// The classes that objects may have; of several with one name, the first that was added.
     const ClassSet& known() const { return known_; }
+    /// Those of them that no metamodel declares, of which documents show a part.
+    const ClassSet& onlyShown() const { return onlyShown_; }
     const std::unordered_map<std::string, ClassNumber>& byName() const { return byName_; }
     /// The class of a name in UML or Ecore; `anything` where neither has it.
     ClassNumber findStandard(const std::string& name) const;
@@ -71,6 +73,7 @@ private:
     Classes ecore_;
     Classes byName_;
     ClassSet known_;
+    ClassSet onlyShown_;
 };
 
 }  // namespace mmq

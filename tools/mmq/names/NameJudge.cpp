@@ -60,19 +60,20 @@ void NameJudge::judgeClass(const StringConstantNode& name) {
 
 void NameJudge::judge(const Use& use) {
     if (!vocabulary_.has(use.classes, use.name, use.readAs())) {
-        wrong_.push_back(use);
+        const bool mayBe = vocabulary_.mayHave(use.classes, use.name, use.readAs());
+        (mayBe ? notHeld_ : wrong_).push_back(use);
         return;
     }
     const LeftOut leftOut =
         vocabulary_.hasModel() ? vocabulary_.findLeftOut(use.classes, use.name) : LeftOut::no;
     if (leftOut != LeftOut::no) {
-        leftOut_.push_back(use);
-        leftOut_.back().leftOut = leftOut;
+        notHeld_.push_back(use);
+        notHeld_.back().leftOut = leftOut;
     }
 }
 
 NameFindings NameJudge::findings() {
-    return {explain(wrong_, &NameJudge::errorFor), explain(leftOut_, &NameJudge::noteFor)};
+    return {explain(wrong_, &NameJudge::errorFor), explain(notHeld_, &NameJudge::noteFor)};
 }
 
 // Explanations take their time; there may be as many uses as the text has words.
@@ -151,23 +152,38 @@ std::string NameJudge::hintFor(const Use& use) const {
                                 isInverse ? vocabulary_.inverses(use.classes)
                                           : vocabulary_.names(use.classes, use.readAs())),
                    before, after);
+    const std::string others = otherClasses(use);
+    return hint + (hint.empty() || others.empty() ? "" : " ") + others;
+}
+
+// "A and B have it.": the other classes that have the name; empty where there are many or none.
+std::string NameJudge::otherClasses(const Use& use) const {
     const std::vector<std::string> others = vocabulary_.classesWith(use.name, use.readAs());
-    if (!others.empty() && others.size() <= mostListed) {
-        hint.append(hint.empty() ? "" : " ").append(joined(others, " and "));
-        hint.append(others.size() == 1 ? " has it." : " have it.");
-    }
-    return hint;
+    return others.empty() || others.size() > mostListed
+               ? std::string()
+               : joined(others, " and ") + (others.size() == 1 ? " has it." : " have it.");
 }
 
 TextError NameJudge::noteFor(const Use& use) const {
     const bool isAttribute = use.kind == Kind::attribute;
-    const std::string rest =
-        use.leftOut == LeftOut::container
-            ? " is the container, which " + vocabulary_.subject() + " does not name: write " +
-                  (isAttribute ? "$parent." : "[parent].")
-            : " is derived, and " + vocabulary_.subject() + " does not hold it: it " +
-                  (isAttribute ? "reads as the empty text." : "reaches nothing.");
-    return {use.span.line, use.span.column, quoted(use.name) + rest};
+    TextError note{use.span.line, use.span.column, quoted(use.name)};
+    switch (use.leftOut) {
+        case LeftOut::container:
+            note.sentence += " is the container, which " + vocabulary_.subject() +
+                             " does not name: write " + (isAttribute ? "$parent." : "[parent].");
+            break;
+        case LeftOut::derived:
+            note.sentence += " is derived, and " + vocabulary_.subject() +
+                             " does not hold it: it " +
+                             (isAttribute ? "reads as the empty text." : "reaches nothing.");
+            break;
+        case LeftOut::no: {
+            const std::string others = otherClasses(use);
+            note.sentence = denial(use) + " " + note.sentence + " in " + vocabulary_.subject() +
+                            "; " + (others.empty() ? "other classes have it." : others);
+        }
+    }
+    return note;
 }
 
 }  // namespace mmq

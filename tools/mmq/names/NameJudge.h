@@ -13,7 +13,7 @@ namespace mmq {
 /// What is to be said about the names of one expression, in the order of the text.
 struct NameFindings {
     std::vector<TextError> errors;  ///< names that no object can have
-    std::vector<TextError> notes;   ///< names that are right, but that documents do not hold
+    std::vector<TextError> notes;   ///< names that objects may have, but that documents do not hold
 };
 
 /// What to say about a class that a vocabulary does not have, and advice, which may be empty.
@@ -43,7 +43,7 @@ private:
         Kind kind;
         bool isQuoted;
         ClassSet classes;
-        LeftOut leftOut = LeftOut::no;
+        LeftOut leftOut = LeftOut::no;  // of a name that is not held, why the metamodel says so
 
         ReadAs readAs() const {
             return kind == Kind::attribute ? ReadAs::attribute : ReadAs::association;
@@ -56,12 +56,13 @@ private:
     TextError errorFor(const Use& use) const;
     TextError noteFor(const Use& use) const;
     std::string hintFor(const Use& use) const;
+    std::string otherClasses(const Use& use) const;
     std::string denial(const Use& use) const;
     bool isOnlyAttribute(const Use& use) const;
 
     const NameVocabulary& vocabulary_;
     std::vector<Use> wrong_;
-    std::vector<Use> leftOut_;
+    std::vector<Use> notHeld_;
 };
 
 }  // namespace mmq

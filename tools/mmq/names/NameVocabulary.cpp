@@ -129,6 +129,10 @@ bool NameVocabulary::has(const ClassSet& classes, std::string_view name, ReadAs 
     return false;
 }
 
+bool NameVocabulary::mayHave(const ClassSet& classes, std::string_view name, ReadAs readAs) const {
+    return classes.meets(declared_.onlyShown()) && has(allClasses(), name, readAs);
+}
+
 bool NameVocabulary::isBuiltIn(const Heirs& heirs, std::string_view name) const {
     return name == parentName || name == childrenName ||
            (startsWith(name, inversePrefix) &&

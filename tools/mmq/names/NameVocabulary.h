@@ -52,6 +52,9 @@ public:
 
     /// Whether objects of one of the classes can have the name.
     bool has(const ClassSet& classes, std::string_view name, ReadAs readAs) const;
+    /// Whether objects of one of the classes may have a name that no document shows them to have:
+    /// no metamodel declares the class, and other objects have the name.
+    bool mayHave(const ClassSet& classes, std::string_view name, ReadAs readAs) const;
     /// Why documents do not hold what objects of these classes have under a name, where they do
     /// not.
     LeftOut findLeftOut(const ClassSet& classes, std::string_view name) const;

@@ -41,36 +41,30 @@ struct Nearness {
     auto operator<=>(const Nearness& other) const = default;
 };
 
-/// Compares candidates with one name.
-class Measure {
-public:
-    explicit Measure(std::string_view name) : name_(name), lowerName_(lowerCase(name)) {}
+Nearness nearnessOf(std::string_view candidate, std::string_view name,
+                    const std::string& lowerName) {
+    const std::string lower = lowerCase(candidate);
+    return {editDistance(lowerName, lower), editDistance(name, candidate),
+            candidate.size() - commonBeginning(lowerName, lower), candidate};
+}
 
-    Nearness of(std::string_view candidate) const {
-        const std::string lower = lowerCase(candidate);
-        Nearness result;
-        result.distance = editDistance(lowerName_, lower);
-        if (isBeginningOf(lower)) {
-            result.distance = std::min(result.distance, farthest());
+bool beginsWith(std::string_view candidate, const std::string& lowerName) {
+    return lowerName.size() >= shortestBeginning &&
+           lowerCase(candidate.substr(0, lowerName.size())) == lowerName;
+}
+
+// The first few, each once. One that is clearly farther than the first is nothing that was meant.
+std::vector<std::string> firstOf(std::vector<Nearness> found) {
+    std::sort(found.begin(), found.end());
+    std::vector<std::string> result;
+    for (const Nearness& nearness : found) {
+        if (result.size() < mostSuggestions && nearness.distance <= found.front().distance + 1 &&
+            (result.empty() || result.back() != nearness.candidate)) {
+            result.emplace_back(nearness.candidate);
         }
-        result.caseDistance = editDistance(name_, candidate);
-        result.otherLetters = candidate.size() - commonBeginning(lowerName_, lower);
-        result.candidate = candidate;
-        return result;
     }
-
-    bool accepts(const Nearness& nearness) const { return nearness.distance <= farthest(); }
-
-private:
-    bool isBeginningOf(std::string_view candidate) const {
-        return name_.size() >= shortestBeginning &&
-               candidate.substr(0, lowerName_.size()) == lowerName_;
-    }
-    std::size_t farthest() const { return std::max<std::size_t>(1, name_.size() / 3); }
-
-    std::string_view name_;
-    std::string lowerName_;
-};
+    return result;
+}
 
 }  // namespace
 
@@ -103,23 +97,19 @@ std::size_t editDistance(std::string_view a, std::string_view b) {
 
 std::vector<std::string> nearestNames(std::string_view name,
                                       const std::vector<std::string>& candidates) {
-    const Measure measure(name);
-    std::vector<Nearness> found;
+    const std::string lowerName = lowerCase(name);
+    const std::size_t farthest = std::max<std::size_t>(1, (name.size() + 1) / 3);
+    std::vector<Nearness> near;
+    std::vector<Nearness> longer;
     for (const std::string& candidate : candidates) {
-        const Nearness nearness = measure.of(candidate);
-        if (candidate != name && measure.accepts(nearness)) {
-            found.push_back(nearness);
+        const Nearness nearness = nearnessOf(candidate, name, lowerName);
+        if (candidate != name && nearness.distance <= farthest) {
+            near.push_back(nearness);
+        } else if (candidate != name && beginsWith(candidate, lowerName)) {
+            longer.push_back(nearness);
         }
     }
-    std::sort(found.begin(), found.end());
-    std::vector<std::string> result;
-    for (const Nearness& nearness : found) {
-        if (result.size() < mostSuggestions &&
-            (result.empty() || result.back() != nearness.candidate)) {
-            result.emplace_back(nearness.candidate);
-        }
-    }
-    return result;
+    return firstOf(near.empty() ? longer : near);
 }
 
 std::string didYouMean(const std::vector<std::string>& names, std::string_view before,

@@ -12,10 +12,11 @@ namespace mmq {
 /// neighbour to make one text the other.
 std::size_t editDistance(std::string_view a, std::string_view b);
 
-/// Of the candidates those that `name` may stand for, nearest first, at most three, each once: a
-/// third of the letters may differ, and a candidate may be longer than a name of three letters
-/// that it begins with. Of two equally near ones that comes first which differs less by case, then
-/// that which begins with more of the same letters, then the first in the order of the alphabet.
+/// Of the candidates those that `name` may stand for, nearest first, at most three, each once:
+/// those in which no more than a third of the letters differ, nor more than one more than in the
+/// nearest; where there are none, those that begin with it, if it has three letters. Of two equally
+/// near ones that comes first which differs less by case, then that which has fewer letters behind
+/// what both begin with, then the first in the order of the alphabet.
 std::vector<std::string> nearestNames(std::string_view name,
                                       const std::vector<std::string>& candidates);
 
