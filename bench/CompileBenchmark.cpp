@@ -127,7 +127,7 @@ void addGrowth(ScriptEngine& luajit) {
 }
 
 void addLongTexts() {
-    for (const std::size_t size : {1'000'000, 2'000'000}) {
+    for (const std::size_t size : {1'000'000U, 2'000'000U}) {
         add("lex/" + std::to_string(size) + "/ours", longExpression(size),
             [](const std::string& text) { benchmark::DoNotOptimize(countTokens(text)); });
         add("parse/" + std::to_string(size) + "/ours", longExpression(size), parse);
