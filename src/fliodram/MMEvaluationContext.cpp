@@ -34,6 +34,10 @@ void MMEvaluationContext::refill(std::uint64_t count) {
         throwLogged(MMEvaluationError(MMEvaluationError::Kind::timeLimit,
                                       "The evaluation takes longer than its time limit."));
     }
+    if (limits_.isCancelled != nullptr && limits_.isCancelled->load(std::memory_order_relaxed)) {
+        throwLogged(MMEvaluationError(MMEvaluationError::Kind::cancelled,
+                                      "The evaluation was called off."));
+    }
     const std::uint64_t granted =
         std::min(remaining_, std::max(stepsPerLook, count - std::min(count, budget_)));
     budget_ += granted;

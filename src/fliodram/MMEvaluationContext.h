@@ -1,6 +1,7 @@
 // What an evaluation runs in: the model, and the limits on what it may cost.
 #pragma once
 
+#include <atomic>
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
@@ -19,6 +20,9 @@ struct MMEvaluationLimits {
     std::size_t collectionSize = std::size_t{1} << 24U;
     /// Bytes of one text.
     std::size_t textSize = std::size_t{1} << 26U;
+    /// A flag of the host's, who sets it on another thread or in a signal handler to call the
+    /// application off; null for none. Looked at as often as the clock, and borrowed.
+    const std::atomic<bool>* isCancelled = nullptr;
 };
 
 /// The surroundings of evaluations, one after the other, on one thread.

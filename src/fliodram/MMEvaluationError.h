@@ -12,14 +12,23 @@ class MMTarget;
 /// It leaves the expression, the context and the model as usable as before.
 class __attribute__((visibility("default"))) MMEvaluationError : public OrvException {
 public:
-    /// Why it could not: the expression has no value for this object, or a limit was reached.
-    enum class Kind { failure, stepLimit, timeLimit, collectionLimit, textLimit, depthLimit };
+    /// Why it could not: the expression has no value for this object, a limit was reached, or the
+    /// host called the evaluation off.
+    enum class Kind {
+        failure,
+        stepLimit,
+        timeLimit,
+        collectionLimit,
+        textLimit,
+        depthLimit,
+        cancelled
+    };
 
     MMEvaluationError(Kind kind, const std::string& message, const MMTarget* target = nullptr);
     ~MMEvaluationError() override;
 
     Kind getKind() const { return kind_; }
-    /// True when a limit was reached rather than a value missing.
+    /// True when a limit was reached, or the evaluation called off, rather than a value missing.
     bool isLimit() const { return kind_ != Kind::failure; }
 
     /// The expression that could not be evaluated although its operands could; null where that is

@@ -176,6 +176,15 @@ TEST(MMEvaluationContext, LimitsEndAnEvaluation) {
     EXPECT_EQ(kindOf([&] { takeSteps(~std::uint64_t{0}); }),
               std::make_pair(Kind::timeLimit,
                              std::string("The evaluation takes longer than its time limit.")));
+    std::atomic<bool> isCancelled{false};
+    limits.time = {};
+    limits.isCancelled = &isCancelled;
+    context.setLimits(limits);
+    context.begin();
+    takeSteps(10000);
+    isCancelled = true;
+    EXPECT_EQ(kindOf([&] { takeSteps(10000); }),
+              std::make_pair(Kind::cancelled, std::string("The evaluation was called off.")));
 }
 
 }  // namespace
