@@ -16,7 +16,7 @@ MessagePlace placeOf(const MMEvaluationError& error, const SourceMap& map,
 void EvaluationMessages::show(const std::string& uid, const MMEvaluationError& error) {
     MessagePlace place = placeOf(error, map_, text_);
     const std::string message = uid + ": " + error.what();
-    if (place.line == 0 && !writer_.isJson()) {
+    if (place.line == 0 && !writer_.isForPrograms()) {
         std::cerr << "mmq: " << message << '\n';
         return;
     }

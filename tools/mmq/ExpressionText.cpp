@@ -43,12 +43,13 @@ public:
             int number = TOKEN_INVALID;
             while (number != TOKEN_EOF) {
                 const TokenPtr token = nextToken(tokenTemplate);
-                note(token->getLine(), token->getColumn(), token->getOffset());
+                note(token->getLine(), token->getColumn(), token->getOffset(),
+                     token->getEndOffset());
                 number = token->getNumber();
             }
         } catch (const ParseException&) {
             // The compilation will end at the same place; this is where it points.
-            note(line(), beginColumn(), beginOffset());
+            note(line(), beginColumn(), beginOffset(), endOfLine(text_.text_, beginOffset()));
         }
     }
 
@@ -70,7 +71,7 @@ protected:
         const std::string_view begun = dropped.substr(0, invalid.stopOffset - invalid.offset);
         const std::size_t offset = isEscape ? invalid.stopOffset - 1 : invalid.offset;
         const int column = isEscape ? invalid.stopColumn - 1 : invalid.column;
-        note(invalid.line, column, offset);
+        note(invalid.line, column, offset, end);
         text_.dropped_.push_back({invalid.line, column,
                                   isEscape
                                       ? sentenceForEscape(dropped.substr(offset - invalid.offset))
@@ -78,8 +79,8 @@ protected:
     }
 
 private:
-    void note(int line, int column, std::size_t offset) {
-        text_.offsets_.emplace(std::make_pair(line, column), offset);
+    void note(int line, int column, std::size_t first, std::size_t last) {
+        text_.tokens_.emplace(std::make_pair(line, column), ExpressionText::Bytes{first, last});
     }
 
     ExpressionText& text_;
@@ -94,21 +95,28 @@ ExpressionText::ExpressionText(std::string text, TextOrigin origin)
 }
 
 std::size_t ExpressionText::offsetOf(int line, int column) const {
-    const auto found = offsets_.find({line, column});
-    return found != offsets_.end() ? found->second : std::string::npos;
+    const auto found = tokens_.find({line, column});
+    return found != tokens_.end() ? found->second.first : std::string::npos;
 }
 
+// What has no place in the text is about all of it.
 MessagePlace ExpressionText::place(int line, int column) const {
-    const std::size_t offset = offsetOf(line, column);
-    const bool isInText = offset <= text_.size();
+    const auto found = tokens_.find({line, column});
+    const bool isInText = found != tokens_.end();
+    const Bytes bytes = isInText ? found->second : Bytes{0, text_.size()};
     if (origin_.file == nullptr) {
-        return {"", line, column, isInText ? excerptAt(text_, offset) : std::string()};
+        return {"",          line,
+                column,      isInText ? excerptAt(text_, bytes.first) : std::string(),
+                bytes.first, bytes.last};
     }
-    // What has no place in the text is about all of it.
-    const std::size_t inFile = origin_.offsets[isInText ? offset : 0];
-    const TextPlace place = origin_.file->place(inFile);
-    return {origin_.file->name(), static_cast<int>(place.line), static_cast<int>(place.column),
-            origin_.file->excerpt(inFile)};
+    const std::size_t first = origin_.offsets[bytes.first];
+    const TextPlace place = origin_.file->place(first);
+    return {origin_.file->name(),
+            static_cast<int>(place.line),
+            static_cast<int>(place.column),
+            origin_.file->excerpt(first),
+            first,
+            origin_.offsets[bytes.last]};
 }
 
 ExpressionText readExpression(const Options& options) {

@@ -27,6 +27,9 @@ struct MessagePlace {
     int line = 0;      ///< 0 for no place
     int column = 0;
     std::string excerpt;  ///< the source line with a caret below, or empty
+    /// The bytes that the message is about, of the file or of the text that stands in none.
+    std::size_t offset = 0;
+    std::size_t endOffset = 0;
 };
 
 /// The text of one expression, and the places of its tokens.
@@ -39,6 +42,7 @@ public:
     explicit ExpressionText(std::string text, TextOrigin origin = {});
 
     const std::string& text() const { return text_; }
+    const TextOrigin& origin() const { return origin_; }
 
     /// The pieces that the lexer would drop, in order, each with a sentence about it.
     const std::vector<TextError>& droppedTexts() const { return dropped_; }
@@ -52,9 +56,15 @@ public:
 private:
     friend class IndexingLexer;
 
+    // The bytes of a token, or of what is spoken of like one.
+    struct Bytes {
+        std::size_t first;
+        std::size_t last;
+    };
+
     std::string text_;
     TextOrigin origin_;
-    std::map<std::pair<int, int>, std::size_t> offsets_;  // by line and column
+    std::map<std::pair<int, int>, Bytes> tokens_;  // by line and column
     std::vector<TextError> dropped_;
 };
 

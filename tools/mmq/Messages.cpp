@@ -54,7 +54,7 @@ std::string MessageWriter::colored(const char* code, const std::string& text) co
 
 void MessageWriter::write(const MessagePlace& place, const std::string& source,
                           const std::string& message, ExprParserDialogs::MessageSeverity severity,
-                          bool flag) const {
+                          bool flag) {
     if (!isJson_) {
         std::cerr << place.file << (place.file.empty() ? "" : ":") << place.line << ':'
                   << place.column << ": "
@@ -80,7 +80,7 @@ void MessageWriter::write(const MessagePlace& place, const std::string& source,
     std::cerr << object;
 }
 
-void MessageWriter::writeHint(const MessagePlace& place, const std::string& hint) const {
+void MessageWriter::writeHint(const MessagePlace& place, const std::string& hint) {
     if (isJson_) {
         write(place, messageSource, hint, ExprParserDialogs::Info, false);
     } else {
@@ -89,7 +89,13 @@ void MessageWriter::writeHint(const MessagePlace& place, const std::string& hint
 }
 
 Messages::Messages(const ExpressionText& text, const Options& options, bool showsProgress)
-    : text_(text), writer_(options), showsProgress_(showsProgress) {}
+    : text_(text),
+      ownSink_(std::make_unique<MessageWriter>(options)),
+      sink_(*ownSink_),
+      showsProgress_(showsProgress) {}
+
+Messages::Messages(const ExpressionText& text, MessageSink& sink)
+    : text_(text), sink_(sink), showsProgress_(false) {}
 
 bool Messages::askYesNo(const std::string& /*question*/, bool defaultAnswer) {
     return defaultAnswer;
@@ -99,15 +105,15 @@ void Messages::showMessage(int line, int column, const std::string& source,
                            const std::string& message, MessageSeverity severity, bool flag) {
     isEmpty_ = false;
     errorCount_ += severity == Error ? 1 : 0;
-    if (severity == Error || writer_.isJson()) {
-        writer_.write(text_.place(line, column), source, message, severity, flag);
+    if (severity == Error || sink_.isForPrograms()) {
+        sink_.write(text_.place(line, column), source, message, severity, flag);
     } else if (showsProgress_) {
         std::cerr << message << '\n';
     }
     const std::string hint =
         isPatternBesideMatch(message)
             ? patternHint
-            : hintForUnknownSymbol(message, line, column, text_.text(), !writer_.isJson());
+            : hintForUnknownSymbol(message, line, column, text_.text(), !sink_.isForPrograms());
     if (!hint.empty()) {
         showHint(line, column, hint);
     }
@@ -132,13 +138,13 @@ void Messages::showErrors(const std::vector<TextError>& errors) {
 
 void Messages::showNotes(const std::vector<TextError>& notes) {
     for (std::size_t i = 0; i < std::min(notes.size(), mostErrorsShown); ++i) {
-        writer_.write(text_.place(notes[i].line, notes[i].column), messageSource, notes[i].sentence,
-                      Info, false);
+        sink_.write(text_.place(notes[i].line, notes[i].column), messageSource, notes[i].sentence,
+                    Info, false);
     }
 }
 
 void Messages::showHint(int line, int column, const std::string& hint) {
-    writer_.writeHint(text_.place(line, column), hint);
+    sink_.writeHint(text_.place(line, column), hint);
 }
 
 }  // namespace mmq

@@ -1,6 +1,7 @@
 // The messages of compilations, written for people or for programs.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -25,19 +26,34 @@ inline constexpr std::size_t mostErrorsShown = 100;
 /// Writes a line of advice about the line before to the standard error stream, unless it is empty.
 void showAdvice(const std::string& advice);
 
+/// Takes messages about texts, with their places, and lines of advice about them.
+class MessageSink {
+public:
+    MessageSink() = default;
+    MessageSink(const MessageSink&) = delete;
+    MessageSink& operator=(const MessageSink&) = delete;
+    virtual ~MessageSink() = default;
+
+    /// Takes an error, or with the severity Info a note.
+    virtual void write(const MessagePlace& place, const std::string& source,
+                       const std::string& message, ExprParserDialogs::MessageSeverity severity,
+                       bool flag) = 0;
+    /// Takes a line of advice about the message before.
+    virtual void writeHint(const MessagePlace& place, const std::string& hint) = 0;
+    /// Whether programs read the messages, which want every one, and no advice that is not certain.
+    virtual bool isForPrograms() const { return false; }
+};
+
 /// Writes messages to the standard error stream, in the form that the options choose: as text with
 /// the source line and a caret, or as one JSON object a line.
-class MessageWriter {
+class MessageWriter : public MessageSink {
 public:
     explicit MessageWriter(const Options& options);
 
-    bool isJson() const { return isJson_; }
-
-    /// Writes an error, or with the severity Info a note.
     void write(const MessagePlace& place, const std::string& source, const std::string& message,
-               ExprParserDialogs::MessageSeverity severity, bool flag) const;
-    /// Writes a line of advice about the message before.
-    void writeHint(const MessagePlace& place, const std::string& hint) const;
+               ExprParserDialogs::MessageSeverity severity, bool flag) override;
+    void writeHint(const MessagePlace& place, const std::string& hint) override;
+    bool isForPrograms() const override { return isJson_; }
 
 private:
     std::string colored(const char* code, const std::string& text) const;
@@ -57,11 +73,14 @@ public:
                      bool /*flag*/) override {}
 };
 
-/// Writes each message of a compilation as it comes. Borrows the text of the expression.
+/// Hands on each message of a compilation as it comes. Borrows the text of the expression.
 class Messages : public ExprParserDialogs {
 public:
-    /// With `showsProgress`, progress messages are written as text, too; JSON always has them.
+    /// Writes them to the standard error stream. With `showsProgress`, progress messages are
+    /// written as text, too; JSON always has them.
     Messages(const ExpressionText& text, const Options& options, bool showsProgress);
+    /// Hands them to a sink, which is borrowed.
+    Messages(const ExpressionText& text, MessageSink& sink);
 
     /// Nobody is there to ask.
     bool askYesNo(const std::string& question, bool defaultAnswer) override;
@@ -82,7 +101,8 @@ public:
 
 private:
     const ExpressionText& text_;
-    MessageWriter writer_;
+    std::unique_ptr<MessageSink> ownSink_;  // where none is borrowed
+    MessageSink& sink_;
     bool showsProgress_;
     int errorCount_ = 0;
     bool isEmpty_ = true;

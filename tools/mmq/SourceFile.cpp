@@ -91,6 +91,12 @@ std::string excerptAt(std::string_view text, std::size_t offset) {
     return marked.line + "\n" + marked.marks + "\n";
 }
 
+std::size_t endOfLine(std::string_view text, std::size_t offset) {
+    const std::string_view line = text.substr(0, text.find_first_of("\r\n", offset));
+    const std::size_t last = line.find_last_not_of(" \t");
+    return last == std::string_view::npos || last < offset ? offset : last + 1;
+}
+
 SourceFile::SourceFile(std::string name, std::string text)
     : name_(std::move(name)), text_(std::move(text)), lineStarts_{0} {
     if (text_.rfind(byteOrderMark, 0) == 0) {

@@ -9,42 +9,39 @@ namespace mmq {
 
 namespace {
 
-/// Shows nothing, for a compilation whose messages have been shown.
-class SilentMessages : public Messages {
+/// For a compilation whose messages have been shown.
+class SilentSink : public MessageSink {
 public:
-    using Messages::Messages;
-    void showMessage(int /*line*/, int /*column*/, const std::string& /*source*/,
-                     const std::string& /*message*/, MessageSeverity /*severity*/,
-                     bool /*flag*/) override {}
+    void write(const MessagePlace& /*place*/, const std::string& /*source*/,
+               const std::string& /*message*/, ExprParserDialogs::MessageSeverity /*severity*/,
+               bool /*flag*/) override {}
+    void writeHint(const MessagePlace& /*place*/, const std::string& /*hint*/) override {}
 };
 
-CompiledExpression compileText(const ExpressionText& text, As as, const Options& options,
-                               bool isSilent) {
-    if (isSilent) {
-        SilentMessages messages(text, options, false);
-        return compile(text, as, messages);
-    }
-    Messages messages(text, options, false);
+CompiledExpression compileText(const ExpressionText& text, As as, MessageSink& sink) {
+    Messages messages(text, sink);
     return compile(text, as, messages);
 }
 
-// Whether everything in a rule compiles; goes on after an error, to show them all.
-bool compileRule(const Rule& rule, const Options& options, bool isSilent, CompiledRule& compiled) {
-    compiled.rule = &rule;
-    compiled.expression = compileText(
-        *rule.expression, rule.isFinding ? As::association : As::condition, options, isSilent);
-    bool isRight = static_cast<bool>(compiled.expression);
-    for (const MessagePiece& piece : rule.message) {
-        CompiledExpression& expression = compiled.message.emplace_back();
+}  // namespace
+
+bool CompiledRule::compile(const Rule& source, MessageSink& sink) {
+    rule = &source;
+    bool isRight = source.expression.has_value();
+    if (isRight) {
+        expression = compileText(*source.expression,
+                                 source.isFinding ? As::association : As::condition, sink);
+        isRight = static_cast<bool>(expression);
+    }
+    for (const MessagePiece& piece : source.message) {
+        CompiledExpression& value = message.emplace_back();
         if (piece.expression) {
-            expression = compileText(*piece.expression, As::attribute, options, isSilent);
-            isRight = isRight && expression;
+            value = compileText(*piece.expression, As::attribute, sink);
+            isRight = isRight && value;
         }
     }
     return isRight;
 }
-
-}  // namespace
 
 std::string CompiledRule::render(MMEvaluationContext& context, MMObject object) const {
     std::string text;
@@ -96,11 +93,13 @@ std::vector<const Rule*> rulesOf(const std::vector<RuleFile>& files) {
 CompiledSets compileRules(const std::vector<const Rule*>& rules, std::size_t count,
                           const Options& options) {
     CompiledSets sets(count);
+    MessageWriter writer(options);
+    SilentSink silent;
     bool isRight = true;
     for (std::vector<CompiledRule>& set : sets) {
-        const bool isSilent = &set != &sets.front();
+        MessageSink& sink = &set == &sets.front() ? static_cast<MessageSink&>(writer) : silent;
         for (const Rule* rule : rules) {
-            isRight = compileRule(*rule, options, isSilent, set.emplace_back()) && isRight;
+            isRight = set.emplace_back().compile(*rule, sink) && isRight;
         }
         if (!isRight) {
             return {};

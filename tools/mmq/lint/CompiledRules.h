@@ -17,6 +17,10 @@ struct CompiledRule {
     CompiledExpression expression;
     std::vector<CompiledExpression> message;  ///< of each piece; empty for those that are texts
 
+    /// Compiles a rule, as far as all of it is there; goes on after an error, to tell of them all.
+    /// Returns false where there is one.
+    bool compile(const Rule& source, MessageSink& sink);
+
     /// The message for an object. Throws MMEvaluationError.
     std::string render(MMEvaluationContext& context, MMObject object) const;
     /// What an evaluation of the rule failed of, and where in the rules file, if that is known.

@@ -13,8 +13,8 @@ namespace {
 /// Looks at one rule after the other.
 class RuleNameCheck {
 public:
-    RuleNameCheck(const NameVocabulary& vocabulary, const Options& options)
-        : vocabulary_(vocabulary), options_(options), writer_(options) {}
+    RuleNameCheck(const NameVocabulary& vocabulary, MessageSink& sink)
+        : vocabulary_(vocabulary), sink_(sink) {}
 
     bool check(const CompiledRule& compiled) const {
         const Rule& rule = *compiled.rule;
@@ -29,15 +29,13 @@ public:
             return isRight;  // it will judge nothing: it is for models of another kind
         }
         const NameCheckResult result = checkNames(compiled.expression, vocabulary_, objects);
-        isRight = show(result, *rule.expression) && isRight;
+        isRight = show(result, rule.expression) && isRight;
         // The message is about the objects themselves, or about those that are found.
         const ClassSet& elements = rule.isFinding ? result.yielded : objects;
         for (std::size_t i = 0; i < rule.message.size(); ++i) {
-            if (rule.message[i].expression) {
-                isRight = show(checkNames(compiled.message[i], vocabulary_, elements),
-                               *rule.message[i].expression) &&
-                          isRight;
-            }
+            isRight = show(checkNames(compiled.message[i], vocabulary_, elements),
+                           rule.message[i].expression) &&
+                      isRight;
         }
         return isRight;
     }
@@ -48,8 +46,8 @@ private:
         if (vocabulary_.findClass(name.text) || mayBeAbsent) {
             return true;
         }
-        FileErrors errors(rule.file, writer_);
-        errors.add(name.origin.offsets.front(), sentenceForClass(name.text, vocabulary_));
+        FileErrors errors(rule.file, sink_);
+        errors.add(name, sentenceForClass(name.text, vocabulary_));
         const std::string hint = hintForClass(name.text, vocabulary_);
         if (!hint.empty()) {
             errors.addHint(hint);
@@ -57,17 +55,23 @@ private:
         return false;
     }
 
-    bool show(const NameCheckResult& result, const ExpressionText& text) const {
-        Messages messages(text, options_, false);
+    bool show(const NameCheckResult& result, const std::optional<ExpressionText>& text) const {
+        if (!text) {
+            return true;
+        }
+        Messages messages(*text, sink_);
         return showFindings(result.findings, messages);
     }
 
     const NameVocabulary& vocabulary_;
-    const Options& options_;
-    MessageWriter writer_;
+    MessageSink& sink_;
 };
 
 }  // namespace
+
+bool checkNames(const CompiledRule& rule, const NameVocabulary& vocabulary, MessageSink& sink) {
+    return RuleNameCheck(vocabulary, sink).check(rule);
+}
 
 bool checkNames(const std::vector<CompiledRule>& rules,
                 const std::vector<std::unique_ptr<RepositoryModel>>& models,
@@ -76,10 +80,10 @@ bool checkNames(const std::vector<CompiledRule>& rules,
     for (const std::unique_ptr<RepositoryModel>& model : models) {
         vocabulary.addModel(*model);
     }
-    const RuleNameCheck check(vocabulary, options);
+    MessageWriter writer(options);
     bool isRight = true;
     for (const CompiledRule& rule : rules) {
-        isRight = check.check(rule) && isRight;
+        isRight = checkNames(rule, vocabulary, writer) && isRight;
     }
     return isRight;
 }

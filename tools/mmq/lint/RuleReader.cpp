@@ -240,11 +240,11 @@ private:
 using RulesById = std::map<std::string, const Rule*>;
 
 // Whether every rule that the cases of a file speak of is there.
-bool checkCases(const RuleFile& file, const RulesById& rules, const MessageWriter& writer) {
-    FileErrors errors(file.source, writer);
+bool checkCases(const RuleFile& file, const RulesById& rules, MessageSink& sink) {
+    FileErrors errors(file.source, sink);
     const auto check = [&](const LocatedText& id) {
         if (rules.count(id.text) == 0) {
-            errors.add(id.origin.offsets.front(), "There is no rule " + quoted(id.text) + ".");
+            errors.add(id, "There is no rule " + quoted(id.text) + ".");
         }
     };
     for (const RuleCase& ruleCase : file.cases) {
@@ -256,29 +256,41 @@ bool checkCases(const RuleFile& file, const RulesById& rules, const MessageWrite
     return errors.isEmpty();
 }
 
+// Adds the rules of a file to those that are known, with an error for an id that is.
+void addRules(const RuleFile& file, RulesById& known, FileErrors& errors) {
+    for (const Rule& rule : file.rules) {
+        const auto [other, isNew] = known.emplace(rule.id, &rule);
+        if (!isNew) {
+            const Rule& first = *other->second;
+            errors.add(file.source->offset(rule.place),
+                       "The id " + quoted(rule.id) + " is already that of the rule at " +
+                           first.file->name() + ":" + std::to_string(first.place.line) + ".");
+        }
+    }
+}
+
 // Whether no id stands twice, in whichever files.
-bool checkIds(const std::vector<RuleFile>& files, RulesById& known, const MessageWriter& writer) {
+bool checkIds(const std::vector<RuleFile>& files, RulesById& known, MessageSink& sink) {
     bool isRight = true;
     for (const RuleFile& file : files) {
-        for (const Rule& rule : file.rules) {
-            const auto [other, isNew] = known.emplace(rule.id, &rule);
-            if (!isNew) {
-                const Rule& first = *other->second;
-                FileErrors(file.source, writer)
-                    .add(file.source->offset(rule.place),
-                         "The id " + quoted(rule.id) + " is already that of the rule at " +
-                             first.file->name() + ":" + std::to_string(first.place.line) + ".");
-                isRight = false;
-            }
-        }
+        FileErrors errors(file.source, sink);
+        addRules(file, known, errors);
+        isRight = isRight && errors.isEmpty();
     }
     return isRight;
 }
 
 }  // namespace
 
+RuleFile readRuleFile(FileErrors& errors) {
+    RuleFile file = RuleFileReader(errors).read();
+    RulesById rules;
+    addRules(file, rules, errors);
+    return file;
+}
+
 std::vector<RuleFile> readRuleFiles(const std::vector<std::string>& paths, const Options& options) {
-    const MessageWriter writer(options);
+    MessageWriter writer(options);
     std::vector<RuleFile> files;
     bool isRight = true;
     for (const std::string& path : paths) {

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "lint/Rule.h"
+#include "lint/YamlNode.h"
 
 namespace mmq {
 
@@ -12,5 +13,10 @@ namespace mmq {
 /// error stream; the result is empty where anything is. Expressions are not compiled here. Throws
 /// std::runtime_error with a sentence where a file cannot be read.
 std::vector<RuleFile> readRuleFiles(const std::vector<std::string>& paths, const Options& options);
+
+/// Reads one file that is in memory, as far as it can be read: what is missing in a rule is empty.
+/// Adds an error for everything that is wrong with the form of the file, seen by itself: its cases
+/// may be about rules of other files.
+RuleFile readRuleFile(FileErrors& errors);
 
 }  // namespace mmq

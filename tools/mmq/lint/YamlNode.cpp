@@ -35,15 +35,19 @@ std::string listed(const std::vector<YamlKey>& keys) {
 }  // namespace
 
 void FileErrors::add(std::size_t offset, const std::string& sentence) {
+    add(offset, endOfLine(file_->text(), offset), sentence);
+}
+
+void FileErrors::add(std::size_t offset, std::size_t endOffset, const std::string& sentence) {
     const TextPlace place = file_->place(offset);
-    writer_.write({file_->name(), static_cast<int>(place.line), static_cast<int>(place.column),
-                   file_->excerpt(offset)},
-                  messageSource, sentence, ExprParserDialogs::Error, false);
+    sink_.write({file_->name(), static_cast<int>(place.line), static_cast<int>(place.column),
+                 file_->excerpt(offset), offset, endOffset},
+                messageSource, sentence, ExprParserDialogs::Error, false);
     ++count_;
 }
 
 void FileErrors::addHint(const std::string& hint) const {
-    writer_.writeHint({file_->name(), 0, 0, ""}, hint);
+    sink_.writeHint({file_->name(), 0, 0, ""}, hint);
 }
 
 std::optional<YAML::Node> YamlDocument::load() {
@@ -84,6 +88,16 @@ std::size_t YamlDocument::offset(const YAML::Mark& mark) const {
 
 std::size_t YamlDocument::offset(const YAML::Node& node) const { return offset(node.Mark()); }
 
+void YamlDocument::fail(const YAML::Node& node, const std::string& sentence) {
+    if (node.IsScalar()) {
+        const std::string& text = node.Scalar();
+        const TextOrigin origin = originOfScalar(errors_.file(), offset(node), text);
+        errors_.add(offset(node), origin.offsets[text.find_last_not_of(" \t\r\n") + 1], sentence);
+    } else {
+        errors_.add(offset(node), sentence);
+    }
+}
+
 void YamlDocument::readMapping(const YAML::Node& node, const std::string& what,
                                const std::vector<YamlKey>& keys) {
     std::set<std::string> seen;
@@ -93,8 +107,8 @@ void YamlDocument::readMapping(const YAML::Node& node, const std::string& what,
             return candidate.name == key.text;
         });
         if (known == keys.end()) {
-            errors_.add(key.origin.offsets.front(), what + " has no key " + quoted(key.text) +
-                                                        "; there are " + listed(keys) + ".");
+            errors_.add(key, what + " has no key " + quoted(key.text) + "; there are " +
+                                 listed(keys) + ".");
         } else {
             known->read(value);
         }

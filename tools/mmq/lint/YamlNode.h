@@ -14,21 +14,27 @@
 
 namespace mmq {
 
-/// Takes the errors of one file: shows each as it comes, with its place, and counts them.
+/// Takes the errors of one file: hands each on as it comes, with its place, and counts them.
+/// Borrows the sink.
 class FileErrors {
 public:
-    FileErrors(std::shared_ptr<const SourceFile> file, const MessageWriter& writer)
-        : file_(std::move(file)), writer_(writer) {}
+    FileErrors(std::shared_ptr<const SourceFile> file, MessageSink& sink)
+        : file_(std::move(file)), sink_(sink) {}
 
     const std::shared_ptr<const SourceFile>& file() const { return file_; }
     bool isEmpty() const { return count_ == 0; }
 
+    /// An error about what begins at `offset`, up to the end of its line or to `endOffset`.
     void add(std::size_t offset, const std::string& sentence);
+    void add(std::size_t offset, std::size_t endOffset, const std::string& sentence);
+    void add(const LocatedText& text, const std::string& sentence) {
+        add(text.origin.offsets.front(), text.origin.offsets.back(), sentence);
+    }
     void addHint(const std::string& hint) const;
 
 private:
     std::shared_ptr<const SourceFile> file_;
-    const MessageWriter& writer_;
+    MessageSink& sink_;
     int count_ = 0;
 };
 
@@ -63,9 +69,8 @@ public:
     std::optional<LocatedText> readText(const YAML::Node& node, const std::string& what);
 
     std::size_t offset(const YAML::Node& node) const;
-    void fail(const YAML::Node& node, const std::string& sentence) {
-        errors_.add(offset(node), sentence);
-    }
+    /// Adds an error about a node: about all of it where it is a text.
+    void fail(const YAML::Node& node, const std::string& sentence);
     FileErrors& errors() { return errors_; }
 
 private:
