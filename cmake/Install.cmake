@@ -28,4 +28,20 @@ install(FILES "${PROJECT_BINARY_DIR}/exprparser.pc"
 
 if(EXPRPARSER_PROGRAM)
   install(TARGETS mmq DESTINATION "${CMAKE_INSTALL_BINDIR}" COMPONENT program)
+  set(generated "${PROJECT_BINARY_DIR}/tools/mmq/generated")
+  if(NOT EXPRPARSER_INSTRUMENT)
+    install(FILES "${generated}/mmq.1.gz"
+      DESTINATION "${CMAKE_INSTALL_MANDIR}/man1" COMPONENT program)
+    install(FILES "${generated}/mmq"
+      DESTINATION "${CMAKE_INSTALL_DATADIR}/bash-completion/completions" COMPONENT program)
+    # Debian looks elsewhere for what its packages bring.
+    set(zsh_folder site-functions)
+    if(CMAKE_INSTALL_PREFIX STREQUAL "/usr")
+      set(zsh_folder vendor-completions)
+    endif()
+    install(FILES "${generated}/_mmq"
+      DESTINATION "${CMAKE_INSTALL_DATADIR}/zsh/${zsh_folder}" COMPONENT program)
+    install(FILES "${generated}/mmq.fish"
+      DESTINATION "${CMAKE_INSTALL_DATADIR}/fish/vendor_completions.d" COMPONENT program)
+  endif()
 endif()

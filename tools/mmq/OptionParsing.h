@@ -65,6 +65,9 @@ void addNumber(CLI::App& command, const char* option, std::optional<Number>& var
     command.add_option_function<std::string>(option, read, help)->type_name(valueName);
 }
 
+/// Adds all commands and options to an empty parser, which writes into `options`.
+void buildProgram(CLI::App& program, Options& options);
+
 /// The options of messages, of the metamodel, and of what evaluations may cost.
 void addMessages(CLI::App& command, Options& options);
 void addMetamodel(CLI::App& command, Options& options);

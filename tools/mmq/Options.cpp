@@ -52,7 +52,8 @@ namespace {
 void addExpression(CLI::App& command, Options& options) {
     command.add_option("EXPRESSION", options.expression,
                        "The expression; - reads it from the standard input");
-    command.add_option("-f,--file", options.expressionFile, "Read the expression from a file");
+    command.add_option("-f,--file", options.expressionFile, "Read the expression from a file")
+        ->type_name("FILE");
 }
 
 void addAs(CLI::App& command, Options& options) {
@@ -139,6 +140,18 @@ void addInfo(CLI::App& program, Options& options) {
     command.callback([&options] { options.command = Command::info; });
 }
 
+void addGenerate(CLI::App& program, Options& options) {
+    CLI::App& command =
+        *program.add_subcommand("generate", "Write the manual page, or the completion of a shell");
+    addChoice<Generated>(command, "FORM", options.generated, "What to write",
+                         {{"man", Generated::man},
+                          {"bash", Generated::bash},
+                          {"zsh", Generated::zsh},
+                          {"fish", Generated::fish}});
+    command.get_option("FORM")->required();
+    command.callback([&options] { options.command = Command::generate; });
+}
+
 // The names of all options of a command, and those of them that take a value.
 struct OptionNames {
     std::set<std::string> all;
@@ -222,7 +235,9 @@ std::string findConflict(Options& options) {
     if (isDumpOfBuiltins && (options.expression || hasFile)) {
         return "dump builtins takes no expression.";
     }
-    if (options.command == Command::info || isDumpOfBuiltins) {
+    const bool takesExpression =
+        options.command != Command::info && options.command != Command::generate;
+    if (!takesExpression || isDumpOfBuiltins) {
         return {};
     }
     if (!options.onClass.empty() && options.modelFile.empty() && options.metamodelFile.empty()) {
@@ -240,9 +255,9 @@ std::string findConflict(Options& options) {
 
 }  // namespace
 
-ParsedCommandLine parseCommandLine(int argumentCount, const char* const* arguments) {
-    ParsedCommandLine parsed;
-    CLI::App program("mmq asks models questions in a typed query language.", "mmq");
+void buildProgram(CLI::App& program, Options& options) {
+    program.name("mmq");
+    program.description("mmq asks models questions in a typed query language.");
     program.set_version_flag("--version", std::string("mmq ") + version);
     program.require_subcommand(0, 1);
     program.get_formatter()->label("SUBCOMMAND", "COMMAND");
@@ -252,12 +267,18 @@ ParsedCommandLine parseCommandLine(int argumentCount, const char* const* argumen
         const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
         return "mmq: " + std::string(error.what()) + ".\nTry 'mmq" + command + " --help'.\n";
     });
-    for (auto* add : {&addEval, &addCheck, &addLint, &addTest, &addDump, &addInfo}) {
-        add(program, parsed.options);
+    for (auto* add : {&addEval, &addCheck, &addLint, &addTest, &addDump, &addInfo, &addGenerate}) {
+        add(program, options);
     }
     for (CLI::App* command : program.get_subcommands({})) {
         command->group("Commands");
     }
+}
+
+ParsedCommandLine parseCommandLine(int argumentCount, const char* const* arguments) {
+    ParsedCommandLine parsed;
+    CLI::App program;
+    buildProgram(program, parsed.options);
     try {
         if (argumentCount > 1 && arguments[1][0] != '-' && !isCommand(program, arguments[1])) {
             throw CLI::ValidationError("There is no command " + std::string(arguments[1]));

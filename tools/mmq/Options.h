@@ -12,8 +12,10 @@
 
 namespace mmq {
 
-enum class Command { eval, check, lint, test, dump, info };
+enum class Command { eval, check, lint, test, dump, info, generate };
 enum class Stage { tokens, ast, scopes, builtins, type, target };
+/// What is written from the command line itself.
+enum class Generated { man, bash, zsh, fish };
 /// As what an expression is compiled; automatic goes by its type.
 enum class As { automatic, condition, attribute, association };
 enum class Format { text, json, csv };
@@ -38,6 +40,7 @@ struct LintOptions {
 struct Options {
     Command command = Command::eval;
     Stage stage = Stage::ast;
+    Generated generated = Generated::man;
     As as = As::automatic;
     Format format = Format::text;
     MessageFormat messages = MessageFormat::text;

@@ -1,11 +1,13 @@
 // mmq: asks models questions in a typed query language.
 #include <clocale>
 #include <iostream>
+#include <memory>
 #include <new>
 
 #include "Commands.h"
 #include "ExitStatus.h"
 #include "Options.h"
+#include "Pager.h"
 #include "repository/ModelError.h"
 
 namespace {
@@ -24,8 +26,15 @@ int run(const mmq::Options& options) {
             return mmq::runDump(options);
         case mmq::Command::info:
             return mmq::runInfo(options);
+        case mmq::Command::generate:
+            return mmq::runGenerate(options);
     }
     return mmq::EXIT_USAGE;
+}
+
+// Whether the command writes text for people, of any length.
+bool isPaged(const mmq::Options& options) {
+    return options.command != mmq::Command::generate && options.command != mmq::Command::check;
 }
 
 // Runs the command; what goes wrong outside an evaluation is a sentence and a status.
@@ -54,8 +63,13 @@ int main(int argumentCount, char** arguments) {
     std::setlocale(LC_CTYPE, "C.UTF-8");
     std::ios::sync_with_stdio(false);
     const mmq::ParsedCommandLine parsed = mmq::parseCommandLine(argumentCount, arguments);
+    std::unique_ptr<mmq::Pager> pager;
+    if (!parsed.exitStatus && isPaged(parsed.options) && mmq::Pager::isWanted()) {
+        pager = std::make_unique<mmq::Pager>(std::cout);
+    }
     const int status = parsed.exitStatus ? *parsed.exitStatus : runGuarded(parsed.options);
     std::cout.flush();
+    pager.reset();
     if (!std::cout) {
         std::cerr << "mmq: The output could not be written.\n";
         return status != mmq::EXIT_DONE ? status : mmq::EXIT_EVALUATION;
