@@ -11,11 +11,20 @@
 #include "fliodram/MMEvaluationError.h"
 #include "names/NameCheck.h"
 #include "names/NearestNames.h"
+#include "why/Drawing.h"
 #include "why/Why.h"
 
 namespace mmq {
 
 namespace {
+
+bool isDrawn(Format format) { return format == Format::mermaid || format == Format::dot; }
+
+int refuseDrawing() {
+    std::cerr << "mmq: Only what a path reaches can be drawn, and this expression has no path of "
+                 "objects: try one such as '[ownedAttribute] -> [type]'.\n";
+    return EXIT_USAGE;
+}
 
 /// Evaluates one expression on objects of one model, one after the other.
 class Evaluation {
@@ -30,13 +39,16 @@ public:
           writer_(writer),
           messages_(messages),
           context_(model),
-          budget_(options) {}
+          budget_(options),
+          drawing_(model) {}
 
     /// An object that fails is reported, and the others are gone on with.
     void run(MMObject object) {
         try {
             context_.setLimits(budget_.next());
-            if (expression_.value) {
+            if (isDrawn(options_.format)) {
+                draw(object);
+            } else if (expression_.value) {
                 writeValue(object, expression_.value->apply(context_, object));
             } else {
                 const std::vector<MMObject> result =
@@ -49,6 +61,14 @@ public:
         }
     }
 
+    /// Writes the drawing, if one was asked for; false where there was nothing to draw.
+    bool writeDrawing() const {
+        if (isDrawn(options_.format) && (hasPath_ || hasFailed_)) {
+            std::cout << (options_.format == Format::dot ? drawing_.dot() : drawing_.mermaid());
+        }
+        return hasPath_ || hasFailed_ || !isDrawn(options_.format);
+    }
+
     int exitStatus() const {
         if (hasFailed_) {
             return EXIT_EVALUATION;
@@ -57,6 +77,15 @@ public:
     }
 
 private:
+    // What paths reached goes into one drawing, which is written in the end.
+    void draw(MMObject object) {
+        const std::vector<MMObject> result = expression_.collection->apply(context_, object);
+        context_.setLimits(budget_.next());
+        const Reach reach = reachOf(expression_, context_, object);
+        hasPath_ = hasPath_ || reach.hasPath;
+        drawing_.add(reach, result);
+    }
+
     // Programs that read results find the sentence there.
     void showFailure(MMObject object, const MMEvaluationError& error) {
         if (options_.format != Format::json) {
@@ -91,6 +120,8 @@ private:
     EvaluationMessages& messages_;
     MMEvaluationContext context_;
     EvaluationBudget budget_;
+    Drawing drawing_;
+    bool hasPath_ = false;
     bool hasFailed_ = false;
     bool hasFalse_ = false;
 };
@@ -139,6 +170,9 @@ int runEval(const Options& options) {
     if (!expression) {
         return EXIT_EXPRESSION;
     }
+    if (isDrawn(options.format) && !expression.collection) {
+        return refuseDrawing();
+    }
     const std::unique_ptr<RepositoryModel> model = loadModel(options);
     const std::vector<MMObject> objects = chooseObjects(*model, options);
     if (objects.empty()) {
@@ -154,6 +188,9 @@ int runEval(const Options& options) {
     Evaluation evaluation(*model, text, expression, options, writer, failures);
     for (const MMObject object : objects) {
         evaluation.run(object);
+    }
+    if (!evaluation.writeDrawing()) {
+        return refuseDrawing();
     }
     return evaluation.exitStatus();
 }

@@ -89,7 +89,7 @@ int runInfo(const Options& options) {
         case Format::csv:
             writeCsv(*model);
             break;
-        case Format::text:
+        default:
             writeText(*model);
     }
     return EXIT_DONE;

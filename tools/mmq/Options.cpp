@@ -92,7 +92,11 @@ void addEval(CLI::App& program, Options& options) {
     addNames(command, options);
     addAs(command, options);
     addFormat(command, options,
-              {{"text", Format::text}, {"json", Format::json}, {"csv", Format::csv}});
+              {{"text", Format::text},
+               {"json", Format::json},
+               {"csv", Format::csv},
+               {"mermaid", Format::mermaid},
+               {"dot", Format::dot}});
     command.add_flag("--fail", options.failsOnFalse,
                      "End with status 1 when the result is false for some object");
     addWhy(command, options);
@@ -243,8 +247,8 @@ std::string findConflict(Options& options) {
     if (!options.onClass.empty() && options.modelFile.empty() && options.metamodelFile.empty()) {
         return "--on needs --model or --metamodel.";
     }
-    if (options.explains && options.format == Format::csv) {
-        return "--why has no form for csv; take text or json.";
+    if (options.explains && options.format != Format::text && options.format != Format::json) {
+        return "--why is shown as text or json.";
     }
     if (options.expression.has_value() == hasFile) {
         return hasFile ? "The expression is given twice: as an argument and with -f."

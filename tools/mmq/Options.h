@@ -18,7 +18,7 @@ enum class Stage { tokens, ast, scopes, builtins, type, target };
 enum class Generated { man, bash, zsh, fish };
 /// As what an expression is compiled; automatic goes by its type.
 enum class As { automatic, condition, attribute, association };
-enum class Format { text, json, csv };
+enum class Format { text, json, csv, mermaid, dot };
 /// The forms of a report of findings.
 enum class ReportFormat { text, json, csv, sarif, junit, github, html };
 enum class MessageFormat { text, json };

@@ -51,7 +51,7 @@ void ResultWriter::writeValue(MMObject object, const MMValue& value, const std::
         case Format::csv:
             writeCsv(object, text);
             break;
-        case Format::text:
+        default:
             std::cout << value.asString().view();
             // A bare true or false does not tell about what.
             if (!isSingle_ && value.getKind() == MMValue::Kind::boolean) {
@@ -82,7 +82,7 @@ void ResultWriter::writeCollection(MMObject object, const std::vector<MMObject>&
         case Format::csv:
             writeCsv(object, text);
             break;
-        case Format::text:
+        default:
             if (!isSingle_) {
                 std::cout << labelOf(object) << ": ";
             }

@@ -5,50 +5,11 @@
 
 namespace mmq {
 
-namespace {
-
-// Functions of collections that keep their objects.
-bool isRearrangement(const ApplicationExpressionNode& node) {
-    const std::string& name = node.getName();
-    return name == "unique" || name == "unique_stable" || name == "reverse";
-}
-
-}  // namespace
-
 void ElementExplainer::explain(ExpressionNode& collection, MMObject element) {
-    if (!explanation_.hasRoom()) {
-        return;
-    }
-    switch (collection.getExpressionKind()) {
-        case ExpressionKind::filterExpression:
-            explainFiltered(static_cast<FilterExpressionNode&>(collection), element);
-            break;
-        case ExpressionKind::traverseExpression:
-            explainTraversed(static_cast<TraverseExpressionNode&>(collection), element);
-            break;
-        case ExpressionKind::sortExpression:
-            explain(*static_cast<SortExpressionNode&>(collection).getSource(), element);
-            break;
-        case ExpressionKind::letExpression: {
-            const auto& let = static_cast<LetExpressionNode&>(collection);
-            const LetScope scope(explanation_, let);
-            explain(*let.getExpr(), element);
-            break;
-        }
-        case ExpressionKind::ifExpression:
-            explainChosen(static_cast<IfExpressionNode&>(collection), element);
-            break;
-        case ExpressionKind::path:
-            explainReached(static_cast<PathNode&>(collection), element);
-            break;
-        case ExpressionKind::applicationExpression:
-            if (const auto& call = static_cast<ApplicationExpressionNode&>(collection);
-                isRearrangement(call)) {
-                explain(*call.getExpr(), element);
-            }
-            break;
-        default:
-            break;
+    if (explanation_.hasRoom()) {
+        const MMObject outer = std::exchange(element_, element);
+        walk(collection);
+        element_ = outer;
     }
 }
 
@@ -58,20 +19,20 @@ bool ElementExplainer::addSubject(const ExpressionNode& body, MMObject object) {
     return explanation_.add(std::move(line));
 }
 
-void ElementExplainer::explainFiltered(FilterExpressionNode& node, MMObject element) {
-    explain(*node.getSource(), element);
-    if (isThorough_ && addSubject(*node.getPredicate(), element)) {
-        const MMVariableBinding binding(*explanation_.parts.variableOf(node), element);
+void ElementExplainer::atFilter(FilterExpressionNode& node) {
+    explain(*node.getSource(), element_);
+    if (isThorough_ && addSubject(*node.getPredicate(), element_)) {
+        const MMVariableBinding binding(*explanation_.parts.variableOf(node), element_);
         Explainer(explanation_).explain(*node.getPredicate());
     }
 }
 
-void ElementExplainer::explainTraversed(TraverseExpressionNode& node, MMObject element) {
+void ElementExplainer::atTraverse(TraverseExpressionNode& node) {
     PartEvaluator& parts = explanation_.parts;
     const MMObjectVarExpr& variable = *parts.variableOf(node);
     const auto leadsToElement = [&](MMObject object) {
         const MMVariableBinding binding(variable, object);
-        const auto isElement = [element](MMObject found) { return found == element; };
+        const auto isElement = [this](MMObject found) { return found == element_; };
         return parts.elementsOf(*node.getPath(), isElement).hasFound;
     };
     const PartElements source = parts.elementsOf(*node.getSource(), leadsToElement);
@@ -80,31 +41,36 @@ void ElementExplainer::explainTraversed(TraverseExpressionNode& node, MMObject e
         const MMVariableBinding binding(variable, object);
         explain(*node.getSource(), object);
         if (addSubject(*node.getPath(), object)) {
-            explain(*node.getPath(), element);
+            explain(*node.getPath(), element_);
         }
     }
 }
 
-void ElementExplainer::explainChosen(IfExpressionNode& node, MMObject element) {
+void ElementExplainer::atLet(LetExpressionNode& node) {
+    const LetScope scope(explanation_, node);
+    explain(*node.getExpr(), element_);
+}
+
+void ElementExplainer::atConditional(IfExpressionNode& node) {
     const PartValue test = explanation_.parts.evaluate(*node.getTest());
     if (isThorough_) {
         Explainer(explanation_).explain(*node.getTest());
     }
-    explain(isBoolean(test, true) ? *node.getThen() : *node.getElse(), element);
+    explain(isBoolean(test, true) ? *node.getThen() : *node.getElse(), element_);
 }
 
 // The trace follows the whole path, where the evaluation may have stopped before a step that fails.
-void ElementExplainer::explainReached(PathNode& node, MMObject element) {
+void ElementExplainer::atPath(PathNode& node) {
     if (const Explanation::Let* const let = explanation_.letOf(node)) {
-        explain(*let->source, element);
+        explain(*let->source, element_);
         return;
     }
     try {
         const auto* const path = explanation_.parts.targetOf<MMAssociationExpr>(node);
         const PathTrace trace(explanation_.parts.begin(), *path);
-        EvidenceLine line(node.getSpan(), element);
+        EvidenceLine line(node.getSpan(), element_);
         line.kind = EvidenceLine::Kind::path;
-        line.links = trace.linksTo(element);
+        line.links = trace.linksTo(element_);
         explanation_.add(std::move(line));
     } catch (const MMEvaluationError& error) {
         if (error.isLimit()) {

@@ -1,13 +1,14 @@
 // How an object came into a collection.
 #pragma once
 
+#include "why/CollectionWalk.h"
 #include "why/Explanation.h"
 
 namespace mmq {
 
 /// Follows an object from the collection that has it back through filters, orders and traversals
 /// to the path that reached it. Made on the stack.
-class ElementExplainer {
+class ElementExplainer : private CollectionWalk {
 public:
     /// With `isThorough`, also why the conditions of filters and conditionals let it pass.
     ElementExplainer(Explanation& explanation, bool isThorough)
@@ -17,14 +18,17 @@ public:
     void explain(ExpressionNode& collection, MMObject element);
 
 private:
-    void explainFiltered(FilterExpressionNode& node, MMObject element);
-    void explainTraversed(TraverseExpressionNode& node, MMObject element);
-    void explainChosen(IfExpressionNode& node, MMObject element);
-    void explainReached(PathNode& node, MMObject element);
+    void atFilter(FilterExpressionNode& node) override;
+    void atTraverse(TraverseExpressionNode& node) override;
+    void atLet(LetExpressionNode& node) override;
+    void atConditional(IfExpressionNode& node) override;
+    void atPath(PathNode& node) override;
+
     bool addSubject(const ExpressionNode& body, MMObject object);
 
     Explanation& explanation_;
     bool isThorough_;
+    MMObject element_ = mmNoObject;
 };
 
 }  // namespace mmq

@@ -25,6 +25,9 @@ class PathTrace {
 public:
     PathTrace(MMEvaluationContext& context, const MMAssociationExpr& path);
 
+    /// The object from which the path goes, or no object.
+    MMObject getStart() const { return arrivals_.empty() ? mmNoObject : arrivals_[0].object; }
+
     /// The links by which the path reached an object of its result, in order; empty for an object
     /// that it does not have.
     std::vector<PathLink> linksTo(MMObject object) const;

@@ -1,0 +1,31 @@
+// The walk from a collection back to the paths that its objects come from.
+#pragma once
+
+#include "ast/ASTVisitor.h"
+
+namespace mmq {
+
+/// Tells kinds of collections apart by what they do with the objects of others. A walk that goes
+/// on from a node does so in its operation for it.
+class CollectionWalk {
+public:
+    CollectionWalk() = default;
+    CollectionWalk(const CollectionWalk&) = delete;
+    CollectionWalk& operator=(const CollectionWalk&) = delete;
+
+protected:
+    ~CollectionWalk() = default;
+
+    /// Calls the operation for the collection. One that only reorders another is passed over, and
+    /// the objects of a class come from nowhere.
+    void walk(ExpressionNode& collection);
+
+    virtual void atFilter(FilterExpressionNode& node) = 0;
+    virtual void atTraverse(TraverseExpressionNode& node) = 0;
+    virtual void atLet(LetExpressionNode& node) = 0;
+    virtual void atConditional(IfExpressionNode& node) = 0;
+    /// A path, or a variable.
+    virtual void atPath(PathNode& node) = 0;
+};
+
+}  // namespace mmq
