@@ -2,15 +2,12 @@
 // changed, must be refused, and most must come back as suggestions. Slips are made in a fixed way,
 // so that a run can be repeated.
 #include <gtest/gtest.h>
-#include <rapidjson/document.h>
 
-#include <algorithm>
 #include <fstream>
 #include <iostream>
 #include <map>
 #include <regex>
 #include <set>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -36,22 +33,28 @@ struct Group {
 Name attribute(const std::string& name) { return {"$", name, ""}; }
 Name association(const std::string& name) { return {"string size [", name, "]"}; }
 
+// Calls `take` for each match of a pattern in a text.
+template <class Take>
+void forEachMatch(const std::string& text, const char* pattern, const Take& take) {
+    const std::regex regex(pattern);
+    const std::sregex_iterator end;
+    for (std::sregex_iterator found(text.begin(), text.end(), regex); found != end; ++found) {
+        take(*found);
+    }
+}
+
 std::vector<Group> groupsOfTheShop() {
     std::vector<Group> groups(1);
-    const std::string json = runCommand(std::string("mmq info --format json --model ") + shop);
-    rapidjson::Document info;
-    info.Parse(json.c_str());
-    for (const auto& summary : info["classes"].GetArray()) {
-        Group group{summary["name"].GetString(), {}};
-        for (const auto& name : summary["attributes"].GetArray()) {
-            group.names.push_back(attribute(name.GetString()));
-        }
-        for (const auto& name : summary["associations"].GetArray()) {
-            group.names.push_back(association(name.GetString()));
-        }
+    const std::string csv = runCommand(std::string("mmq info --format csv --model ") + shop);
+    forEachMatch(csv, "(\\w+),\\d+,([\\w ]*),([\\w ]*)\n", [&](const std::smatch& line) {
+        Group group{line[1], {}};
+        forEachMatch(line[2], "\\w+",
+                     [&](const std::smatch& name) { group.names.push_back(attribute(name[0])); });
+        forEachMatch(line[3], "\\w+",
+                     [&](const std::smatch& name) { group.names.push_back(association(name[0])); });
         groups[0].names.push_back({"string size (all \"", group.onClass, "\")"});
         groups.push_back(group);
-    }
+    });
     return groups;
 }
 
@@ -59,18 +62,16 @@ std::vector<Group> groupsOfTheShop() {
 std::vector<Group> groupsOfTheTables() {
     std::ifstream file(EXPRPARSER_SOURCE_DIR "/tools/mmq/names/StandardMetamodels.inc");
     const std::string text(std::istreambuf_iterator<char>(file), {});
-    const std::regex row("\\{\"(\\w+)\", \"[^\"]*\",((?:\\s*\"[^\"]*\")*)\\}");
-    const std::regex feature("[\\^/]?(\\w+)(<?>\\w+)?");
-    const std::sregex_iterator end;
     std::vector<Group> groups;
-    for (std::sregex_iterator found(text.begin(), text.end(), row); found != end; ++found) {
-        Group group{(*found)[1], {}};
-        const std::string features = (*found)[2];
-        for (std::sregex_iterator f(features.begin(), features.end(), feature); f != end; ++f) {
-            group.names.push_back((*f)[2].matched ? association((*f)[1]) : attribute((*f)[1]));
-        }
+    const auto addClass = [&](const std::smatch& row) {
+        Group group{row[1], {}};
+        forEachMatch(row[2], "[\\^/]?(\\w+)(<?>\\w+)?", [&](const std::smatch& feature) {
+            group.names.push_back(feature[2].matched ? association(feature[1])
+                                                     : attribute(feature[1]));
+        });
         groups.push_back(group);
-    }
+    };
+    forEachMatch(text, "\\{\"(\\w+)\", \"[^\"]*\",((?:\\s*\"[^\"]*\")*)\\}", addClass);
     return groups;
 }
 
@@ -95,15 +96,10 @@ std::string slip(const std::string& name, std::size_t number) {
 // What was suggested at each column at which there is an error.
 std::map<int, std::string> hintsByColumn(const std::string& output) {
     std::map<int, std::string> hints;
-    std::istringstream lines(output);
-    for (std::string line; std::getline(lines, line);) {
-        rapidjson::Document message;
-        if (line.front() == '{' && !message.Parse(line.c_str()).HasParseError() &&
-            std::string(message["source"].GetString()) == "mmq") {
-            std::string& hint = hints[message["column"].GetInt()];
-            hint = message["severity"].GetInt() == 3 ? "" : message["message"].GetString();
-        }
-    }
+    forEachMatch(output, "\"column\":(\\d+),\"source\":\"mmq\",(\"message\":.*),\"severity\":(\\d)",
+                 [&](const std::smatch& line) {
+                     hints[std::stoi(line[1])] = line[3] == "3" ? std::string() : line[2].str();
+                 });
     return hints;
 }
 

@@ -85,6 +85,7 @@ std::vector<TextError> NameJudge::explain(std::vector<Use>& uses,
                                           : a.span.column < b.span.column;
     });
     std::vector<TextError> result;
+    result.reserve(uses.size());
     for (const Use& use : uses) {
         result.push_back(result.size() < mostErrorsShown
                              ? (this->*explanation)(use)
