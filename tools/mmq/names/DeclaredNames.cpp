@@ -21,6 +21,19 @@ DeclaredNames::DeclaredNames() {
     graph_.add(everyClass);
     ecore_ = addClasses(standardClasses(StandardMetamodel::ecore));
     uml_ = addClasses(standardClasses(StandardMetamodel::uml));
+    addStereotypes();
+}
+
+// An application of a stereotype, whose class some profile declares, refers to its element by
+// "base_" and the name of a metaclass.
+void DeclaredNames::addStereotypes() {
+    for (const auto& [name, number] : uml_) {
+        NameDeclaration declaration;
+        declaration.owner = anything;
+        declaration.isAssociation = true;
+        declaration.type = number;
+        all_["base_" + name].push_back(declaration);
+    }
 }
 
 // Numbers the classes first, since they name each other.

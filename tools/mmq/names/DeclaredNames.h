@@ -60,6 +60,7 @@ public:
 private:
     using Classes = std::unordered_map<std::string, ClassNumber>;
 
+    void addStereotypes();
     Classes addClasses(const std::vector<MetamodelClass>& classes);
     void addFeatures(ClassNumber owner, const MetamodelClass& declared, const Classes& others);
     ClassNumber resolve(const std::string& name, const Classes& own) const;
