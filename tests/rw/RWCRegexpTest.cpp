@@ -33,6 +33,23 @@ TEST(RWCRegexp, Status) {
     }
 }
 
+// Patterns of plain characters are matched without the engine, which searches all the same.
+TEST(RWCRegexp, MatchesWhatSearchFinds) {
+    const char* const patterns[] = {"",      "^",     "$",     "^$",    "get",  "^get",
+                                    "get$",  "^get$", "a\\.b", "\\$",   "^\\^", "g.t",
+                                    "^^get", "get$$", "-_ ~",  "\\x41", "[$]",  "^g|x"};
+    const char* const texts[] = {"",     "get",   "getName", "budget", "a.b", "axb", "$",
+                                 "^get", "get\n", "\xffget", "-_ ~",   "A",   "x"};
+    for (const char* const pattern : patterns) {
+        const RWCRegexp expression(pattern);
+        for (const char* const text : texts) {
+            RWCRegexp::Groups groups;
+            EXPECT_EQ(expression.matches(text), expression.search(text, 0, groups))
+                << pattern << " in " << text;
+        }
+    }
+}
+
 TEST(RWCRegexp, SearchFillsGroups) {
     const RWCRegexp expression("(\\w)=(\\d+)?");
     RWCRegexp::Groups groups;
