@@ -15,6 +15,7 @@
 #include "fliodram/MMLetExpr.h"
 #include "fliodram/MMOperatorExpr.h"
 #include "fliodram/MMQuantifierExpr.h"
+#include "fliodram/MMSortExpr.h"
 
 namespace {
 

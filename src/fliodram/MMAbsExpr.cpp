@@ -33,16 +33,6 @@ MMValueAbsExpr::MMValueAbsExpr(const OrvCyclicPtr<MMObjectVarExpr>& variable,
 
 MMValueAbsExpr::~MMValueAbsExpr() = default;
 
-MMValue MMValueAbsExpr::evaluateFor(MMEvaluationContext& context, MMObject object) const {
-    const MMVariableBinding binding(*variable_, object);
-    return body_->evaluate(context);
-}
-
-bool MMValueAbsExpr::evaluateBooleanFor(MMEvaluationContext& context, MMObject object) const {
-    const MMVariableBinding binding(*variable_, object);
-    return body_->evaluateBoolean(context);
-}
-
 void MMValueAbsExpr::print(MMTargetPrinter& printer) const {
     printer.begin("MMValueAbsExpr").operand(variable_.get()).operand(body_.get()).end();
 }
@@ -60,12 +50,6 @@ MMObjectCollectionAbsExpr::MMObjectCollectionAbsExpr(
     : variable_(*this, variable), body_(*this, body) {}
 
 MMObjectCollectionAbsExpr::~MMObjectCollectionAbsExpr() = default;
-
-bool MMObjectCollectionAbsExpr::forEachOf(MMEvaluationContext& context, MMObject object,
-                                          MMObjectConsumer& consumer) const {
-    const MMVariableBinding binding(*variable_, object);
-    return body_->forEach(context, consumer);
-}
 
 void MMObjectCollectionAbsExpr::print(MMTargetPrinter& printer) const {
     printer.begin("MMObjectCollectionAbsExpr").operand(variable_.get()).operand(body_.get()).end();

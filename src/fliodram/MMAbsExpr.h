@@ -19,9 +19,20 @@ public:
     /// expression can be applied again.
     MMValue apply(MMEvaluationContext& context, MMObject object) const;
 
-    /// Apply the function inside an evaluation; as a condition, where a boolean is wanted.
-    MMValue evaluateFor(MMEvaluationContext& context, MMObject object) const;
-    bool evaluateBooleanFor(MMEvaluationContext& context, MMObject object) const;
+    /// Apply the function inside an evaluation: as MMValueExpr's operations of these names do.
+    MMValue evaluateFor(MMEvaluationContext& context, MMObject object) const {
+        const MMVariableBinding binding(*variable_, object);
+        return body_->evaluate(context);
+    }
+    bool evaluateBooleanFor(MMEvaluationContext& context, MMObject object) const {
+        const MMVariableBinding binding(*variable_, object);
+        return body_->evaluateBoolean(context);
+    }
+    std::string_view evaluateTextFor(MMEvaluationContext& context, MMObject object,
+                                     std::string& buffer) const {
+        const MMVariableBinding binding(*variable_, object);
+        return body_->evaluateText(context, buffer);
+    }
 
     void print(MMTargetPrinter& printer) const override;
 
@@ -42,7 +53,11 @@ public:
     std::vector<MMObject> apply(MMEvaluationContext& context, MMObject object) const;
 
     /// Applies the function inside an evaluation, as MMObjectCollectionExpr::forEach() does.
-    bool forEachOf(MMEvaluationContext& context, MMObject object, MMObjectConsumer& consumer) const;
+    bool forEachOf(MMEvaluationContext& context, MMObject object,
+                   MMObjectConsumer& consumer) const {
+        const MMVariableBinding binding(*variable_, object);
+        return body_->forEach(context, consumer);
+    }
 
     void print(MMTargetPrinter& printer) const override;
 

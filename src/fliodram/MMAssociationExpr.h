@@ -1,11 +1,14 @@
 // Paths of associations: the steps of a path, and the objects that they reach.
 #pragma once
 
+#include <memory>
+#include <optional>
 #include <vector>
 
 #include "fliodram/MMAbsExpr.h"
 #include "fliodram/MMExpr.h"
-#include "fliodram/MMKeyCache.h"
+#include "fliodram/MMFeatureReader.h"
+#include "fliodram/MMObjectVarExpr.h"
 #include "foundation/OrvString.h"
 
 /// One step along a named association, a node of a graph of steps.
@@ -30,9 +33,8 @@ public:
 
     const OrvString& getName() const { return name_; }
     const MMAssociationTraversal* child() const { return child_.get(); }
-    /// This step and its siblings, each once, although siblings may lead round in a circle. All
-    /// links must be set before it is first asked for.
-    const std::vector<const MMAssociationTraversal*>& alternatives() const;
+    /// This step and its siblings, each once, although siblings may lead round in a circle.
+    std::vector<const MMAssociationTraversal*> alternatives() const;
     bool isDepthFirst() const { return depthFirst_; }
     /// Whether the objects reached belong to the result.
     bool isResult() const { return addToResult_ || !child_; }
@@ -40,9 +42,11 @@ public:
     bool isSingle() const { return !child_ && !sibling_; }
     bool hasCondition() const { return static_cast<bool>(condition_); }
 
-    /// The objects of the association, whatever the condition.
+    /// The objects of the association, whatever the condition; none of no object.
     MMObjectRange targets(MMEvaluationContext& context, MMObject object,
-                          std::vector<MMObject>& buffer) const;
+                          std::vector<MMObject>& buffer) const {
+        return reader_.read(context.getModel(), name_.view(), object, buffer);
+    }
     /// Whether the condition holds for an object; true without a condition.
     bool admits(MMEvaluationContext& context, MMObject object) const {
         return !condition_ || condition_->evaluateBooleanFor(context, object);
@@ -58,9 +62,10 @@ private:
     OrvCyclicMember<MMValueAbsExpr> condition_;
     OrvCyclicMember<MMAssociationTraversal> child_;
     OrvCyclicMember<MMAssociationTraversal> sibling_;
-    mutable MMKeyCache key_;
-    mutable std::vector<const MMAssociationTraversal*> alternatives_;
+    mutable MMTargetReader reader_;
 };
+
+struct MMTraversalState;
 
 /// The objects that a graph of steps reaches from an object.
 ///
@@ -72,15 +77,21 @@ class __attribute__((visibility("default"))) MMAssociationExpr : public MMObject
 public:
     MMAssociationExpr(const OrvCyclicPtr<MMAssociationTraversal>& traversal,
                       const OrvCyclicPtr<MMObjectExpr>& object);
+    ~MMAssociationExpr() override;
 
     /// The first step, and the object from which it goes.
     const MMAssociationTraversal& getTraversal() const { return *traversal_; }
-    const MMObjectExpr& getObject() const { return *object_; }
+    const MMObjectExpr& getObject() const { return *object_.get(); }
 
     bool forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const override;
+    std::optional<MMObjectRange> findRange(MMEvaluationContext& context,
+                                           std::vector<MMObject>& buffer) const override;
     void print(MMTargetPrinter& printer) const override;
 
 private:
+    MMTraversalState& state() const;
+
     OrvCyclicMember<MMAssociationTraversal> traversal_;
-    OrvCyclicMember<MMObjectExpr> object_;
+    MMObjectOperand object_;
+    mutable std::unique_ptr<MMTraversalState> state_;  // once it is needed; all links are set then
 };

@@ -1,28 +1,50 @@
 #include "fliodram/MMAttrExpr.h"
 
+#include "fliodram/MMConstantExpr.h"
 #include "fliodram/MMTargetPrinter.h"
+
+namespace {
+
+// What a model's operation gave as a value: a view of the model's memory, or the buffer that it
+// filled.
+MMValue valueOf(std::string_view text, std::string& buffer) {
+    const bool isBuffered = !text.empty() && text.data() == buffer.data();
+    if (isBuffered && text.size() == buffer.size()) {
+        return MMValue(std::move(buffer));
+    }
+    return isBuffered ? MMValue(std::string(text)) : MMValue::borrow(text);
+}
+
+}  // namespace
 
 MMAttrExpr::MMAttrExpr(const OrvCyclicPtr<MMValueExpr>& name,
                        const OrvCyclicPtr<MMObjectExpr>& object)
-    : name_(*this, name), object_(*this, object) {}
+    : MMValueExpr(MMValue::Kind::text),
+      name_(*this, name),
+      constantName_(MMConstantExpr::textOf(name.get())),
+      object_(*this, object) {}
 
-MMKey MMAttrExpr::findKey(MMEvaluationContext& context) const {
-    const MMValue value = name_->evaluate(context);
+std::string_view MMAttrExpr::computeName(MMEvaluationContext& context) const {
     std::string buffer;
-    return key_.keyOf(
-        context.getModel(), value.asText(buffer),
-        [](const MMModel& model, std::string_view name) { return model.attributeKey(name); });
+    const std::string_view name = name_->evaluateText(context, buffer);
+    if (name != computedName_) {
+        reader_.reset();
+        computedName_ = name;
+    }
+    return computedName_;
+}
+
+std::string_view MMAttrExpr::evaluateText(MMEvaluationContext& context, std::string& buffer) const {
+    context.checkDepth();
+    const MMObject object = object_.evaluate(context);  // which may change the computed name
+    const std::string_view name =
+        constantName_.data() != nullptr ? constantName_ : computeName(context);
+    return reader_.read(context.getModel(), name, object, buffer);
 }
 
 MMValue MMAttrExpr::evaluate(MMEvaluationContext& context) const {
-    context.checkDepth();
-    const MMKey key = findKey(context);
-    const MMObject object = object_->evaluate(context);
-    if (key == mmUnknownKey || object == mmNoObject) {
-        return MMValue::borrow({});
-    }
     std::string buffer;
-    return valueOf(context.getModel().attribute(object, key, buffer), buffer);
+    return valueOf(evaluateText(context, buffer), buffer);
 }
 
 void MMAttrExpr::print(MMTargetPrinter& printer) const {
@@ -30,25 +52,35 @@ void MMAttrExpr::print(MMTargetPrinter& printer) const {
 }
 
 MMClassNameExpr::MMClassNameExpr(const OrvCyclicPtr<MMObjectExpr>& object)
-    : object_(*this, object) {}
+    : MMValueExpr(MMValue::Kind::text), object_(*this, object) {}
+
+std::string_view MMClassNameExpr::evaluateText(MMEvaluationContext& context,
+                                               std::string& /*buffer*/) const {
+    const MMObject object = object_.evaluate(context);
+    return object != mmNoObject ? context.getModel().className(object) : std::string_view();
+}
 
 MMValue MMClassNameExpr::evaluate(MMEvaluationContext& context) const {
-    const MMObject object = object_->evaluate(context);
-    return MMValue::borrow(object != mmNoObject ? context.getModel().className(object)
-                                                : std::string_view());
+    std::string buffer;
+    return MMValue::borrow(evaluateText(context, buffer));
 }
 
 void MMClassNameExpr::print(MMTargetPrinter& printer) const {
     printer.begin("MMClassNameExpr").operand(object_.get()).end();
 }
 
-MMUidExpr::MMUidExpr(const OrvCyclicPtr<MMObjectExpr>& object) : object_(*this, object) {}
+MMUidExpr::MMUidExpr(const OrvCyclicPtr<MMObjectExpr>& object)
+    : MMValueExpr(MMValue::Kind::text), object_(*this, object) {}
+
+std::string_view MMUidExpr::evaluateText(MMEvaluationContext& context, std::string& buffer) const {
+    const MMObject object = object_.evaluate(context);
+    buffer.clear();
+    return object != mmNoObject ? context.getModel().uid(object, buffer) : std::string_view();
+}
 
 MMValue MMUidExpr::evaluate(MMEvaluationContext& context) const {
-    const MMObject object = object_->evaluate(context);
     std::string buffer;
-    return object != mmNoObject ? valueOf(context.getModel().uid(object, buffer), buffer)
-                                : MMValue::borrow({});
+    return valueOf(evaluateText(context, buffer), buffer);
 }
 
 void MMUidExpr::print(MMTargetPrinter& printer) const {

@@ -2,7 +2,8 @@
 #pragma once
 
 #include "fliodram/MMExpr.h"
-#include "fliodram/MMKeyCache.h"
+#include "fliodram/MMFeatureReader.h"
+#include "fliodram/MMObjectVarExpr.h"
 
 /// The value of the named attribute of an object, as a text; the empty text where there is no
 /// such attribute or no object.
@@ -11,14 +12,17 @@ public:
     MMAttrExpr(const OrvCyclicPtr<MMValueExpr>& name, const OrvCyclicPtr<MMObjectExpr>& object);
 
     MMValue evaluate(MMEvaluationContext& context) const override;
+    std::string_view evaluateText(MMEvaluationContext& context, std::string& buffer) const override;
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    MMKey findKey(MMEvaluationContext& context) const;
+    std::string_view computeName(MMEvaluationContext& context) const;
 
     OrvCyclicMember<MMValueExpr> name_;
-    OrvCyclicMember<MMObjectExpr> object_;
-    mutable MMKeyCache key_;
+    std::string_view constantName_;  // without data where the name is computed
+    MMObjectOperand object_;
+    mutable MMAttributeReader reader_;
+    mutable std::string computedName_;  // the last one
 };
 
 /// The name of an object's class; the empty text for no object.
@@ -27,10 +31,11 @@ public:
     explicit MMClassNameExpr(const OrvCyclicPtr<MMObjectExpr>& object);
 
     MMValue evaluate(MMEvaluationContext& context) const override;
+    std::string_view evaluateText(MMEvaluationContext& context, std::string& buffer) const override;
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMObjectExpr> object_;
+    MMObjectOperand object_;
 };
 
 /// The text that identifies an object; the empty text for no object.
@@ -39,8 +44,9 @@ public:
     explicit MMUidExpr(const OrvCyclicPtr<MMObjectExpr>& object);
 
     MMValue evaluate(MMEvaluationContext& context) const override;
+    std::string_view evaluateText(MMEvaluationContext& context, std::string& buffer) const override;
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMObjectExpr> object_;
+    MMObjectOperand object_;
 };

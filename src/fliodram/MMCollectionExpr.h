@@ -1,7 +1,8 @@
 // Collections made from collections, and the collection of all objects of a class.
 #pragma once
 
-#include <deque>
+#include <optional>
+#include <vector>
 
 #include "fliodram/MMAbsExpr.h"
 #include "fliodram/MMExpr.h"
@@ -34,36 +35,6 @@ public:
 private:
     OrvCyclicMember<MMObjectCollectionAbsExpr> function_;
     OrvCyclicMember<MMObjectCollectionExpr> collection_;
-};
-
-/// The collection ordered by its keys, the first key first. Objects that all keys find equal keep
-/// their order. Numbers are ordered as numbers, a NaN behind all of them; false stands before
-/// true; texts are ordered by their bytes. Each key is evaluated once an object.
-class __attribute__((visibility("default"))) MMSortExpr : public MMObjectCollectionExpr {
-public:
-    MMSortExpr();
-    void collection(const OrvCyclicPtr<MMObjectCollectionExpr>& collection);
-    /// Adds a key, ascending or descending.
-    void key(const OrvCyclicPtr<MMValueAbsExpr>& function, bool isAscending);
-
-    bool forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const override;
-    void print(MMTargetPrinter& printer) const override;
-
-private:
-    struct __attribute__((visibility("hidden"))) Key {
-        Key(const OrvCyclicPtrBody& holder, const OrvCyclicPtr<MMValueAbsExpr>& keyFunction,
-            bool ascending)
-            : function(holder, keyFunction), isAscending(ascending) {}
-        OrvCyclicMember<MMValueAbsExpr> function;
-        bool isAscending;
-    };
-
-    std::vector<MMValue> evaluateKeys(MMEvaluationContext& context,
-                                      const std::vector<MMObject>& objects) const;
-    bool isBefore(const MMValue* left, const MMValue* right) const;
-
-    OrvCyclicMember<MMObjectCollectionExpr> collection_;
-    std::deque<Key> keys_;
 };
 
 /// The collection without duplicates: the first of each stays, in order. The flag, which asks for
@@ -100,11 +71,13 @@ public:
                        const OrvCyclicPtr<MMObjectExpr>& model);
 
     bool forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const override;
+    std::optional<MMObjectRange> findRange(MMEvaluationContext& context,
+                                           std::vector<MMObject>& buffer) const override;
     void print(MMTargetPrinter& printer) const override;
 
 private:
     OrvCyclicMember<MMValueExpr> className_;
-    OrvCyclicMember<MMObjectExpr> model_;
+    MMObjectOperand model_;
     mutable MMKeyCache key_;
 };
 

@@ -12,8 +12,14 @@ public:
 
     const MMValue& getValue() const { return value_; }
 
+    /// The text of an expression that is a text constant; for any other, or none, a view without
+    /// data.
+    static std::string_view textOf(const MMValueExpr* expression);
+
     /// Borrows the text of a text constant from the expression.
     MMValue evaluate(MMEvaluationContext& context) const override;
+    bool evaluateBoolean(MMEvaluationContext& context) const override;
+    int evaluateInteger(MMEvaluationContext& context) const override;
     void print(MMTargetPrinter& printer) const override;
 
 private:

@@ -2,7 +2,6 @@
 
 MMTarget::~MMTarget() = default;
 MMExpr::~MMExpr() = default;
-MMValueExpr::MMValueExpr() { addBodyKinds(MM_KIND_VALUE); }
 MMValueExpr::~MMValueExpr() = default;
 MMObjectExpr::MMObjectExpr() { addBodyKinds(MM_KIND_OBJECT); }
 MMObjectExpr::~MMObjectExpr() = default;
@@ -13,4 +12,25 @@ MMStringCollectionExpr::~MMStringCollectionExpr() = default;
 
 bool MMValueExpr::evaluateBoolean(MMEvaluationContext& context) const {
     return evaluate(context).toBoolean();
+}
+
+int MMValueExpr::evaluateInteger(MMEvaluationContext& context) const {
+    return evaluate(context).getInteger();
+}
+
+std::string_view MMValueExpr::evaluateText(MMEvaluationContext& context,
+                                           std::string& buffer) const {
+    return evaluate(context).releaseText(buffer);
+}
+
+void MMValueExpr::appendText(MMEvaluationContext& context, std::string& text) const {
+    std::string buffer;
+    const std::string_view piece = evaluateText(context, buffer);
+    context.countText(text.size(), piece.size());
+    text.append(piece);
+}
+
+std::optional<MMObjectRange> MMObjectCollectionExpr::findRange(
+    MMEvaluationContext& /*context*/, std::vector<MMObject>& /*buffer*/) const {
+    return std::nullopt;
 }

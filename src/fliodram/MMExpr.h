@@ -2,8 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
+#include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 #include "fliodram/MMEvaluationContext.h"
 #include "fliodram/MMValue.h"
@@ -21,7 +24,8 @@ enum MMTargetKind : std::uint8_t {
     MM_KIND_OBJECT_COLLECTION = 4,
     MM_KIND_STRING_COLLECTION = 8,
     MM_KIND_OBJECT_VARIABLE = 16,
-    MM_KIND_TRAVERSAL = 32
+    MM_KIND_TRAVERSAL = 32,
+    MM_KIND_CONSTANT = 64
 };
 
 /// The base of everything that a compilation builds: a body of its graph.
@@ -52,7 +56,10 @@ protected:
 /// An expression that yields one value.
 class __attribute__((visibility("default"))) MMValueExpr : public MMExpr {
 public:
-    MMValueExpr();
+    /// With the kind that all values of the expression have, where that is known beforehand.
+    explicit MMValueExpr(std::optional<MMValue::Kind> kind = std::nullopt) : kind_(kind) {
+        addBodyKinds(MM_KIND_VALUE);
+    }
     ~MMValueExpr() override;
     static bool classof(const OrvCyclicPtrBody& body, std::type_identity<MMValueExpr> /*self*/) {
         return (body.getBodyKinds() & MM_KIND_VALUE) != 0;
@@ -64,8 +71,24 @@ public:
     /// The same for an expression that is used as a condition, as a boolean.
     virtual bool evaluateBoolean(MMEvaluationContext& context) const;
 
+    /// The same for an expression all of whose values are integers.
+    virtual int evaluateInteger(MMEvaluationContext& context) const;
+
+    /// The value as a text: a view of the model, of the expression, or of `buffer`, whose content
+    /// is replaced.
+    virtual std::string_view evaluateText(MMEvaluationContext& context, std::string& buffer) const;
+
+    /// Appends the value, as a text, to a text that is being made, within the limits.
+    virtual void appendText(MMEvaluationContext& context, std::string& text) const;
+
     /// This expression if it is an operator, whose left operand may lead further down; else null.
     virtual const MMOperatorExpr* asOperator() const { return nullptr; }
+
+    /// True where all values are known beforehand to be of that kind.
+    bool isAlways(MMValue::Kind kind) const { return kind_ == kind; }
+
+private:
+    std::optional<MMValue::Kind> kind_;
 };
 
 /// An expression that yields one object, or none.
@@ -109,7 +132,23 @@ public:
     /// Hands the objects to `consumer`, in order, each as soon as it is known, and no more of them
     /// than it wants; returns false when the consumer stopped. Throws MMEvaluationError.
     virtual bool forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const = 0;
+
+    /// The whole collection, where it lies in memory already or costs next to nothing: a range of
+    /// the model's memory, of the expression's, or of `buffer`, which is empty. Throws
+    /// MMEvaluationError.
+    virtual std::optional<MMObjectRange> findRange(MMEvaluationContext& context,
+                                                   std::vector<MMObject>& buffer) const;
 };
+
+/// Hands the objects of a collection to a consumer whose class is known, as forEach() does; where
+/// they lie in memory already, without a call between the collection and the consumer.
+template <class Consumer>
+bool forEachObject(MMEvaluationContext& context, const MMObjectCollectionExpr& collection,
+                   Consumer& consumer) {
+    std::vector<MMObject> buffer;
+    const std::optional<MMObjectRange> range = collection.findRange(context, buffer);
+    return range ? consumer.take(*range) : collection.forEach(context, consumer);
+}
 
 /// Takes the texts of a collection as they are made; the view is valid during the call.
 class MMTextConsumer {

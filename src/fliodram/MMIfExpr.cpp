@@ -33,6 +33,15 @@ bool MMIfValueExpr::evaluateBoolean(MMEvaluationContext& context) const {
     return branches_.chosen(context).evaluateBoolean(context);
 }
 
+std::string_view MMIfValueExpr::evaluateText(MMEvaluationContext& context,
+                                             std::string& buffer) const {
+    return branches_.chosen(context).evaluateText(context, buffer);
+}
+
+void MMIfValueExpr::appendText(MMEvaluationContext& context, std::string& text) const {
+    branches_.chosen(context).appendText(context, text);
+}
+
 MMIfObjectExpr::MMIfObjectExpr() : branches_(*this) {}
 
 void MMIfObjectExpr::testExpr(const OrvCyclicPtr<MMValueExpr>& test) { branches_.setTest(test); }

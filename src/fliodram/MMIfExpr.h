@@ -41,6 +41,8 @@ public:
 
     MMValue evaluate(MMEvaluationContext& context) const override;
     bool evaluateBoolean(MMEvaluationContext& context) const override;
+    std::string_view evaluateText(MMEvaluationContext& context, std::string& buffer) const override;
+    void appendText(MMEvaluationContext& context, std::string& text) const override;
     void print(MMTargetPrinter& printer) const override;
 
 private:

@@ -26,12 +26,3 @@ private:
     std::uint64_t model_ = 0;
     MMKey key_ = mmUnknownKey;
 };
-
-/// What a model's operation gave: a view of the model's memory, or the buffer that it filled.
-inline MMValue valueOf(std::string_view text, std::string& buffer) {
-    const bool isBuffered = !text.empty() && text.data() == buffer.data();
-    if (isBuffered && text.size() == buffer.size()) {
-        return MMValue(std::move(buffer));
-    }
-    return isBuffered ? MMValue(std::string(text)) : MMValue::borrow(text);
-}

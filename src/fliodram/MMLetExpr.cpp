@@ -104,13 +104,19 @@ void MMObjectCollectionBindingExpr::printCall(MMTargetPrinter& printer) const {
     printer.begin("MMObjectCollectionBindingExpr").operand(expr_.get()).end();
 }
 
-bool MMObjectCollectionBindingExpr::forEach(MMEvaluationContext& context,
-                                            MMObjectConsumer& consumer) const {
+std::optional<MMObjectRange> MMObjectCollectionBindingExpr::findRange(
+    MMEvaluationContext& context, std::vector<MMObject>& /*buffer*/) const {
     if (isEmpty(state_)) {
         context.checkDepth();
         state_.content = MMObjectCollector::collect(context, *expr_);
     }
-    return consumer.take(rangeOf(std::get<std::vector<MMObject>>(state_.content)));
+    return rangeOf(std::get<std::vector<MMObject>>(state_.content));
+}
+
+bool MMObjectCollectionBindingExpr::forEach(MMEvaluationContext& context,
+                                            MMObjectConsumer& consumer) const {
+    std::vector<MMObject> buffer;
+    return consumer.take(*findRange(context, buffer));
 }
 
 MMStringCollectionBindingExpr::MMStringCollectionBindingExpr() : expr_(*this) {}

@@ -2,6 +2,8 @@
 
 #include <atomic>
 
+#include "fliodram/MMColumn.h"
+
 namespace {
 
 std::uint64_t nextIdentity() {
@@ -14,3 +16,9 @@ std::uint64_t nextIdentity() {
 MMModel::MMModel() : identity_(nextIdentity()) {}
 MMModel::~MMModel() = default;
 void MMModel::renewKeys() { identity_ = nextIdentity(); }
+
+MMTextColumn MMModel::attributeColumn(MMObject /*object*/, MMKey /*attribute*/) const { return {}; }
+
+MMTargetColumn MMModel::targetColumn(MMObject /*object*/, MMKey /*association*/) const {
+    return {};
+}

@@ -25,11 +25,17 @@ struct MMObjectRange {
     const MMObject* last = nullptr;
     /// Set it where no object is listed twice: evaluation then need not look.
     bool isDistinct = false;
+    /// Of the targets of an association: set it where this association reaches none of them from
+    /// any other object, as with what an object contains. Evaluation then need not remember them.
+    bool isExclusive = false;
 
     const MMObject* begin() const { return first; }
     const MMObject* end() const { return last; }
     std::size_t size() const { return static_cast<std::size_t>(last - first); }
 };
+
+struct MMTextColumn;
+struct MMTargetColumn;
 
 /// A model as expressions see it. A host derives one class from this, over its own memory.
 ///
@@ -77,13 +83,25 @@ public:
     /// The outermost object that contains `object`, or `object` itself.
     virtual MMObject outermost(MMObject object) const = 0;
 
+    /// For hosts that keep the values of many objects side by side, and have called
+    /// offerColumns(): the column (see MMColumn.h) with the object and an attribute, or with the
+    /// object and an association. Expressions read it instead of asking for each object, with the
+    /// same result. It stays valid for as long as identity() stays what it is. Here, columns that
+    /// know nothing.
+    virtual MMTextColumn attributeColumn(MMObject object, MMKey attribute) const;
+    virtual MMTargetColumn targetColumn(MMObject object, MMKey association) const;
+    bool hasColumns() const { return hasColumns_; }
+
     /// A number that no other model of this process has, and that changes with renewKeys().
     std::uint64_t identity() const { return identity_; }
 
 protected:
-    /// To be called by a host whose keys no longer mean what they meant.
+    /// To be called by a host whose keys no longer mean what they meant, or whose columns moved.
     void renewKeys();
+    /// To be called, once, by a host that has columns.
+    void offerColumns() { hasColumns_ = true; }
 
 private:
     std::uint64_t identity_;
+    bool hasColumns_ = false;
 };

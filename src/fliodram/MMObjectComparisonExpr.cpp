@@ -22,12 +22,12 @@ std::vector<MMObject> sortedSet(MMEvaluationContext& context,
 
 MMObjectEqualityExpr::MMObjectEqualityExpr(const OrvCyclicPtr<MMObjectExpr>& lhs, MMRelOp op,
                                            const OrvCyclicPtr<MMObjectExpr>& rhs)
-    : lhs_(*this, lhs), op_(op), rhs_(*this, rhs) {}
+    : MMValueExpr(MMValue::Kind::boolean), lhs_(*this, lhs), op_(op), rhs_(*this, rhs) {}
 
 bool MMObjectEqualityExpr::evaluateBoolean(MMEvaluationContext& context) const {
     context.checkDepth();
-    const MMObject left = lhs_->evaluate(context);
-    const bool isSame = left == rhs_->evaluate(context);
+    const MMObject left = lhs_.evaluate(context);
+    const bool isSame = left == rhs_.evaluate(context);
     return op_ == MM_EQUAL ? isSame : !isSame;
 }
 
@@ -42,7 +42,7 @@ void MMObjectEqualityExpr::print(MMTargetPrinter& printer) const {
 
 MMObjectSetExpr::MMObjectSetExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& lhs, MMSetOp op,
                                  const OrvCyclicPtr<MMObjectCollectionExpr>& rhs)
-    : lhs_(*this, lhs), op_(op), rhs_(*this, rhs) {}
+    : MMValueExpr(MMValue::Kind::boolean), lhs_(*this, lhs), op_(op), rhs_(*this, rhs) {}
 
 bool MMObjectSetExpr::evaluateBoolean(MMEvaluationContext& context) const {
     context.checkDepth();

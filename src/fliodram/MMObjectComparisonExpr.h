@@ -2,6 +2,7 @@
 #pragma once
 
 #include "fliodram/MMExpr.h"
+#include "fliodram/MMObjectVarExpr.h"
 #include "fliodram/MMOperatorExpr.h"
 
 /// Whether two objects are one and the same (MM_EQUAL) or not (MM_NOT_EQUAL). No object is the
@@ -16,9 +17,9 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMObjectExpr> lhs_;
+    MMObjectOperand lhs_;
     MMRelOp op_;
-    OrvCyclicMember<MMObjectExpr> rhs_;
+    MMObjectOperand rhs_;
 };
 
 /// Comparisons of sets; the order of the numbers is not that of values.

@@ -1,76 +1,81 @@
 // Sets and lists of objects that evaluation works with.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <limits>
+#include <new>
 #include <vector>
 
 #include "fliodram/MMExpr.h"
 
-/// A set of keys that answers whether a key is new; small sets are searched in place, larger ones
-/// hashed. A key is compared with == and offers `std::size_t hash() const`. Made on the stack.
+/// A set of keys that answers whether a key is new; a small set is searched from end to end, a
+/// larger one through a table of hashes. A key is compared with == and offers
+/// `std::size_t hash() const`. Keeps its memory when it is cleared, for the next use.
 template <class Key>
 class MMKeySet {
 public:
     /// Adds the key; false when it was there already.
     bool insert(const Key& key) {
-        if (slots_.empty()) {
-            for (std::size_t i = 0; i < size_; ++i) {
-                if (few_[i] == key) {
+        if (slotCount_ == 0) {
+            for (const Key& other : keys_) {
+                if (other == key) {
                     return false;
                 }
             }
-            if (size_ < few_.size()) {
-                few_[size_++] = key;
-                return true;
+            keys_.push_back(key);
+        } else {
+            std::uint32_t& slot = find(key);
+            if (slot != 0) {
+                return false;
             }
-            grow();
-        } else if (size_ * 2 >= slots_.size()) {
+            keys_.push_back(key);
+            slot = static_cast<std::uint32_t>(keys_.size());
+        }
+        if (keys_.size() > (slotCount_ == 0 ? few : slotCount_ / 2)) {
             grow();
         }
-        Slot& slot = find(key);
-        const bool isNew = !slot.isUsed;
-        slot = {key, true};
-        size_ += isNew ? 1 : 0;
-        return isNew;
+        return true;
     }
 
-    std::size_t size() const { return size_; }
+    std::size_t size() const { return keys_.size(); }
+    /// For how many keys there is memory.
+    std::size_t capacity() const { return keys_.capacity(); }
+
+    void clear() {
+        keys_.clear();
+        slotCount_ = 0;
+    }
 
 private:
-    struct Slot {
-        Key key{};
-        bool isUsed = false;
-    };
+    static constexpr std::size_t few = 8;
 
-    Slot& find(const Key& key) {
-        const std::size_t mask = slots_.size() - 1;
+    // The slot of the key, or the free one where it belongs.
+    std::uint32_t& find(const Key& key) {
+        const std::size_t mask = slotCount_ - 1;
         std::size_t i = key.hash() & mask;
-        while (slots_[i].isUsed && !(slots_[i].key == key)) {
+        while (slots_[i] != 0 && !(keys_[slots_[i] - 1] == key)) {
             i = (i + 1) & mask;
         }
         return slots_[i];
     }
 
     void grow() {
-        std::vector<Slot> old(slots_.empty() ? few_.size() * 4 : slots_.size() * 2);
-        old.swap(slots_);
-        if (old.empty()) {
-            for (const Key& key : few_) {
-                find(key) = {key, true};
-            }
+        const std::size_t count = slotCount_ == 0 ? few * 4 : slotCount_ * 2;
+        if (count > std::numeric_limits<std::uint32_t>::max()) {
+            throw std::bad_alloc();
         }
-        for (const Slot& slot : old) {
-            if (slot.isUsed) {
-                find(slot.key) = slot;
-            }
+        slotCount_ = 0;
+        slots_.assign(count, 0);
+        slotCount_ = count;
+        for (std::size_t i = 0; i < keys_.size(); ++i) {
+            find(keys_[i]) = static_cast<std::uint32_t>(i + 1);
         }
     }
 
-    std::array<Key, 8> few_{};
-    std::size_t size_ = 0;
-    std::vector<Slot> slots_;
+    std::vector<Key> keys_;             // in the order in which they came
+    std::vector<std::uint32_t> slots_;  // numbers of keys, from 1
+    std::size_t slotCount_ = 0;         // a power of two; 0 while there is no table
 };
 
 /// Spreads the bits of a handle, which may be an address or an index.
@@ -88,7 +93,7 @@ struct MMObjectKey {
 };
 
 /// Keeps every object that it takes, within the limits of the context.
-class MMObjectCollector : public MMObjectConsumer {
+class MMObjectCollector final : public MMObjectConsumer {
 public:
     explicit MMObjectCollector(MMEvaluationContext& context) : context_(context) {}
 
@@ -105,7 +110,7 @@ public:
     static std::vector<MMObject> collect(MMEvaluationContext& context,
                                          const MMObjectCollectionExpr& collection) {
         MMObjectCollector collector(context);
-        collection.forEach(context, collector);
+        forEachObject(context, collection, collector);
         return collector.release();
     }
 
@@ -116,7 +121,7 @@ private:
 
 /// The range of a whole list of objects.
 inline MMObjectRange rangeOf(const std::vector<MMObject>& objects) {
-    return {objects.data(), objects.data() + objects.size(), false};
+    return {objects.data(), objects.data() + objects.size()};
 }
 
 /// Hands one object on.

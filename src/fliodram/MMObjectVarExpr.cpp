@@ -6,7 +6,7 @@
 namespace {
 
 /// Keeps the first object; takes as many as decide which object it is.
-class FirstObject : public MMObjectConsumer {
+class FirstObject final : public MMObjectConsumer {
 public:
     FirstObject(const MMTarget& target, bool isFirstEnough)
         : target_(target), isFirstEnough_(isFirstEnough) {}
@@ -42,7 +42,7 @@ void MMObjectVarExpr::print(MMTargetPrinter& printer) const { printer.variable(*
 MMModelExpr::MMModelExpr(const OrvCyclicPtr<MMObjectExpr>& object) : object_(*this, object) {}
 
 MMObject MMModelExpr::evaluate(MMEvaluationContext& context) const {
-    const MMObject object = object_->evaluate(context);
+    const MMObject object = object_.evaluate(context);
     return object != mmNoObject ? context.getModel().outermost(object) : mmNoObject;
 }
 
@@ -59,7 +59,7 @@ void MMObjectExtractionExpr::choice(Choice choice) { choice_ = choice; }
 MMObject MMObjectExtractionExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
     FirstObject consumer(*this, choice_ == first);
-    collection_->forEach(context, consumer);
+    forEachObject(context, *collection_, consumer);
     return consumer.object();
 }
 

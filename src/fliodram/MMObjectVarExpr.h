@@ -9,7 +9,7 @@
 ///
 /// What is bound is this very expression object; names play no part. Unbound it reads as no
 /// object.
-class __attribute__((visibility("default"))) MMObjectVarExpr : public MMObjectExpr {
+class __attribute__((visibility("default"))) MMObjectVarExpr final : public MMObjectExpr {
 public:
     MMObjectVarExpr();
     ~MMObjectVarExpr() override;
@@ -20,6 +20,9 @@ public:
 
     MMObject evaluate(MMEvaluationContext& context) const override;
     void print(MMTargetPrinter& printer) const override;
+
+    /// The object that is bound.
+    MMObject object() const { return object_; }
 
 private:
     friend class MMVariableBinding;
@@ -48,6 +51,28 @@ private:
     MMObject outer_;
 };
 
+/// An operand that is an object. A variable, as most of them are, is read without a call.
+class MMObjectOperand {
+public:
+    MMObjectOperand(const OrvCyclicPtrBody& holder, const OrvCyclicPtr<MMObjectExpr>& object)
+        : object_(holder, object), variable_(asVariable(object.get())) {}
+
+    MMObject evaluate(MMEvaluationContext& context) const {
+        return variable_ != nullptr ? variable_->object() : object_->evaluate(context);
+    }
+    const MMObjectExpr* get() const { return object_.get(); }
+
+private:
+    static const MMObjectVarExpr* asVariable(const MMObjectExpr* object) {
+        const bool isVariable =
+            object != nullptr && (object->getBodyKinds() & MM_KIND_OBJECT_VARIABLE) != 0;
+        return isVariable ? static_cast<const MMObjectVarExpr*>(object) : nullptr;
+    }
+
+    OrvCyclicMember<MMObjectExpr> object_;
+    const MMObjectVarExpr* variable_;
+};
+
 /// The outermost object that contains an object: the root of its model. Of no object, no object.
 class __attribute__((visibility("default"))) MMModelExpr : public MMObjectExpr {
 public:
@@ -57,7 +82,7 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMObjectExpr> object_;
+    MMObjectOperand object_;
 };
 
 /// One object out of a collection, or no object out of an empty one. The choice is first: the

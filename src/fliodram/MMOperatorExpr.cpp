@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "fliodram/MMConstantExpr.h"
 #include "fliodram/MMEvaluationError.h"
 #include "fliodram/MMTargetPrinter.h"
 #include "foundation/TextOutput.h"
@@ -72,6 +73,23 @@ double calculate(double left, int op, double right) {
     }
 }
 
+bool areAlways(MMValue::Kind kind, const MMValueExpr* left, const MMValueExpr* right) {
+    return left != nullptr && right != nullptr && left->isAlways(kind) && right->isAlways(kind);
+}
+
+// What is known of the result beforehand: a text beside anything is joined with it.
+std::optional<MMValue::Kind> kindOfArithmetic(const MMValueExpr* left, int op,
+                                              const MMValueExpr* right) {
+    const auto isText = [](const MMValueExpr* operand) {
+        return operand != nullptr && operand->isAlways(MMValue::Kind::text);
+    };
+    if (op == MM_ADD && left != nullptr && right != nullptr && (isText(left) || isText(right))) {
+        return MMValue::Kind::text;
+    }
+    return areAlways(MMValue::Kind::integer, left, right) ? std::optional(MMValue::Kind::integer)
+                                                          : std::nullopt;
+}
+
 bool isNumber(const MMValue& value) {
     return value.getKind() == MMValue::Kind::integer || value.getKind() == MMValue::Kind::real;
 }
@@ -103,8 +121,9 @@ void negate(MMValue& value) {
 }  // namespace
 
 MMOperatorExpr::MMOperatorExpr(const OrvCyclicPtr<MMValueExpr>& lhs, int op,
-                               const OrvCyclicPtr<MMValueExpr>& rhs)
-    : lhs_(*this, lhs), op_(op), rhs_(*this, rhs), chainLength_(1) {
+                               const OrvCyclicPtr<MMValueExpr>& rhs,
+                               std::optional<MMValue::Kind> kind)
+    : MMValueExpr(kind), lhs_(*this, lhs), op_(op), rhs_(*this, rhs), chainLength_(1) {
     const MMOperatorExpr* const left = lhs ? lhs->asOperator() : nullptr;
     chainLength_ += left != nullptr ? left->chainLength_ : 0;
 }
@@ -118,16 +137,23 @@ MMValue MMOperatorExpr::evaluate(MMEvaluationContext& context) const {
         apply(context, value);
         return value;
     }
-    std::vector<const MMOperatorExpr*> chain;
-    chain.reserve(chainLength_);
-    for (const MMOperatorExpr* next = this; next != nullptr; next = next->lhs_->asOperator()) {
-        chain.push_back(next);
-    }
-    MMValue value = chain.back()->lhs_->evaluate(context);
-    for (auto next = chain.rbegin(); next != chain.rend(); ++next) {
+    MMValue value = chain().back()->lhs_->evaluate(context);
+    for (auto next = chain().rbegin(); next != chain().rend(); ++next) {
         (*next)->apply(context, value);
     }
     return value;
+}
+
+const std::vector<const MMOperatorExpr*>& MMOperatorExpr::chain() const {
+    if (chain_ == nullptr) {
+        auto chain = std::make_unique<std::vector<const MMOperatorExpr*>>();
+        chain->reserve(chainLength_);
+        for (const MMOperatorExpr* next = this; next != nullptr; next = next->lhs_->asOperator()) {
+            chain->push_back(next);
+        }
+        chain_ = std::move(chain);
+    }
+    return *chain_;
 }
 
 void MMOperatorExpr::print(MMTargetPrinter& printer) const {
@@ -145,9 +171,50 @@ void MMOperatorExpr::print(MMTargetPrinter& printer) const {
 
 MMArithmeticExpr::MMArithmeticExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMArithOp op,
                                    const OrvCyclicPtr<MMValueExpr>& rhs)
-    : MMOperatorExpr(lhs, op, rhs) {}
+    : MMOperatorExpr(lhs, op, rhs, kindOfArithmetic(lhs.get(), op, rhs.get())) {}
 
 const char* MMArithmeticExpr::className() const { return "MMArithmeticExpr"; }
+
+MMValue MMArithmeticExpr::evaluate(MMEvaluationContext& context) const {
+    if (!isAlways(MMValue::Kind::text)) {
+        return MMOperatorExpr::evaluate(context);
+    }
+    std::string joined;
+    appendText(context, joined);
+    return MMValue(std::move(joined));
+}
+
+std::string_view MMArithmeticExpr::evaluateText(MMEvaluationContext& context,
+                                                std::string& buffer) const {
+    if (!isAlways(MMValue::Kind::text)) {
+        return MMValueExpr::evaluateText(context, buffer);
+    }
+    buffer.clear();
+    appendText(context, buffer);
+    return buffer;
+}
+
+// The operands of a join are appended from left to right; a long chain of joins in a loop.
+void MMArithmeticExpr::appendText(MMEvaluationContext& context, std::string& text) const {
+    if (!isAlways(MMValue::Kind::text)) {
+        MMValueExpr::appendText(context, text);
+        return;
+    }
+    context.checkDepth();
+    if (!isLongChain()) {
+        lhs()->appendText(context, text);
+        rhs()->appendText(context, text);
+        return;
+    }
+    std::size_t joins = 1;
+    while (joins < chain().size() && chain()[joins]->isAlways(MMValue::Kind::text)) {
+        ++joins;
+    }
+    chain()[joins - 1]->lhs()->appendText(context, text);
+    while (joins != 0) {
+        chain()[--joins]->rhs()->appendText(context, text);
+    }
+}
 
 void MMArithmeticExpr::apply(MMEvaluationContext& context, MMValue& value) const {
     if (!rhs()) {
@@ -173,7 +240,7 @@ void MMArithmeticExpr::combine(MMEvaluationContext& context, MMValue& value,
 
 MMBooleanExpr::MMBooleanExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMLogOp op,
                              const OrvCyclicPtr<MMValueExpr>& rhs)
-    : MMOperatorExpr(lhs, op, rhs) {}
+    : MMOperatorExpr(lhs, op, rhs, MMValue::Kind::boolean) {}
 
 const char* MMBooleanExpr::className() const { return "MMBooleanExpr"; }
 
@@ -194,9 +261,13 @@ void MMBooleanExpr::apply(MMEvaluationContext& context, MMValue& value) const {
     value = MMValue(combine(context, value.toBoolean()));
 }
 
+MMValue MMBooleanExpr::evaluate(MMEvaluationContext& context) const {
+    return isLongChain() ? MMOperatorExpr::evaluate(context) : MMValue(evaluateBoolean(context));
+}
+
 bool MMBooleanExpr::evaluateBoolean(MMEvaluationContext& context) const {
     if (isLongChain()) {
-        return evaluate(context).toBoolean();
+        return MMOperatorExpr::evaluate(context).toBoolean();
     }
     context.checkDepth();
     return combine(context, lhs()->evaluateBoolean(context));
@@ -204,7 +275,15 @@ bool MMBooleanExpr::evaluateBoolean(MMEvaluationContext& context) const {
 
 MMRelationalExpr::MMRelationalExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMRelOp op,
                                    const OrvCyclicPtr<MMValueExpr>& rhs)
-    : MMOperatorExpr(lhs, op, rhs) {}
+    : MMOperatorExpr(lhs, op, rhs, MMValue::Kind::boolean),
+      comparison_(Comparison::ofValues),
+      constantRight_(MMConstantExpr::textOf(rhs.get())) {
+    if (areAlways(MMValue::Kind::text, lhs.get(), rhs.get())) {
+        comparison_ = Comparison::ofTexts;
+    } else if (areAlways(MMValue::Kind::integer, lhs.get(), rhs.get())) {
+        comparison_ = Comparison::ofIntegers;
+    }
+}
 
 const char* MMRelationalExpr::className() const { return "MMRelationalExpr"; }
 
@@ -231,11 +310,35 @@ void MMRelationalExpr::apply(MMEvaluationContext& context, MMValue& value) const
     value = MMValue(holds(value.compare(rhs()->evaluate(context))));
 }
 
+MMValue MMRelationalExpr::evaluate(MMEvaluationContext& context) const {
+    return isLongChain() ? MMOperatorExpr::evaluate(context) : MMValue(evaluateBoolean(context));
+}
+
+bool MMRelationalExpr::compareTexts(MMEvaluationContext& context) const {
+    std::string leftBuffer;
+    std::string rightBuffer;
+    const std::string_view left = lhs()->evaluateText(context, leftBuffer);
+    const std::string_view right = constantRight_.data() != nullptr
+                                       ? constantRight_
+                                       : rhs()->evaluateText(context, rightBuffer);
+    if (op() == MM_EQUAL || op() == MM_NOT_EQUAL) {
+        return (left == right) == (op() == MM_EQUAL);
+    }
+    return holds(left.compare(right) <=> 0);
+}
+
 bool MMRelationalExpr::evaluateBoolean(MMEvaluationContext& context) const {
     if (isLongChain()) {
-        return evaluate(context).toBoolean();
+        return MMOperatorExpr::evaluate(context).toBoolean();
     }
     context.checkDepth();
+    if (comparison_ == Comparison::ofTexts) {
+        return compareTexts(context);
+    }
+    if (comparison_ == Comparison::ofIntegers) {
+        const int left = lhs()->evaluateInteger(context);
+        return holds(left <=> rhs()->evaluateInteger(context));
+    }
     const MMValue left = lhs()->evaluate(context);
     return holds(left.compare(rhs()->evaluate(context)));
 }

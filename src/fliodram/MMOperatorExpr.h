@@ -2,6 +2,11 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string_view>
+#include <vector>
 
 #include "fliodram/MMExpr.h"
 
@@ -17,20 +22,23 @@ public:
     const MMOperatorExpr* asOperator() const override { return this; }
     void print(MMTargetPrinter& printer) const override;
 
+    const OrvCyclicMember<MMValueExpr>& lhs() const { return lhs_; }
+    const OrvCyclicMember<MMValueExpr>& rhs() const { return rhs_; }
+
 protected:
-    /// Both operands, of which the right one may be empty.
+    /// Both operands, of which the right one may be empty; the kind of all values, if it is known.
     MMOperatorExpr(const OrvCyclicPtr<MMValueExpr>& lhs, int op,
-                   const OrvCyclicPtr<MMValueExpr>& rhs);
+                   const OrvCyclicPtr<MMValueExpr>& rhs, std::optional<MMValue::Kind> kind);
 
     /// Replaces the value of the left operand by the value of the whole.
     virtual void apply(MMEvaluationContext& context, MMValue& value) const = 0;
     virtual const char* className() const = 0;
 
     int op() const { return op_; }
-    const OrvCyclicMember<MMValueExpr>& lhs() const { return lhs_; }
-    const OrvCyclicMember<MMValueExpr>& rhs() const { return rhs_; }
     /// True when the chain of left operands is too long to recurse into.
     bool isLongChain() const { return chainLength_ > longestRecursion; }
+    /// This operator and the left operands that are operators, from the outermost inward.
+    const std::vector<const MMOperatorExpr*>& chain() const;
 
 private:
     static constexpr std::size_t longestRecursion = 16;
@@ -39,6 +47,7 @@ private:
     int op_;
     OrvCyclicMember<MMValueExpr> rhs_;
     std::size_t chainLength_;
+    mutable std::unique_ptr<std::vector<const MMOperatorExpr*>> chain_;  // once it is asked for
 };
 
 /// Arithmetic operators; subtraction without a right operand is negation.
@@ -53,6 +62,10 @@ public:
     /// With an empty `rhs` and MM_SUBTRACT, the negation of `lhs`.
     MMArithmeticExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMArithOp op,
                      const OrvCyclicPtr<MMValueExpr>& rhs);
+
+    MMValue evaluate(MMEvaluationContext& context) const override;
+    std::string_view evaluateText(MMEvaluationContext& context, std::string& buffer) const override;
+    void appendText(MMEvaluationContext& context, std::string& text) const override;
 
 protected:
     void apply(MMEvaluationContext& context, MMValue& value) const override;
@@ -72,6 +85,7 @@ public:
     MMBooleanExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMLogOp op,
                   const OrvCyclicPtr<MMValueExpr>& rhs);
 
+    MMValue evaluate(MMEvaluationContext& context) const override;
     bool evaluateBoolean(MMEvaluationContext& context) const override;
 
 protected:
@@ -98,6 +112,7 @@ public:
     MMRelationalExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMRelOp op,
                      const OrvCyclicPtr<MMValueExpr>& rhs);
 
+    MMValue evaluate(MMEvaluationContext& context) const override;
     bool evaluateBoolean(MMEvaluationContext& context) const override;
 
 protected:
@@ -105,5 +120,10 @@ protected:
     const char* className() const override;
 
 private:
+    bool compareTexts(MMEvaluationContext& context) const;
     bool holds(std::partial_ordering order) const;
+
+    enum class Comparison : std::uint8_t { ofTexts, ofIntegers, ofValues };
+    Comparison comparison_;
+    std::string_view constantRight_;  // the right operand where it is a text constant
 };

@@ -5,7 +5,7 @@
 namespace {
 
 /// Evaluates the predicate for each object until it has the decisive value.
-class PredicateTest : public MMObjectConsumer {
+class PredicateTest final : public MMObjectConsumer {
 public:
     PredicateTest(MMEvaluationContext& context, const MMObjectVarExpr& variable,
                   const MMValueExpr& predicate, bool decisive)
@@ -34,7 +34,8 @@ private:
 MMQuantifierExpr::MMQuantifierExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection,
                                    const OrvCyclicPtr<MMValueExpr>& predicate,
                                    const OrvCyclicPtr<MMObjectVarExpr>& variable, bool decisive)
-    : collection_(*this, collection),
+    : MMValueExpr(MMValue::Kind::boolean),
+      collection_(*this, collection),
       predicate_(*this, predicate),
       variable_(*this, variable),
       decisive_(decisive) {}
@@ -44,7 +45,7 @@ MMQuantifierExpr::~MMQuantifierExpr() = default;
 bool MMQuantifierExpr::evaluateBoolean(MMEvaluationContext& context) const {
     context.checkDepth();
     PredicateTest test(context, *variable_, *predicate_, decisive_);
-    const bool isUndecided = collection_->forEach(context, test);
+    const bool isUndecided = forEachObject(context, *collection_, test);
     return isUndecided ? !decisive_ : decisive_;
 }
 

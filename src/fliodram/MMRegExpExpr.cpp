@@ -2,25 +2,12 @@
 
 #include <chrono>
 
+#include "fliodram/MMConstantExpr.h"
 #include "fliodram/MMEvaluationError.h"
 #include "fliodram/MMTargetPrinter.h"
 #include "foundation/TextOutput.h"
 
 namespace {
-
-/// An evaluated operand as a text.
-class TextOperand {
-public:
-    TextOperand(MMEvaluationContext& context, const MMValueExpr& expression)
-        : value_(expression.evaluate(context)), view_(value_.asText(buffer_)) {}
-
-    std::string_view view() const { return view_; }
-
-private:
-    MMValue value_;
-    std::string buffer_;
-    std::string_view view_;
-};
 
 bool isContinuationByte(std::string_view text, std::size_t position) {
     return position < text.size() && (static_cast<unsigned char>(text[position]) & 0xC0U) == 0x80U;
@@ -104,31 +91,39 @@ private:
 
 }  // namespace
 
-const RWCRegexp& MMPatternCache::compiled(const MMTarget& source, std::string_view pattern) {
-    if (!compiled_ || pattern_ != pattern) {
+MMPatternOperand::MMPatternOperand(const OrvCyclicPtrBody& holder,
+                                   const OrvCyclicPtr<MMValueExpr>& pattern)
+    : pattern_(holder, pattern),
+      isConstant_(MMConstantExpr::textOf(pattern.get()).data() != nullptr) {}
+
+const RWCRegexp& MMPatternOperand::compile(MMEvaluationContext& context) const {
+    std::string buffer;
+    const std::string_view pattern = pattern_->evaluateText(context, buffer);
+    if (!compiled_ || text_ != pattern) {
         compiled_.reset();
-        pattern_ = pattern;
+        text_ = pattern;
         compiled_.emplace(pattern);
     }
     if (compiled_->status() != RWCRegexp::ok) {
         std::string sentence = "The pattern ";
         appendJsonString(sentence, pattern);
         sentence += compiled_->status() == RWCRegexp::tooLong ? " is too long." : " is malformed.";
-        throwEvaluationFailure(sentence, &source);
+        throwEvaluationFailure(sentence, pattern_.get());
     }
+    isReady_ = isConstant_;
     return *compiled_;
 }
 
 MMRegExpMatchExpr::MMRegExpMatchExpr(const OrvCyclicPtr<MMValueExpr>& pattern,
                                      const OrvCyclicPtr<MMValueExpr>& text)
-    : pattern_(*this, pattern), text_(*this, text) {}
+    : MMValueExpr(MMValue::Kind::boolean), pattern_(*this, pattern), text_(*this, text) {}
 
 bool MMRegExpMatchExpr::evaluateBoolean(MMEvaluationContext& context) const {
     context.checkDepth();
-    const TextOperand pattern(context, *pattern_);
-    const TextOperand text(context, *text_);
-    context.countText(0, text.view().size());
-    return cache_.compiled(*pattern_, pattern.view()).matches(text.view());
+    std::string buffer;
+    const std::string_view text = text_->evaluateText(context, buffer);
+    context.countText(0, text.size());
+    return pattern_.evaluate(context).matches(text);
 }
 
 MMValue MMRegExpMatchExpr::evaluate(MMEvaluationContext& context) const {
@@ -141,17 +136,16 @@ void MMRegExpMatchExpr::print(MMTargetPrinter& printer) const {
 
 MMRegExpFindExpr::MMRegExpFindExpr(const OrvCyclicPtr<MMValueExpr>& pattern,
                                    const OrvCyclicPtr<MMValueExpr>& text)
-    : pattern_(*this, pattern), text_(*this, text) {}
+    : MMValueExpr(MMValue::Kind::text), pattern_(*this, pattern), text_(*this, text) {}
 
 MMValue MMRegExpFindExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
-    const TextOperand pattern(context, *pattern_);
-    const TextOperand text(context, *text_);
-    context.countText(0, text.view().size());
+    std::string buffer;
+    const std::string_view text = text_->evaluateText(context, buffer);
+    context.countText(0, text.size());
     RWCRegexp::Groups groups;
-    return cache_.compiled(*pattern_, pattern.view()).search(text.view(), 0, groups)
-               ? MMValue(std::string(groups[0]))
-               : MMValue::borrow({});
+    return pattern_.evaluate(context).search(text, 0, groups) ? MMValue(std::string(groups[0]))
+                                                              : MMValue::borrow({});
 }
 
 void MMRegExpFindExpr::print(MMTargetPrinter& printer) const {
@@ -161,18 +155,21 @@ void MMRegExpFindExpr::print(MMTargetPrinter& printer) const {
 MMRegExpReplaceExpr::MMRegExpReplaceExpr(const OrvCyclicPtr<MMValueExpr>& pattern,
                                          const OrvCyclicPtr<MMValueExpr>& text,
                                          const OrvCyclicPtr<MMValueExpr>& replacement)
-    : pattern_(*this, pattern), text_(*this, text), replacement_(*this, replacement) {}
+    : MMValueExpr(MMValue::Kind::text),
+      pattern_(*this, pattern),
+      text_(*this, text),
+      replacement_(*this, replacement) {}
 
 void MMRegExpReplaceExpr::replaceAll(bool replaceAll) { replaceAll_ = replaceAll; }
 
 MMValue MMRegExpReplaceExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
-    const TextOperand pattern(context, *pattern_);
-    const TextOperand text(context, *text_);
-    const TextOperand replacement(context, *replacement_);
-    const RWCRegexp& expression = cache_.compiled(*pattern_, pattern.view());
-    return MMValue(
-        Replacing(context, text.view(), replacement.view()).run(expression, replaceAll_));
+    std::string textBuffer;
+    std::string replacementBuffer;
+    const std::string_view text = text_->evaluateText(context, textBuffer);
+    const std::string_view replacement = replacement_->evaluateText(context, replacementBuffer);
+    const RWCRegexp& expression = pattern_.evaluate(context);
+    return MMValue(Replacing(context, text, replacement).run(expression, replaceAll_));
 }
 
 void MMRegExpReplaceExpr::print(MMTargetPrinter& printer) const {

@@ -8,16 +8,26 @@
 #include "fliodram/MMExpr.h"
 #include "rw/RWCRegexp.h"
 
-/// The last pattern that an expression compiled. Member of the expression that needs it.
-class MMPatternCache {
+/// An operand that is a pattern, with the regular expression that was made of it last: of a
+/// constant the only one. Member of the expression that needs it.
+class MMPatternOperand {
 public:
-    /// The compiled pattern; throws MMEvaluationError about `source`, which gave it, for one that
-    /// is not well formed.
-    const RWCRegexp& compiled(const MMTarget& source, std::string_view pattern);
+    MMPatternOperand(const OrvCyclicPtrBody& holder, const OrvCyclicPtr<MMValueExpr>& pattern);
+
+    /// The pattern compiled. Where it is not well formed, throws MMEvaluationError of the operand.
+    const RWCRegexp& evaluate(MMEvaluationContext& context) const {
+        return isReady_ ? *compiled_ : compile(context);
+    }
+    const MMValueExpr* get() const { return pattern_.get(); }
 
 private:
-    std::string pattern_;
-    std::optional<RWCRegexp> compiled_;
+    const RWCRegexp& compile(MMEvaluationContext& context) const;
+
+    OrvCyclicMember<MMValueExpr> pattern_;
+    bool isConstant_;
+    mutable bool isReady_ = false;  // the pattern is a constant, and well formed
+    mutable std::string text_;      // of which the following was made
+    mutable std::optional<RWCRegexp> compiled_;
 };
 
 /// Whether the pattern matches anywhere in the text.
@@ -31,9 +41,8 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMValueExpr> pattern_;
+    MMPatternOperand pattern_;
     OrvCyclicMember<MMValueExpr> text_;
-    mutable MMPatternCache cache_;
 };
 
 /// The first match of the pattern in the text, or the empty text.
@@ -46,9 +55,8 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMValueExpr> pattern_;
+    MMPatternOperand pattern_;
     OrvCyclicMember<MMValueExpr> text_;
-    mutable MMPatternCache cache_;
 };
 
 /// The text with the first match of the pattern replaced, or every match: matches that do not
@@ -65,9 +73,8 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMValueExpr> pattern_;
+    MMPatternOperand pattern_;
     OrvCyclicMember<MMValueExpr> text_;
     OrvCyclicMember<MMValueExpr> replacement_;
     bool replaceAll_ = false;
-    mutable MMPatternCache cache_;
 };

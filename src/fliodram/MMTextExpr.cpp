@@ -9,7 +9,7 @@
 namespace {
 
 /// Counts without looking at the objects.
-class Counter : public MMObjectConsumer {
+class Counter final : public MMObjectConsumer {
 public:
     explicit Counter(MMEvaluationContext& context) : context_(context) {}
 
@@ -26,11 +26,11 @@ private:
     std::size_t count_ = 0;
 };
 
-/// Joins the texts that it takes.
-class Joiner : public MMTextConsumer {
+/// Appends the texts that it takes to another, joined.
+class Joiner final : public MMTextConsumer {
 public:
-    Joiner(MMEvaluationContext& context, std::string_view delimiter)
-        : context_(context), delimiter_(delimiter) {}
+    Joiner(MMEvaluationContext& context, std::string_view delimiter, std::string& joined)
+        : context_(context), delimiter_(delimiter), joined_(joined) {}
 
     void take(std::string_view text) override {
         context_.countText(joined_.size(), delimiter_.size() + text.size());
@@ -41,14 +41,26 @@ public:
         joined_.append(text);
     }
 
-    std::string release() { return std::move(joined_); }
-
 private:
     MMEvaluationContext& context_;
     std::string_view delimiter_;
-    std::string joined_;
+    std::string& joined_;
     bool isFirst_ = true;
 };
+
+MMValue::Kind kindOf(MMValueType type) {
+    switch (type) {
+        case MM_INTEGER:
+            return MMValue::Kind::integer;
+        case MM_REAL:
+            return MMValue::Kind::real;
+        case MM_BOOLEAN:
+            return MMValue::Kind::boolean;
+        case MM_STRING:
+            break;
+    }
+    return MMValue::Kind::text;
+}
 
 std::string_view trimmed(std::string_view text) {
     constexpr std::string_view whiteSpace = " \t\n\v\f\r";
@@ -61,16 +73,20 @@ std::string_view trimmed(std::string_view text) {
 }  // namespace
 
 MMCountExpr::MMCountExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection)
-    : collection_(*this, collection) {}
+    : MMValueExpr(MMValue::Kind::integer), collection_(*this, collection) {}
 
 MMValue MMCountExpr::evaluate(MMEvaluationContext& context) const {
+    return MMValue(evaluateInteger(context));
+}
+
+int MMCountExpr::evaluateInteger(MMEvaluationContext& context) const {
     context.checkDepth();
     Counter counter(context);
-    collection_->forEach(context, counter);
+    forEachObject(context, *collection_, counter);
     if (counter.count() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
         throwEvaluationFailure("The size of a collection is out of the range of integers.");
     }
-    return MMValue(static_cast<int>(counter.count()));
+    return static_cast<int>(counter.count());
 }
 
 void MMCountExpr::print(MMTargetPrinter& printer) const {
@@ -79,15 +95,19 @@ void MMCountExpr::print(MMTargetPrinter& printer) const {
 
 MMDelimiterExpr::MMDelimiterExpr(const OrvCyclicPtr<MMValueExpr>& delimiter,
                                  const OrvCyclicPtr<MMStringCollectionExpr>& strings)
-    : delimiter_(*this, delimiter), strings_(*this, strings) {}
+    : MMValueExpr(MMValue::Kind::text), delimiter_(*this, delimiter), strings_(*this, strings) {}
 
 MMValue MMDelimiterExpr::evaluate(MMEvaluationContext& context) const {
+    std::string joined;
+    appendText(context, joined);
+    return MMValue(std::move(joined));
+}
+
+void MMDelimiterExpr::appendText(MMEvaluationContext& context, std::string& text) const {
     context.checkDepth();
-    const MMValue delimiter = delimiter_->evaluate(context);
     std::string buffer;
-    Joiner joiner(context, delimiter.asText(buffer));
+    Joiner joiner(context, delimiter_->evaluateText(context, buffer), text);
     strings_->forEach(context, joiner);
-    return MMValue(joiner.release());
 }
 
 void MMDelimiterExpr::print(MMTargetPrinter& printer) const {
@@ -96,7 +116,7 @@ void MMDelimiterExpr::print(MMTargetPrinter& printer) const {
 
 MMStringManipulationExpr::MMStringManipulationExpr(MMStringOp op,
                                                    const OrvCyclicPtr<MMValueExpr>& text)
-    : op_(op), text_(*this, text) {}
+    : MMValueExpr(MMValue::Kind::text), op_(op), text_(*this, text) {}
 
 MMValue MMStringManipulationExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
@@ -120,12 +140,19 @@ void MMStringManipulationExpr::print(MMTargetPrinter& printer) const {
 }
 
 MMConversionExpr::MMConversionExpr(const OrvCyclicPtr<MMValueExpr>& value, MMValueType type)
-    : value_(*this, value), type_(type) {}
+    : MMValueExpr(kindOf(type)), value_(*this, value), type_(type) {}
 
 MMValue MMConversionExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
     const MMValue value = value_->evaluate(context);
     return evaluateAt(*this, [&] { return value.convertedTo(type_); });
+}
+
+std::string_view MMConversionExpr::evaluateText(MMEvaluationContext& context,
+                                                std::string& buffer) const {
+    context.checkDepth();
+    return type_ == MM_STRING ? value_->evaluateText(context, buffer)
+                              : MMValueExpr::evaluateText(context, buffer);
 }
 
 void MMConversionExpr::print(MMTargetPrinter& printer) const {
@@ -138,7 +165,18 @@ MMApplyValueExpr::MMApplyValueExpr(const OrvCyclicPtr<MMValueAbsExpr>& function,
 
 MMValue MMApplyValueExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
-    return function_->evaluateFor(context, object_->evaluate(context));
+    return function_->evaluateFor(context, object_.evaluate(context));
+}
+
+bool MMApplyValueExpr::evaluateBoolean(MMEvaluationContext& context) const {
+    context.checkDepth();
+    return function_->evaluateBooleanFor(context, object_.evaluate(context));
+}
+
+std::string_view MMApplyValueExpr::evaluateText(MMEvaluationContext& context,
+                                                std::string& buffer) const {
+    context.checkDepth();
+    return function_->evaluateTextFor(context, object_.evaluate(context), buffer);
 }
 
 void MMApplyValueExpr::print(MMTargetPrinter& printer) const {

@@ -10,6 +10,7 @@ public:
     explicit MMCountExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection);
 
     MMValue evaluate(MMEvaluationContext& context) const override;
+    int evaluateInteger(MMEvaluationContext& context) const override;
     void print(MMTargetPrinter& printer) const override;
 
 private:
@@ -23,6 +24,7 @@ public:
                     const OrvCyclicPtr<MMStringCollectionExpr>& strings);
 
     MMValue evaluate(MMEvaluationContext& context) const override;
+    void appendText(MMEvaluationContext& context, std::string& text) const override;
     void print(MMTargetPrinter& printer) const override;
 
 private:
@@ -52,6 +54,7 @@ public:
     MMConversionExpr(const OrvCyclicPtr<MMValueExpr>& value, MMValueType type);
 
     MMValue evaluate(MMEvaluationContext& context) const override;
+    std::string_view evaluateText(MMEvaluationContext& context, std::string& buffer) const override;
     void print(MMTargetPrinter& printer) const override;
 
 private:
@@ -66,9 +69,11 @@ public:
                      const OrvCyclicPtr<MMObjectExpr>& object);
 
     MMValue evaluate(MMEvaluationContext& context) const override;
+    bool evaluateBoolean(MMEvaluationContext& context) const override;
+    std::string_view evaluateText(MMEvaluationContext& context, std::string& buffer) const override;
     void print(MMTargetPrinter& printer) const override;
 
 private:
     OrvCyclicMember<MMValueAbsExpr> function_;
-    OrvCyclicMember<MMObjectExpr> object_;
+    MMObjectOperand object_;
 };

@@ -111,6 +111,14 @@ std::string_view MMValue::asText(std::string& buffer) const {
     return getText();
 }
 
+std::string_view MMValue::releaseText(std::string& buffer) {
+    if (std::string* const own = std::get_if<std::string>(&content_)) {
+        buffer = std::move(*own);
+        return buffer;
+    }
+    return asText(buffer);
+}
+
 // The library's variant destroys what it did not make where the copy of a text throws.
 MMValue::MMValue(const MMValue& other) : content_(false) {
     if (const std::string* const text = std::get_if<std::string>(&other.content_)) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <compare>
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -17,7 +18,7 @@ enum MMValueType { MM_INTEGER = 1, MM_REAL = 2, MM_STRING = 3, MM_BOOLEAN = 4 };
 /// as long as those are. What an abstraction returns to a host is always its own.
 class __attribute__((visibility("default"))) MMValue {
 public:
-    enum class Kind { boolean, integer, real, text };
+    enum class Kind : std::uint8_t { boolean, integer, real, text };
 
     explicit MMValue(bool value) : content_(value) {}
     explicit MMValue(int value) : content_(value) {}
@@ -53,6 +54,9 @@ public:
 
     /// The same as a view, of the value itself or of `buffer`, which it fills when it must.
     std::string_view asText(std::string& buffer) const;
+
+    /// The same of a value that goes: a text of its own moves into `buffer`.
+    std::string_view releaseText(std::string& buffer);
 
     /// The value converted. A text must be a number, or true or false, as a whole; a real loses
     /// its fraction and must then fit an integer; a boolean counts as 1 or 0, a number as "is not

@@ -1,0 +1,42 @@
+#include "fliodram/MMFeatureReader.h"
+
+std::string_view MMAttributeReader::ask(const MMModel& model, std::string_view name,
+                                        MMObject object, std::string& buffer) {
+    if (model_ != model.identity()) {
+        key_ = model.attributeKey(name);
+        column_ = {};
+        model_ = model.identity();
+    }
+    if (key_ == mmUnknownKey || object == mmNoObject) {
+        return {};
+    }
+    std::string_view text;
+    if (model.hasColumns() && !column_.covers(object)) {
+        column_ = model.attributeColumn(object, key_);
+        if (column_.read(object, text)) {
+            return text;
+        }
+    }
+    buffer.clear();
+    return model.attribute(object, key_, buffer);
+}
+
+MMObjectRange MMTargetReader::ask(const MMModel& model, std::string_view name, MMObject object,
+                                  std::vector<MMObject>& buffer) {
+    if (model_ != model.identity()) {
+        key_ = model.associationKey(name);
+        column_ = {};
+        model_ = model.identity();
+    }
+    if (key_ == mmUnknownKey || object == mmNoObject) {
+        return {};
+    }
+    MMObjectRange targets;
+    if (model.hasColumns() && !column_.covers(object)) {
+        column_ = model.targetColumn(object, key_);
+        if (column_.read(object, targets)) {
+            return targets;
+        }
+    }
+    return model.targets(object, key_, buffer);
+}

@@ -1,0 +1,57 @@
+// Attributes and associations by name, as expressions read them of one object after the other.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "fliodram/MMColumn.h"
+#include "fliodram/MMModel.h"
+
+/// Reads one attribute: looks its name up once a model, and reads the columns of a host that has
+/// them. Member of the expression that needs it.
+class MMAttributeReader {
+public:
+    /// The attribute `name`, always the same one, of an object or of none: a view of the model's
+    /// memory, or of `buffer`, whose content is replaced.
+    std::string_view read(const MMModel& model, std::string_view name, MMObject object,
+                          std::string& buffer) {
+        std::string_view text;
+        return model_ == model.identity() && column_.read(object, text)
+                   ? text
+                   : ask(model, name, object, buffer);
+    }
+
+    /// Begins anew, with another name.
+    void reset() { model_ = 0; }
+
+private:
+    std::string_view ask(const MMModel& model, std::string_view name, MMObject object,
+                         std::string& buffer);
+
+    std::uint64_t model_ = 0;  // whose key and column they are
+    MMKey key_ = mmUnknownKey;
+    MMTextColumn column_;
+};
+
+/// Reads one association in the same manner.
+class MMTargetReader {
+public:
+    /// The targets of the association `name`, always the same one, from an object: a range of the
+    /// model's memory, or of `buffer`, which is empty.
+    MMObjectRange read(const MMModel& model, std::string_view name, MMObject object,
+                       std::vector<MMObject>& buffer) {
+        MMObjectRange targets;
+        return model_ == model.identity() && column_.read(object, targets)
+                   ? targets
+                   : ask(model, name, object, buffer);
+    }
+
+private:
+    MMObjectRange ask(const MMModel& model, std::string_view name, MMObject object,
+                      std::vector<MMObject>& buffer);
+
+    std::uint64_t model_ = 0;
+    MMKey key_ = mmUnknownKey;
+    MMTargetColumn column_;
+};
