@@ -105,7 +105,7 @@ void ModelBuilder::addRoot(MMObject object) {
 void ModelBuilder::addAttribute(MMObject object, MMKey feature, TextRef value) {
     FeatureLog& log = this->log(ModelTables::classNumber(object), feature);
     const std::uint32_t owner = ModelTables::index(object);
-    if (!log.attributes.add(owner, value)) {
+    if (!log.attributes.add(owner, value, tables_.texts)) {
         log.values.push_back({owner, value});  // the same name under another prefix
     }
 }
@@ -248,6 +248,7 @@ void ModelBuilder::settle(std::uint32_t classNumber, std::uint32_t number,
     if (isReference(classNumber, record.name, log, resolver)) {
         log.attributes = {};
         record.isAssociation = true;
+        log.hasReferences = true;
     } else {
         links_.clear();
     }
@@ -255,6 +256,7 @@ void ModelBuilder::settle(std::uint32_t classNumber, std::uint32_t number,
     if (!links.empty()) {
         record.targets = TargetColumn(links, resolver.outsideTexts(), owner.objects.size());
         record.isAssociation = true;
+        record.isContainment = !log.hasReferences;
     }
     settleValues(record, log, owner.objects.size());
 }
@@ -320,7 +322,7 @@ void ModelBuilder::settleValues(FeatureRecord& record, FeatureLog& log, std::siz
     record.isAttribute = true;
     record.values = log.values.empty() ? std::move(log.attributes)
                                        : merge(log.attributes, std::move(log.values));
-    record.values.settle(objectCount);
+    record.values.settle(objectCount, texts());
     log.attributes = {};
     log.values = {};
 }
@@ -344,7 +346,8 @@ ValueColumn ModelBuilder::merge(const ValueColumn& first, std::vector<OwnedText>
             joined += end == i + 1 ? std::string(texts().view(all[i].text)) : std::string();
             joined.append(", ").append(texts().view(all[end].text));
         }
-        result.add(all[i].owner, end == i + 1 ? all[i].text : texts().keep(std::move(joined)));
+        const TextRef text = end == i + 1 ? all[i].text : texts().keep(std::move(joined));
+        result.add(all[i].owner, text, texts());
         i = end;
     }
     return result;

@@ -44,6 +44,7 @@ struct FeatureRecord {
     /// What the document shows it to be.
     bool isAttribute = false;
     bool isAssociation = false;
+    bool isContainment = false;  // an association that reaches only what the object contains
 };
 
 /// A class that has objects.

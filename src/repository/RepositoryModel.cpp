@@ -29,6 +29,8 @@ RepositoryModel::RepositoryModel(ModelTables tables)
         fallbacks_[number].owned = tables_.featureNames.find(ownedName(name));
         fallbacks_[number].inverse = inverseOf(name);
     }
+    prepareColumns();
+    offerColumns();
 }
 
 RepositoryModel::~RepositoryModel() = default;
@@ -44,8 +46,16 @@ void RepositoryModel::noteKinds() {
             fallback.isAttribute = true;  // an association reads as a text, too
             fallback.isAssociation =
                 fallback.isAssociation || feature.isAssociation || isDeclaredAssociation;
+            fallback.hasReferences =
+                fallback.hasReferences || (feature.isAssociation && !feature.isContainment);
         }
     }
+}
+
+// The feature of a class that stands in for one that an object does not have, or null.
+const FeatureRecord* RepositoryModel::ownedFeature(const ClassRecord& owner, MMKey key) const {
+    const MMKey owned = (key & inverseBit) != 0 ? mmUnknownKey : fallbacks_[key].owned;
+    return owned == mmUnknownKey ? nullptr : owner.find(owned);
 }
 
 MMKey RepositoryModel::inverseOf(std::string_view name) const {
@@ -173,8 +183,7 @@ MMObjectRange RepositoryModel::otherTargets(MMObject object, MMKey key,
             return range;
         }
     }
-    const MMKey owned = (key & inverseBit) != 0 ? mmUnknownKey : fallbacks_[key].owned;
-    feature = owned == mmUnknownKey ? nullptr : tables_.classOf(object).find(owned);
+    feature = ownedFeature(tables_.classOf(object), key);
     return feature == nullptr ? MMObjectRange() : feature->targets.at(ModelTables::index(object));
 }
 
@@ -194,8 +203,7 @@ std::string_view RepositoryModel::otherText(MMObject object, MMKey key,
             return joinNames(range, buffer);
         }
     }
-    const MMKey owned = (key & inverseBit) != 0 ? mmUnknownKey : fallbacks_[key].owned;
-    feature = owned == mmUnknownKey ? nullptr : tables_.classOf(object).find(owned);
+    feature = ownedFeature(tables_.classOf(object), key);
     return feature == nullptr ? std::string_view() : textOf(*feature, object, buffer);
 }
 

@@ -56,6 +56,8 @@ public:
     MMObjectRange instances(MMObject object, MMKey classOfInstances,
                             std::vector<MMObject>& buffer) const override;
     MMObject outermost(MMObject object) const override;
+    MMTextColumn attributeColumn(MMObject object, MMKey attribute) const override;
+    MMTargetColumn targetColumn(MMObject object, MMKey association) const override;
 
     /// The name under which the document was read, as messages show it.
     const std::string& sourceName() const { return tables_.source.name(); }
@@ -105,9 +107,13 @@ private:
         MMKey inverse = mmUnknownKey;  // "f" for "inverse:f"
         bool isAttribute = false;      // some class has it
         bool isAssociation = false;
+        bool hasReferences = false;  // some class has it as an association that does not contain
     };
 
     void noteKinds();
+    void prepareColumns();
+    bool isExclusive(MMKey key) const;
+    const FeatureRecord* ownedFeature(const ClassRecord& owner, MMKey key) const;
     MMKey key(std::string_view name, bool Fallback::*isKnown) const;
     MMKey inverseOf(std::string_view name) const;
     bool isMeant(MMKey key, bool Fallback::*isKnown) const;

@@ -36,7 +36,7 @@ TargetColumn::TargetColumn(std::vector<Link>& links, const std::vector<TextRef>&
     if (!std::is_sorted(links.begin(), links.end(), comesBefore)) {
         std::stable_sort(links.begin(), links.end(), comesBefore);
     }
-    const bool isDense = isWorthwhile(objectCount, links.size());
+    const bool isDense = isWorthwhile(objectCount, sizeof(std::uint32_t), links.size());
     const std::size_t ownerCount = isDense ? objectCount : countOwners(links);
     targets_.reserve(links.size());
     offsets_.reserve(ownerCount + 1);
@@ -83,6 +83,15 @@ std::size_t TargetColumn::findPlace(std::uint32_t owner) const {
     return found != owners_.end() && *found == owner
                ? static_cast<std::size_t>(found - owners_.begin())
                : owners_.size();
+}
+
+void TargetColumn::show(MMTargetColumn& column) const {
+    if (owners_.empty() && !offsets_.empty()) {
+        column.count = std::min<std::uint64_t>(column.count, offsets_.size() - 1);
+        column.offsets = offsets_.data();
+        column.targets = targets_.data();
+        column.isDistinct = isDistinct_;
+    }
 }
 
 TargetColumn::OutsideRange TargetColumn::outsideAt(std::uint32_t owner) const {

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "fliodram/MMModel.h"
+#include "fliodram/MMColumn.h"
 #include "repository/TextRef.h"
 
 /// One step along an association: to an object, or with mmNoObject to something that is not in
@@ -59,6 +59,9 @@ public:
     OutsideRange outsideAt(std::uint32_t owner) const;
 
     bool empty() const { return targets_.empty() && outside_.empty(); }
+
+    /// Fills in what a column of the model shows to expressions.
+    void show(MMTargetColumn& column) const;
 
 private:
     void beginRange(std::uint32_t owner, bool isDense);

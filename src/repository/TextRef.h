@@ -31,6 +31,7 @@ class TextStore {
 public:
     /// Texts that were read lie from `base` on.
     explicit TextStore(const char* base) : base_(base) {}
+    const char* base() const { return base_; }
 
     /// A text that was read: `text` must lie behind `base`, less than 4 GiB from it.
     TextRef ref(std::string_view text) const {

@@ -1,6 +1,8 @@
 #include "evaluation/Comparison.h"
 
+#include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <sstream>
 
 #include "api/ExprParser.h"
@@ -65,11 +67,23 @@ CompiledText::CompiledText(TypeLetter type, const std::string& text) {
 }
 
 Outcome CompiledText::evaluate(MMEvaluationContext& context, const Thing& object) const {
-    const auto toThing = [](MMObject handle) { return reinterpret_cast<const Thing*>(handle); };
+    return evaluate(context, object.handle(),
+                    [](MMObject handle) { return reinterpret_cast<const Thing*>(handle); });
+}
+
+Outcome CompiledText::evaluate(MMEvaluationContext& context, const ColumnModel& model,
+                               const Thing& object) const {
+    return evaluate(context, model.handleOf(object),
+                    [&model](MMObject handle) { return &model.thingOf(handle); });
+}
+
+template <class ToThing>
+Outcome CompiledText::evaluate(MMEvaluationContext& context, MMObject object,
+                               const ToThing& toThing) const {
     try {
         return {Outcome::Kind::value,
-                value_ ? describe(value_->apply(context, object.handle()))
-                       : identifiers(collection_->apply(context, object.handle()), toThing)};
+                value_ ? describe(value_->apply(context, object))
+                       : identifiers(collection_->apply(context, object), toThing)};
     } catch (const MMEvaluationError& error) {
         return {error.isLimit() ? Outcome::Kind::limit : Outcome::Kind::failure, error.what()};
     }
@@ -101,16 +115,21 @@ std::string Comparison::difference(TypeLetter type, const std::string& text,
             ++skipped;
             continue;
         }
-        const Outcome got = compiled.evaluate(context_, *object);
+        const Outcome outcomes[] = {compiled.evaluate(context_, *object),
+                                    compiled.evaluate(columnContext_, columns_, *object)};
         // Nothing says which of two operands that have no value is evaluated first.
-        if (expected.kind == Outcome::Kind::failure && got.kind == Outcome::Kind::limit) {
+        const auto isLimit = [](const Outcome& got) { return got.kind == Outcome::Kind::limit; };
+        if (expected.kind == Outcome::Kind::failure &&
+            std::any_of(std::begin(outcomes), std::end(outcomes), isLimit)) {
             ++skipped;
             continue;
         }
         ++(expected.kind == Outcome::Kind::value ? values : failures);
-        if (!(got == expected)) {
-            return text + "\n  on " + object->id + "\n  expected: " + show(expected) +
-                   "\n  got: " + show(got);
+        for (const Outcome& got : outcomes) {
+            if (!(got == expected)) {
+                return text + "\n  on " + object->id + (&got == outcomes ? "" : " with columns") +
+                       "\n  expected: " + show(expected) + "\n  got: " + show(got);
+            }
         }
     }
     return "";

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "evaluation/ColumnModel.h"
 #include "evaluation/ExpressionGenerator.h"
 #include "evaluation/NaiveEvaluator.h"
 #include "evaluation/SmallModel.h"
@@ -32,8 +33,14 @@ public:
     /// The messages, where the text does not compile.
     const std::string& errors() const { return errors_; }
     Outcome evaluate(MMEvaluationContext& context, const Thing& object) const;
+    /// The same in a context of the model with columns.
+    Outcome evaluate(MMEvaluationContext& context, const ColumnModel& model,
+                     const Thing& object) const;
 
 private:
+    template <class ToThing>
+    Outcome evaluate(MMEvaluationContext& context, MMObject object, const ToThing& toThing) const;
+
     std::string errors_;
     OrvCountedPtr<MMValueAbsExpr> value_;
     OrvCountedPtr<MMObjectCollectionAbsExpr> collection_;
@@ -45,10 +52,11 @@ Outcome naiveOutcome(const SmallModel& model, const std::string& text, const Thi
 /// Holds compiled expressions against the naive evaluator, and counts what it saw.
 class Comparison {
 public:
-    explicit Comparison(const SmallModel& model) : model_(model), context_(model.view()) {}
+    explicit Comparison(const SmallModel& model)
+        : model_(model), columns_(model), context_(model.view()), columnContext_(columns_) {}
 
-    /// Evaluates on one object after the other. Returns what differs, or that the text does not
-    /// compile; the empty text where all agree.
+    /// Evaluates on one object after the other, without columns and with them. Returns what
+    /// differs, or that the text does not compile; the empty text where all agree.
     std::string difference(TypeLetter type, const std::string& text,
                            const std::vector<const Thing*>& objects);
 
@@ -58,7 +66,9 @@ public:
 
 private:
     const SmallModel& model_;
+    ColumnModel columns_;
     MMEvaluationContext context_;
+    MMEvaluationContext columnContext_;
 };
 
 /// True where the tests run several times slower than they are built to.

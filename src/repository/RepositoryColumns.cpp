@@ -1,0 +1,55 @@
+// The columns of a RepositoryModel, as expressions read them. A column shows what is the same for
+// all objects of its class or stands in a list under the object's index; where an object needs a
+// look at another feature, the column leaves it to the model's other operations.
+#include "repository/RepositoryModel.h"
+
+// What an absent value of an attribute reads as is the same for all objects of a class, unless
+// another feature of the object stands in for it.
+void RepositoryModel::prepareColumns() {
+    for (ClassRecord& owner : tables_.classes) {
+        for (FeatureRecord& feature : owner.features) {
+            std::string_view absentText;
+            if (feature.declared != nullptr) {
+                absentText = feature.declared->defaultText;
+            } else if (ownedFeature(owner, feature.name) == nullptr) {
+                absentText = "";
+            }
+            feature.values.prepare(tables_.texts, absentText);
+        }
+    }
+}
+
+// Whether an association reaches an object from no other but its container.
+bool RepositoryModel::isExclusive(MMKey key) const {
+    const Fallback& fallback = fallbacks_[key];
+    return key != parentKey && key != childrenKey && fallback.inverse == mmUnknownKey &&
+           !fallback.hasReferences &&
+           (fallback.owned == mmUnknownKey || !fallbacks_[fallback.owned].hasReferences);
+}
+
+MMTextColumn RepositoryModel::attributeColumn(MMObject object, MMKey attribute) const {
+    const ClassRecord& owner = tables_.classOf(object);
+    MMTextColumn column;
+    column.first = ModelTables::handle(ModelTables::classNumber(object), 0);
+    column.count = owner.objects.size();
+    const FeatureRecord* const feature = owner.find(attribute);
+    if (feature != nullptr && !feature->isAssociation) {
+        feature->values.show(column);
+    }
+    return column;
+}
+
+MMTargetColumn RepositoryModel::targetColumn(MMObject object, MMKey association) const {
+    const ClassRecord& owner = tables_.classOf(object);
+    MMTargetColumn column;
+    column.first = ModelTables::handle(ModelTables::classNumber(object), 0);
+    column.count = owner.objects.size();
+    const FeatureRecord* const feature = owner.find(association);
+    if (feature != nullptr) {
+        feature->targets.show(column);
+        column.isExclusive = isExclusive(association);
+        column.isComplete =
+            feature->declared != nullptr || ownedFeature(owner, association) == nullptr;
+    }
+    return column;
+}
