@@ -68,7 +68,7 @@ private:
         if (line.kind == EvidenceLine::Kind::path) {
             checkLinks(line, part);
         }
-        if (line.kind == EvidenceLine::Kind::path || line.kind == EvidenceLine::Kind::subject) {
+        if (line.kind >= EvidenceLine::Kind::subject) {
             return;
         }
         checked += isTrue(part, line.span, line.value, false) ? 1 : 0;

@@ -13,15 +13,9 @@ void ElementExplainer::explain(ExpressionNode& collection, MMObject element) {
     }
 }
 
-bool ElementExplainer::addSubject(const ExpressionNode& body, MMObject object) {
-    EvidenceLine line(body.getSpan(), object);
-    line.bind(EvidenceLine::Kind::subject, anchorName(AnchorKind::CURRENT), object);
-    return explanation_.add(std::move(line));
-}
-
 void ElementExplainer::atFilter(FilterExpressionNode& node) {
     explain(*node.getSource(), element_);
-    if (isThorough_ && addSubject(*node.getPredicate(), element_)) {
+    if (isThorough_ && explanation_.addSubject(*node.getPredicate(), element_)) {
         const MMVariableBinding binding(*explanation_.parts.variableOf(node), element_);
         Explainer(explanation_).explain(*node.getPredicate());
     }
@@ -40,7 +34,7 @@ void ElementExplainer::atTraverse(TraverseExpressionNode& node) {
         const MMObject object = source.objects.back();
         const MMVariableBinding binding(variable, object);
         explain(*node.getSource(), object);
-        if (addSubject(*node.getPath(), object)) {
+        if (explanation_.addSubject(*node.getPath(), object)) {
             explain(*node.getPath(), element_);
         }
     }

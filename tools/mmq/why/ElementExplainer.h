@@ -24,8 +24,6 @@ private:
     void atConditional(IfExpressionNode& node) override;
     void atPath(PathNode& node) override;
 
-    bool addSubject(const ExpressionNode& body, MMObject object);
-
     Explanation& explanation_;
     bool isThorough_;
     MMObject element_ = mmNoObject;

@@ -67,11 +67,13 @@ private:
             case EvidenceLine::Kind::elements:
                 return line.objects.empty()
                            ? valueText(line.value) + ": there is no object"
-                           : joined({valueText(line.value), " for all of ", list(line.objects)});
+                           : joined({valueText(line.value), " for each of ", list(line.objects)});
             case EvidenceLine::Kind::subject:
                 return joined({"for ", line.variable, " = ", fullName(line.object)});
             case EvidenceLine::Kind::path:
                 return pathText(line);
+            case EvidenceLine::Kind::step:
+                return joined({"reached ", valueText(line.value)});
             default:
                 return valueText(line.value);
         }
@@ -169,6 +171,9 @@ private:
                 return variable(line);
             case EvidenceLine::Kind::elements:
                 return joined({value, ",\"objects\":", uids(line.objects)});
+            case EvidenceLine::Kind::step:
+                return joined(
+                    {"\"reached\":", contentForm(std::get<std::vector<MMObject>>(line.value))});
             case EvidenceLine::Kind::path:
                 return joined({"\"path\":", links(line.links)});
             default:

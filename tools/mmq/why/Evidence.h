@@ -20,7 +20,8 @@ struct EvidenceLine {
         binding,   ///< and has it because of `object`, which `variable` was: the first one
         elements,  ///< and has it because of all `objects`, or because there are none
         subject,   ///< what follows about the part is about `object`, which `variable` is
-        path       ///< the part reached the last object of `links` this way
+        path,      ///< the part reached the last object of `links` this way
+        step       ///< the part, a step of a path, reached the objects of the value
     };
 
     /// A line of the kind `value`.
@@ -64,8 +65,8 @@ std::string evidenceText(const Evidence& evidence, const ExpressionText& text,
 
 /// The evidence as a JSON array of objects, with "line", "column" and "text" of the part and its
 /// "value", where objects are their uids, or "error"; by kind also "variable" and "object",
-/// "objects"; of a subject "variable" and "object" alone, of a path "path" alone. Evidence that was
-/// cut ends with {"isCut":true}.
+/// "objects"; of a subject "variable" and "object" alone, of a path "path" alone, of a step
+/// "reached". Evidence that was cut ends with {"isCut":true}.
 std::string evidenceJson(const Evidence& evidence, const ExpressionText& text,
                          const RepositoryModel& model);
 

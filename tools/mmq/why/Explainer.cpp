@@ -7,6 +7,7 @@
 #include <algorithm>
 
 #include "ast/LeftSpine.h"
+#include "why/DeadEnds.h"
 #include "why/ElementExplainer.h"
 
 namespace mmq {
@@ -203,6 +204,8 @@ void Explainer::visitPath(PathNode& node) {
     if (let != nullptr && !let->isExplained) {
         let->isExplained = true;
         explainOperand(*let->source);
+    } else if (node.getAssociation()) {
+        DeadEnds(explanation_).explain(node);
     }
 }
 

@@ -47,6 +47,13 @@ struct Explanation {
         return !evidence.isCut;
     }
 
+    /// Adds that what follows about `body` is about the object, which is its "current".
+    bool addSubject(const ExpressionNode& body, MMObject object) {
+        EvidenceLine subject(body.getSpan(), object);
+        subject.bind(EvidenceLine::Kind::subject, anchorName(AnchorKind::CURRENT), object);
+        return add(std::move(subject));
+    }
+
     /// The let whose variable the node is, if it is one that has been entered.
     Let* letOf(const PathNode& node) {
         const auto found = lets.find(node.getAnchorVariable().get());

@@ -61,6 +61,17 @@ std::vector<PathLink> PathTrace::linksTo(MMObject object) const {
     return links;
 }
 
+std::vector<MMObject> PathTrace::reachedBy(const MMAssociationTraversal& step) const {
+    std::vector<MMObject> objects;
+    std::set<MMObject> known;
+    for (const Arrival& arrival : arrivals_) {
+        if (arrival.step == &step && known.insert(arrival.object).second) {
+            objects.push_back(arrival.object);
+        }
+    }
+    return objects;
+}
+
 std::vector<PathLink> PathTrace::allLinks() const {
     std::vector<PathLink> links;
     for (const Arrival& arrival : arrivals_) {

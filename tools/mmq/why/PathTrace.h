@@ -32,6 +32,9 @@ public:
     /// that it does not have.
     std::vector<PathLink> linksTo(MMObject object) const;
 
+    /// The objects that a step of the path reached, each once.
+    std::vector<MMObject> reachedBy(const MMAssociationTraversal& step) const;
+
     /// All links, in the order in which they were followed; the same link twice where two steps
     /// follow it.
     std::vector<PathLink> allLinks() const;
