@@ -3,8 +3,8 @@
 
 #include <vector>
 
+#include "lint/FileErrors.h"
 #include "lint/Rule.h"
-#include "lint/YamlNode.h"
 
 namespace mmq {
 

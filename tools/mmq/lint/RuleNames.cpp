@@ -3,7 +3,7 @@
 #include <string>
 
 #include "Messages.h"
-#include "lint/YamlNode.h"
+#include "lint/FileErrors.h"
 #include "names/NameCheck.h"
 
 namespace mmq {

@@ -9,7 +9,7 @@
 
 #include "TextFile.h"
 #include "lint/MessageTemplate.h"
-#include "lint/YamlNode.h"
+#include "lint/YamlDocument.h"
 
 namespace mmq {
 
@@ -29,17 +29,17 @@ bool isWebAddress(const std::string& text) {
 /// Reads one rules file.
 class RuleFileReader {
 public:
-    explicit RuleFileReader(FileErrors& errors) : document_(errors) {}
+    explicit RuleFileReader(FileErrors& errors) : tree_(errors), document_(errors) {}
 
     RuleFile read() {
         file_.source = document_.errors().file();
-        const std::optional<YAML::Node> root = document_.load();
-        if (root) {
+        const YamlNode* const root = tree_.root();
+        if (root != nullptr) {
             document_.readMapping(
                 *root, "A rules file",
                 {{"rules", false, [this](const auto& node) { readRules(node); }},
                  {"cases", false, [this](const auto& node) { readCases(node); }}});
-            if (root->IsMap() && root->size() == 0) {
+            if (root->isMapping() && root->children.empty()) {
                 document_.fail(*root, "A rules file has rules, cases, or both.");
             }
         }
@@ -47,10 +47,10 @@ public:
     }
 
 private:
-    using Node = YAML::Node;
+    using Node = YamlNode;
 
     void fail(const Node& node, const std::string& sentence) { document_.fail(node, sentence); }
-    TextPlace place(const Node& node) const { return file_.source->place(document_.offset(node)); }
+    TextPlace place(const Node& node) const { return file_.source->place(node.offset); }
 
     // What a key does that is a text.
     std::function<void(const Node&)> textInto(std::string& variable, const char* what) {
@@ -91,7 +91,7 @@ private:
              {"may-be-absent", false,
               [&](const Node& value) { readFlag(value, rule.mayBeAbsent); }},
              {"suppress", false, [&](const Node& value) { readSuppressions(value, rule); }}});
-        if (node.IsMap() && expressions != 1) {
+        if (node.isMapping() && expressions != 1) {
             fail(node, "A rule has one of the keys \"require\" and \"find\".");
         }
         return rule;
@@ -130,7 +130,7 @@ private:
                 classes.push_back(*std::move(text));
             }
         };
-        if (node.IsSequence()) {
+        if (node.isList()) {
             document_.readList(node, "The value of for", add);
         } else {
             add(node);
@@ -221,7 +221,7 @@ private:
         ExpectedFinding finding;
         finding.rule = rule;
         finding.place = place(node);
-        if (!node.IsMap()) {
+        if (!node.isMapping()) {
             textInto(finding.element, "The element of a finding")(node);
             findings.push_back(std::move(finding));
             return;
@@ -233,6 +233,7 @@ private:
         });
     }
 
+    YamlTree tree_;
     YamlDocument document_;
     RuleFile file_;
 };

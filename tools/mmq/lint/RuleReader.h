@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "lint/FileErrors.h"
 #include "lint/Rule.h"
-#include "lint/YamlNode.h"
 
 namespace mmq {
 
