@@ -12,6 +12,7 @@
 
 #include "api/ExprParser.h"
 #include "api/RecordingDialogs.h"
+#include "codegen/SourceMap.h"
 #include "evaluation/SmallModel.h"
 #include "fliodram/MMEvaluationError.h"
 #include "support/AllocationCounter.h"
@@ -77,6 +78,8 @@ std::string compileAll(const std::string& text) {
     outcome += ExprParser::parseCondition(dialogs, text) ? 'c' : '-';
     outcome += ExprParser::parseAssociatedAttribute(dialogs, text) ? 'v' : '-';
     outcome += ExprParser::parseComplexAssociation(dialogs, text) ? 'o' : '-';
+    SourceMap map;
+    outcome += ExprParser::parseMappedAssociatedAttribute(dialogs, text, map) ? 'm' : '-';
     return outcome;
 }
 
@@ -90,8 +93,9 @@ TEST(FailingAllocation, OfCompilations) {
             permitted.push_back(whole);
             permitted.back()[i] = '-';
         }
-        permitted.emplace_back("---");
-        permitted.push_back(whole.substr(0, 1) + "--");
+        permitted.emplace_back("----");
+        permitted.push_back(whole.substr(0, 1) + "---");
+        permitted.push_back(whole.substr(0, 2) + "--");
         failEveryAllocation([&] { return compileAll(text); }, permitted, text);
     }
     std::cerr.rdbuf(buffer);

@@ -8,6 +8,7 @@
 
 #include "api/ExprParser.h"
 #include "api/RecordingDialogs.h"
+#include "codegen/SourceMap.h"
 #include "evaluation/SmallModel.h"
 #include "fliodram/MMEvaluationError.h"
 #include "foundation/Tracked.h"
@@ -17,7 +18,7 @@
 namespace {
 
 constexpr std::size_t compilations = 10000;
-constexpr std::size_t entryPoints = 3;
+constexpr std::size_t entryPoints = 4;
 
 // Only the bodies are allocated, each with what its list of links begins with.
 TEST(Lifetime, PointersAllocateNothing) {
@@ -101,6 +102,9 @@ void compile(const std::string& text, const SmallModel* model) {
     const auto condition = ExprParser::parseCondition(dialogs, text);
     const auto attribute = ExprParser::parseAssociatedAttribute(dialogs, text);
     const auto association = ExprParser::parseComplexAssociation(dialogs, text);
+    SourceMap map;
+    const auto mapped = ExprParser::parseMappedAssociatedAttribute(dialogs, text, map);
+    EXPECT_EQ(static_cast<bool>(mapped), static_cast<bool>(attribute)) << shown(text);
     if (model != nullptr) {
         evaluate(condition, *model);
         evaluate(attribute, *model);
