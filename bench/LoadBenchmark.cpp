@@ -22,6 +22,7 @@
 #include <vector>
 
 #include "ChildProcess.h"
+#include "ProgramBenchmark.h"
 #include "SyntheticDocuments.h"
 #include "repository/ModelReader.h"
 
@@ -123,21 +124,6 @@ void addReaders(const std::string& path, const std::string& text) {
     }
 }
 
-void addStart(const std::string& name, const std::vector<std::string>& command) {
-    runCommand(command);
-    benchmark::RegisterBenchmark(("start/first/" + name).c_str(),
-                                 [command](benchmark::State& state) {
-                                     RunTime time;
-                                     for (auto _ : state) {
-                                         time = runCommand(command);
-                                         state.SetIterationTime(time.elapsed.count());
-                                     }
-                                     state.counters["processor"] = time.processor.count();
-                                 })
-        ->UseManualTime()
-        ->Iterations(1);
-}
-
 void writeFile(const std::string& path, const std::string& text) {
     std::ofstream(path, std::ios::binary) << text;
 }
@@ -160,9 +146,13 @@ int main(int argc, char** argv) try {
     std::string text;
     addReaders(large, text);
     text = contentOf(large);
-    addStart("ours", {MMQ, "eval", "--model", small + ".uml", R"(size (all "Class"))"});
-    addStart("jq",
-             {"jq", R"([.. | objects | select(.class == "Class")] | length)", small + ".json"});
+    addProgram("start/first/ours",
+               {MMQ, "eval", "--model", small + ".uml", R"(size (all "Class"))"});
+    addProgram(
+        "start/first/xmllint",
+        {"xmllint", "--xpath", "count(//*[@*[local-name()='type']='uml:Class'])", small + ".uml"});
+    addProgram("start/first/jq",
+               {"jq", R"([.. | objects | select(.class == "Class")] | length)", small + ".json"});
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 } catch (const std::exception& exception) {

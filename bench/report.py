@@ -1,7 +1,7 @@
 """Makes tables of what the benchmarks wrote, and says which aims are met.
 
-bench/report.py PART... prints the tables of parts (compile, evaluate, load), each read from
-build/bench/results/PART.json; bench/report.py --document prints all of docs/performance.md. Times
+bench/report.py PART... prints the tables of parts (compile, evaluate, load, threads), each read
+from build/bench/results/PART.json; bench/report.py --document prints all of docs/performance.md. Times
 are medians of the processor's time over rounds of all engines in turn; a ratio is another's time
 through ours: above 1 we are faster.
 """
@@ -37,8 +37,8 @@ QUERIES = {
 INDEXED = ["count", "prefix", "every"]  # the index of instances leaves nothing but the work
 # What a query has to look at, as a power of the number of classes; the closure's result says its own.
 DEMAND = {"count": 0, "sorted": math.log(20 * math.log(20000) / math.log(1000), 20)}
-PACKAGES = ["g++", "libpugixml-dev", "libxml2-dev", "libexpat1-dev", "libluajit-5.1-dev",
-            "liblua5.4-dev", "jq", "libre2-dev", "libbenchmark-dev"]
+PACKAGES = ["g++", "libpugixml-dev", "libxml2-dev", "libxml2-utils", "libexpat1-dev",
+            "libluajit-5.1-dev", "liblua5.4-dev", "jq", "libre2-dev", "libbenchmark-dev"]
 
 
 class Results:
@@ -219,7 +219,8 @@ def load_tables(results):
     yield table(["", "by the clock", "on processors"],
                 [[name, milliseconds(results.time("start", "first", engine)),
                   milliseconds(results.counter("start", "first", engine, "processor") * 1e9)]
-                 for engine, name in (("ours", "mmq"), ("jq", "jq"))])
+                 for engine, name in (("ours", "mmq"), ("xmllint", "xmllint --xpath"),
+                                      ("jq", "jq"))])
 
 
 def load_aims(results):
@@ -234,11 +235,38 @@ def load_aims(results):
                   memory <= bound)
 
 
+# --- threads
+
+JUDGES = {"lint": "`mmq lint`"}
+
+
+def threads_tables(results):
+    yield ("A program that judges 100,000 operations, from its start to its end, in milliseconds by the "
+           "clock: how much faster two threads are in what a condition adds to one that says "
+           "nothing.\n")
+    yield table(["", "nothing to do", "one thread", "two threads", "times as fast"],
+                [[caption] + [milliseconds(results.time("threads", command, name))
+                              for name in ("idle", "one", "two")] + [factor(gain(results, command))]
+                 for command, caption in JUDGES.items()])
+
+
+def gain(results, command):
+    idle, one, two = (results.time("threads", command, name) for name in ("idle", "one", "two"))
+    return (one - idle) / (two - idle)
+
+
+def threads_aims(results):
+    least, command = min((gain(results, command), command) for command in JUDGES)
+    yield aim("threads: at least 1.7 times as fast on 2 cores", f"{factor(least)} ({command})",
+              least >= 1.7)
+
+
 # --- the document
 
 PARTS = {"compile": ("Compiling", compile_tables, compile_aims),
          "evaluate": ("Evaluating", evaluate_tables, evaluate_aims),
-         "load": ("Loading", load_tables, load_aims)}
+         "load": ("Loading", load_tables, load_aims),
+         "threads": ("Threads", threads_tables, threads_aims)}
 
 
 def output_of(*command):
