@@ -3,6 +3,11 @@ add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 if(EXPRPARSER_WARNINGS_AS_ERRORS)
   add_compile_options(-Werror)
 endif()
+# A unity build includes source files, and g++ takes them for headers: there a class with a member
+# of an unnamed namespace is no mistake.
+if(CMAKE_UNITY_BUILD)
+  add_compile_options(-Wno-subobject-linkage)
+endif()
 
 if(EXPRPARSER_INSTRUMENT STREQUAL "sanitize")
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all

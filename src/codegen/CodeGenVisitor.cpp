@@ -194,9 +194,11 @@ void CodeGenVisitor::combineBinary(BinaryOperator op, const OrvCyclicPtr<MMValue
 void CodeGenVisitor::visitUnaryExpression(UnaryExpressionNode& node) {
     const auto operand = generate<MMValueExpr>(*node.getExpr());
     const OrvCyclicPtr<MMValueExpr> none;
-    push(node.getOp() == UnaryOperator::MINUS
-             ? TargetPtr(new MMArithmeticExpr(operand, MM_SUBTRACT, none))
-             : TargetPtr(new MMBooleanExpr(operand, MM_NOT, none)));
+    if (node.getOp() == UnaryOperator::MINUS) {
+        push(TargetPtr(new MMArithmeticExpr(operand, MM_SUBTRACT, none)));
+    } else {
+        push(TargetPtr(new MMBooleanExpr(operand, MM_NOT, none)));
+    }
 }
 
 // Replaces the last targets on the stack, as many as there are arguments, by the call. No generator

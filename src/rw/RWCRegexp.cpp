@@ -3,7 +3,8 @@
 #include <re2/re2.h>
 
 #include <optional>
-#include <string>
+
+#include "rw/PlainPattern.h"
 
 namespace {
 
@@ -25,51 +26,6 @@ void requireMemory(std::size_t patternSize) {
     ::operator delete(::operator new(least + perByte * patternSize));
 }
 
-/// A pattern that consists of characters that stand for themselves, perhaps bound to the beginning
-/// or the end of the text: it needs no engine to be found.
-struct PlainPattern {
-    std::string text;
-    bool isAtStart = false;
-    bool isAtEnd = false;
-
-    bool matches(std::string_view subject) const {
-        if (isAtStart && isAtEnd) {
-            return subject == text;
-        }
-        if (isAtStart) {
-            return subject.starts_with(text);
-        }
-        return isAtEnd ? subject.ends_with(text) : subject.find(text) != std::string_view::npos;
-    }
-};
-
-bool isIn(char c, char first, char last) { return c >= first && c <= last; }
-
-bool isWordCharacter(char c) {
-    return isIn(c, 'a', 'z') || isIn(c, 'A', 'Z') || isIn(c, '0', '9') || c == '_';
-}
-
-// The plain form of a pattern of ASCII characters, where it has one.
-std::optional<PlainPattern> plainForm(std::string_view pattern) {
-    constexpr std::string_view plainMarks = " !\"#%&',-/:;<=>@`~";
-    PlainPattern plain;
-    plain.isAtStart = pattern.starts_with('^');
-    for (std::size_t i = plain.isAtStart ? 1 : 0; i < pattern.size(); ++i) {
-        const bool isLast = i + 1 == pattern.size();
-        if (pattern[i] == '$' && isLast) {
-            plain.isAtEnd = true;
-        } else if (pattern[i] == '\\' && !isLast && isIn(pattern[i + 1], '!', '~') &&
-                   !isWordCharacter(pattern[i + 1])) {
-            plain.text += pattern[++i];
-        } else if (isWordCharacter(pattern[i]) || plainMarks.find(pattern[i]) != plainMarks.npos) {
-            plain.text += pattern[i];
-        } else {
-            return std::nullopt;
-        }
-    }
-    return plain;
-}
-
 }  // namespace
 
 class RWCRegexp::Engine {
@@ -77,7 +33,7 @@ public:
     explicit Engine(std::string_view pattern)
         : expression_(re2::StringPiece(pattern.data(), pattern.size()), quietOptions()) {
         if (expression_.ok()) {
-            plain_ = plainForm(pattern);
+            plain_ = PlainPattern::of(pattern);
         }
     }
     const RE2& expression() const { return expression_; }

@@ -11,13 +11,13 @@
 
 namespace {
 
-constexpr std::size_t size = 64;
+constexpr std::size_t blockSize = 64;
 constexpr std::size_t pieces = 100;
 
 /// Has the pool keep so many pieces, and nothing again afterwards.
 class Limit {
 public:
-    explicit Limit(std::size_t kept) { OrvMemoryPool::setLimit(kept * size); }
+    explicit Limit(std::size_t kept) { OrvMemoryPool::setLimit(kept * blockSize); }
     Limit(const Limit&) = delete;
     Limit& operator=(const Limit&) = delete;
     ~Limit() { OrvMemoryPool::setLimit(0); }
@@ -26,14 +26,14 @@ public:
 std::vector<void*> take() {
     std::vector<void*> taken;
     for (std::size_t i = 0; i < pieces; ++i) {
-        taken.push_back(OrvMemoryPool::allocate(size));
+        taken.push_back(OrvMemoryPool::allocate(blockSize));
     }
     return taken;
 }
 
 void giveBack(const std::vector<void*>& taken) {
     for (void* const piece : taken) {
-        OrvMemoryPool::deallocate(piece, size);
+        OrvMemoryPool::deallocate(piece, blockSize);
     }
 }
 
@@ -59,10 +59,10 @@ TEST(MemoryPool, GivesAPieceAgainAndBackWithItsThread) {
     std::thread([&taken] {
         giveBack(taken);  // by a thread that did not take them
         const std::ptrdiff_t kept = AllocationCounter::live();
-        void* const again = OrvMemoryPool::allocate(size);
+        void* const again = OrvMemoryPool::allocate(blockSize);
         EXPECT_EQ(again, taken.back());
         EXPECT_EQ(AllocationCounter::live(), kept);
-        OrvMemoryPool::deallocate(again, size);
+        OrvMemoryPool::deallocate(again, blockSize);
     }).join();
     EXPECT_EQ(AllocationCounter::live(), before - static_cast<std::ptrdiff_t>(pieces));
 }
