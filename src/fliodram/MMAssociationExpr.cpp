@@ -120,22 +120,21 @@ MMTraversalState& MMAssociationExpr::state() const {
     return *state_;
 }
 
-std::optional<MMObjectRange> MMAssociationExpr::findRange(MMEvaluationContext& context,
-                                                          std::vector<MMObject>& buffer) const {
+bool MMAssociationExpr::findRange(MMEvaluationContext& context, MMObjectRange& range,
+                                  std::vector<MMObject>& buffer) const {
     if (!traversal_->isSingle() || traversal_->hasCondition()) {
-        return std::nullopt;
+        return false;
     }
     context.checkDepth();
-    const MMObjectRange targets = traversal_->targets(context, object_.evaluate(context), buffer);
-    if (targets.isDistinct || targets.size() < 2) {
-        return targets;
+    traversal_->findTargets(context, object_.evaluate(context), range, buffer);
+    if (!range.isDistinct && range.size() > 1) {
+        std::vector<MMObject> kept;
+        range = distinct(context, state(), range, kept);
+        if (!kept.empty()) {
+            buffer.swap(kept);
+        }
     }
-    std::vector<MMObject> kept;
-    const MMObjectRange result = distinct(context, state(), targets, kept);
-    if (!kept.empty()) {
-        buffer.swap(kept);
-    }
-    return result;
+    return true;
 }
 
 bool MMAssociationExpr::forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const {
@@ -146,7 +145,8 @@ bool MMAssociationExpr::forEach(MMEvaluationContext& context, MMObjectConsumer& 
     }
     std::vector<MMObject> buffer;
     std::vector<MMObject> kept;
-    MMObjectRange targets = traversal_->targets(context, object_.evaluate(context), buffer);
+    MMObjectRange targets;
+    traversal_->findTargets(context, object_.evaluate(context), targets, buffer);
     if (!targets.isDistinct) {
         targets = distinct(context, state(), targets, kept);
     }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <memory>
-#include <optional>
 #include <vector>
 
 #include "fliodram/MMAbsExpr.h"
@@ -43,9 +42,15 @@ public:
     bool hasCondition() const { return static_cast<bool>(condition_); }
 
     /// The objects of the association, whatever the condition; none of no object.
+    void findTargets(MMEvaluationContext& context, MMObject object, MMObjectRange& targets,
+                     std::vector<MMObject>& buffer) const {
+        reader_.read(context.getModel(), name_.view(), object, targets, buffer);
+    }
     MMObjectRange targets(MMEvaluationContext& context, MMObject object,
                           std::vector<MMObject>& buffer) const {
-        return reader_.read(context.getModel(), name_.view(), object, buffer);
+        MMObjectRange targets;
+        findTargets(context, object, targets, buffer);
+        return targets;
     }
     /// Whether the condition holds for an object; true without a condition.
     bool admits(MMEvaluationContext& context, MMObject object) const {
@@ -84,8 +89,8 @@ public:
     const MMObjectExpr& getObject() const { return *object_.get(); }
 
     bool forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const override;
-    std::optional<MMObjectRange> findRange(MMEvaluationContext& context,
-                                           std::vector<MMObject>& buffer) const override;
+    bool findRange(MMEvaluationContext& context, MMObjectRange& range,
+                   std::vector<MMObject>& buffer) const override;
     void print(MMTargetPrinter& printer) const override;
 
 private:

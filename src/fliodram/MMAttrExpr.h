@@ -13,6 +13,11 @@ public:
 
     MMValue evaluate(MMEvaluationContext& context) const override;
     std::string_view evaluateText(MMEvaluationContext& context, std::string& buffer) const override;
+    const std::string_view* findCode(MMEvaluationContext& context,
+                                     std::size_t& code) const override;
+    bool mayHaveCodes() const override {
+        return constantName_.data() != nullptr && object_.isVariable();
+    }
     void print(MMTargetPrinter& printer) const override;
 
 private:
@@ -32,10 +37,14 @@ public:
 
     MMValue evaluate(MMEvaluationContext& context) const override;
     std::string_view evaluateText(MMEvaluationContext& context, std::string& buffer) const override;
+    const std::string_view* findCode(MMEvaluationContext& context,
+                                     std::size_t& code) const override;
+    bool mayHaveCodes() const override { return object_.isVariable(); }
     void print(MMTargetPrinter& printer) const override;
 
 private:
     MMObjectOperand object_;
+    mutable MMClassNameReader reader_;
 };
 
 /// The text that identifies an object; the empty text for no object.

@@ -18,7 +18,7 @@ public:
     Filter(MMEvaluationContext& context, const MMValueAbsExpr& predicate, MMObjectConsumer& next)
         : context_(context), predicate_(predicate), next_(next) {}
 
-    bool take(MMObjectRange objects) override {
+    bool take(const MMObjectRange& objects) override {
         for (const MMObject& object : objects) {
             context_.step();
             if (predicate_.evaluateBooleanFor(context_, object) && !takeOne(next_, object)) {
@@ -41,7 +41,7 @@ public:
              MMObjectConsumer& next)
         : context_(context), function_(function), next_(next) {}
 
-    bool take(MMObjectRange objects) override {
+    bool take(const MMObjectRange& objects) override {
         for (const MMObject object : objects) {
             context_.step();
             if (!function_.forEachOf(context_, object, next_)) {
@@ -62,7 +62,7 @@ class Unique final : public MMObjectConsumer {
 public:
     Unique(MMEvaluationContext& context, MMObjectConsumer& next) : context_(context), next_(next) {}
 
-    bool take(MMObjectRange objects) override {
+    bool take(const MMObjectRange& objects) override {
         for (const MMObject& object : objects) {
             context_.step();
             if (seen_.insert({object})) {
@@ -87,7 +87,7 @@ public:
     Map(MMEvaluationContext& context, const MMValueAbsExpr& function, MMTextConsumer& next)
         : context_(context), function_(function), next_(next) {}
 
-    bool take(MMObjectRange objects) override {
+    bool take(const MMObjectRange& objects) override {
         std::string buffer;
         for (const MMObject object : objects) {
             context_.step();
@@ -163,22 +163,25 @@ MMAllInstancesExpr::MMAllInstancesExpr(const OrvCyclicPtr<MMValueExpr>& classNam
                                        const OrvCyclicPtr<MMObjectExpr>& model)
     : className_(*this, className), model_(*this, model) {}
 
-std::optional<MMObjectRange> MMAllInstancesExpr::findRange(MMEvaluationContext& context,
-                                                           std::vector<MMObject>& buffer) const {
+bool MMAllInstancesExpr::findRange(MMEvaluationContext& context, MMObjectRange& range,
+                                   std::vector<MMObject>& buffer) const {
     context.checkDepth();
     std::string nameBuffer;
     const MMKey key = key_.keyOf(
         context.getModel(), className_->evaluateText(context, nameBuffer),
         [](const MMModel& model, std::string_view className) { return model.classKey(className); });
     const MMObject object = model_.evaluate(context);
-    const bool isKnown = key != mmUnknownKey && object != mmNoObject;
-    return isKnown ? context.getModel().instances(object, key, buffer) : MMObjectRange();
+    if (key != mmUnknownKey && object != mmNoObject) {
+        range = context.getModel().instances(object, key, buffer);
+    }
+    return true;
 }
 
 bool MMAllInstancesExpr::forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const {
     std::vector<MMObject> buffer;
-    const std::optional<MMObjectRange> instances = findRange(context, buffer);
-    return instances->size() == 0 || consumer.take(*instances);
+    MMObjectRange range;
+    findRange(context, range, buffer);
+    return range.size() == 0 || consumer.take(range);
 }
 
 void MMAllInstancesExpr::print(MMTargetPrinter& printer) const {

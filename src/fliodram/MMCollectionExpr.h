@@ -1,7 +1,6 @@
 // Collections made from collections, and the collection of all objects of a class.
 #pragma once
 
-#include <optional>
 #include <vector>
 
 #include "fliodram/MMAbsExpr.h"
@@ -71,8 +70,8 @@ public:
                        const OrvCyclicPtr<MMObjectExpr>& model);
 
     bool forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const override;
-    std::optional<MMObjectRange> findRange(MMEvaluationContext& context,
-                                           std::vector<MMObject>& buffer) const override;
+    bool findRange(MMEvaluationContext& context, MMObjectRange& range,
+                   std::vector<MMObject>& buffer) const override;
     void print(MMTargetPrinter& printer) const override;
 
 private:

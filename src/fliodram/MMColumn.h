@@ -1,6 +1,7 @@
 // Attributes and associations of many objects at once, for hosts that keep them side by side.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -15,16 +16,18 @@ struct MMTextPlace {
     std::uint32_t length = elsewhere;
 };
 
-/// The values of one attribute for `count` objects whose handles follow each other.
+/// The values of one attribute, or the names of the classes, of `count` objects whose handles
+/// follow each other.
 ///
-/// Either a code for each object, the number of its text in a short list, or the place of each
-/// text. What read() does not know, MMModel::attribute() tells; a column without codes and places
-/// says that it is to be asked for each of these objects.
+/// Either a short list of texts and a code for each object, the number of its text in the list (0,
+/// where there are no codes); or the place of each text. What read() does not know, the model is
+/// asked for; a column without texts and places says that it is to be asked for each of these
+/// objects.
 struct MMTextColumn {
     MMObject first = mmNoObject;
     std::uint64_t count = 0;
-    const std::uint8_t* codes = nullptr;
     const std::string_view* texts = nullptr;  // by code; one without data is not known
+    const std::uint8_t* codes = nullptr;
     const MMTextPlace* places = nullptr;
     const char* base = nullptr;
 
@@ -36,8 +39,8 @@ struct MMTextColumn {
         if (index >= count) {
             return false;
         }
-        if (codes != nullptr) {
-            text = texts[codes[index]];
+        if (texts != nullptr) {
+            text = texts[codes != nullptr ? codes[index] : 0];
             return text.data() != nullptr;
         }
         if (places == nullptr || places[index].length >= MMTextPlace::elsewhere) {
@@ -45,6 +48,17 @@ struct MMTextColumn {
         }
         text = {base + places[index].offset, places[index].length};
         return true;
+    }
+
+    /// The list of texts, and in `code` the number of the object's text in it; null where the
+    /// column has no list, or does not know the text.
+    const std::string_view* findCode(MMObject object, std::size_t& code) const {
+        const std::uint64_t index = object - first;
+        if (index >= count || texts == nullptr) {
+            return nullptr;
+        }
+        code = codes != nullptr ? codes[index] : 0;
+        return texts[code].data() != nullptr ? texts : nullptr;
     }
 };
 

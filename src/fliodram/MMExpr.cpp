@@ -23,6 +23,11 @@ std::string_view MMValueExpr::evaluateText(MMEvaluationContext& context,
     return evaluate(context).releaseText(buffer);
 }
 
+const std::string_view* MMValueExpr::findCode(MMEvaluationContext& /*context*/,
+                                              std::size_t& /*code*/) const {
+    return nullptr;
+}
+
 void MMValueExpr::appendText(MMEvaluationContext& context, std::string& text) const {
     std::string buffer;
     const std::string_view piece = evaluateText(context, buffer);
@@ -30,7 +35,7 @@ void MMValueExpr::appendText(MMEvaluationContext& context, std::string& text) co
     text.append(piece);
 }
 
-std::optional<MMObjectRange> MMObjectCollectionExpr::findRange(
-    MMEvaluationContext& /*context*/, std::vector<MMObject>& /*buffer*/) const {
-    return std::nullopt;
+bool MMObjectCollectionExpr::findRange(MMEvaluationContext& /*context*/, MMObjectRange& /*range*/,
+                                       std::vector<MMObject>& /*buffer*/) const {
+    return false;
 }

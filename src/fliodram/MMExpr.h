@@ -1,6 +1,7 @@
 // The abstract target expressions, one class a kind of result.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -78,6 +79,12 @@ public:
     /// is replaced.
     virtual std::string_view evaluateText(MMEvaluationContext& context, std::string& buffer) const;
 
+    /// The value as a number, set in `code`, in a short list of texts of the model, which is
+    /// returned; null where it does not stand in one. Of expressions with mayHaveCodes() only: it
+    /// evaluates nothing that evaluateText() would have to evaluate again.
+    virtual const std::string_view* findCode(MMEvaluationContext& context, std::size_t& code) const;
+    virtual bool mayHaveCodes() const { return false; }
+
     /// Appends the value, as a text, to a text that is being made, within the limits.
     virtual void appendText(MMEvaluationContext& context, std::string& text) const;
 
@@ -113,7 +120,7 @@ public:
     MMObjectConsumer& operator=(const MMObjectConsumer&) = delete;
 
     /// Takes the next objects, in order; returns false when no more are wanted.
-    virtual bool take(MMObjectRange objects) = 0;
+    virtual bool take(const MMObjectRange& objects) = 0;
 
 protected:
     ~MMObjectConsumer() = default;
@@ -133,11 +140,11 @@ public:
     /// than it wants; returns false when the consumer stopped. Throws MMEvaluationError.
     virtual bool forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const = 0;
 
-    /// The whole collection, where it lies in memory already or costs next to nothing: a range of
-    /// the model's memory, of the expression's, or of `buffer`, which is empty. Throws
-    /// MMEvaluationError.
-    virtual std::optional<MMObjectRange> findRange(MMEvaluationContext& context,
-                                                   std::vector<MMObject>& buffer) const;
+    /// Sets `range` to the whole collection, where that lies in memory already or costs next to
+    /// nothing: a range of the model's memory, of the expression's, or of `buffer`, which is empty.
+    /// Returns false, and does nothing, where it does not. Throws MMEvaluationError.
+    virtual bool findRange(MMEvaluationContext& context, MMObjectRange& range,
+                           std::vector<MMObject>& buffer) const;
 };
 
 /// Hands the objects of a collection to a consumer whose class is known, as forEach() does; where
@@ -146,8 +153,9 @@ template <class Consumer>
 bool forEachObject(MMEvaluationContext& context, const MMObjectCollectionExpr& collection,
                    Consumer& consumer) {
     std::vector<MMObject> buffer;
-    const std::optional<MMObjectRange> range = collection.findRange(context, buffer);
-    return range ? consumer.take(*range) : collection.forEach(context, consumer);
+    MMObjectRange range;
+    return collection.findRange(context, range, buffer) ? consumer.take(range)
+                                                        : collection.forEach(context, consumer);
 }
 
 /// Takes the texts of a collection as they are made; the view is valid during the call.

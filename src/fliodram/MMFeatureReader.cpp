@@ -21,6 +21,17 @@ std::string_view MMAttributeReader::ask(const MMModel& model, std::string_view n
     return model.attribute(object, key_, buffer);
 }
 
+std::string_view MMClassNameReader::ask(const MMModel& model, MMObject object) {
+    if (object == mmNoObject) {
+        return {};
+    }
+    if (model.hasColumns()) {
+        column_ = model.classNameColumn(object);
+        model_ = model.identity();
+    }
+    return model.className(object);
+}
+
 MMObjectRange MMTargetReader::ask(const MMModel& model, std::string_view name, MMObject object,
                                   std::vector<MMObject>& buffer) {
     if (model_ != model.identity()) {

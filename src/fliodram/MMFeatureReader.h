@@ -22,6 +22,13 @@ public:
                    : ask(model, name, object, buffer);
     }
 
+    /// The list of texts in which the value stands, where there is one, and its number: see
+    /// MMTextColumn::findCode(). Known once the attribute was read of an object of the column.
+    const std::string_view* findCode(const MMModel& model, MMObject object,
+                                     std::size_t& code) const {
+        return model_ == model.identity() ? column_.findCode(object, code) : nullptr;
+    }
+
     /// Begins anew, with another name.
     void reset() { model_ = 0; }
 
@@ -34,17 +41,37 @@ private:
     MMTextColumn column_;
 };
 
+/// Reads the names of classes in the same manner.
+class MMClassNameReader {
+public:
+    /// The name of the class of an object, or the empty text for none.
+    std::string_view read(const MMModel& model, MMObject object) {
+        std::string_view text;
+        return model_ == model.identity() && column_.read(object, text) ? text : ask(model, object);
+    }
+
+    const std::string_view* findCode(const MMModel& model, MMObject object,
+                                     std::size_t& code) const {
+        return model_ == model.identity() ? column_.findCode(object, code) : nullptr;
+    }
+
+private:
+    std::string_view ask(const MMModel& model, MMObject object);
+
+    std::uint64_t model_ = 0;
+    MMTextColumn column_;
+};
+
 /// Reads one association in the same manner.
 class MMTargetReader {
 public:
     /// The targets of the association `name`, always the same one, from an object: a range of the
     /// model's memory, or of `buffer`, which is empty.
-    MMObjectRange read(const MMModel& model, std::string_view name, MMObject object,
-                       std::vector<MMObject>& buffer) {
-        MMObjectRange targets;
-        return model_ == model.identity() && column_.read(object, targets)
-                   ? targets
-                   : ask(model, name, object, buffer);
+    void read(const MMModel& model, std::string_view name, MMObject object, MMObjectRange& targets,
+              std::vector<MMObject>& buffer) {
+        if (model_ != model.identity() || !column_.read(object, targets)) {
+            targets = ask(model, name, object, buffer);
+        }
     }
 
 private:

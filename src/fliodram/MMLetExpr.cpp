@@ -104,19 +104,22 @@ void MMObjectCollectionBindingExpr::printCall(MMTargetPrinter& printer) const {
     printer.begin("MMObjectCollectionBindingExpr").operand(expr_.get()).end();
 }
 
-std::optional<MMObjectRange> MMObjectCollectionBindingExpr::findRange(
-    MMEvaluationContext& context, std::vector<MMObject>& /*buffer*/) const {
+bool MMObjectCollectionBindingExpr::findRange(MMEvaluationContext& context, MMObjectRange& range,
+                                              std::vector<MMObject>& /*buffer*/) const {
     if (isEmpty(state_)) {
         context.checkDepth();
         state_.content = MMObjectCollector::collect(context, *expr_);
     }
-    return rangeOf(std::get<std::vector<MMObject>>(state_.content));
+    range = rangeOf(std::get<std::vector<MMObject>>(state_.content));
+    return true;
 }
 
 bool MMObjectCollectionBindingExpr::forEach(MMEvaluationContext& context,
                                             MMObjectConsumer& consumer) const {
     std::vector<MMObject> buffer;
-    return consumer.take(*findRange(context, buffer));
+    MMObjectRange range;
+    findRange(context, range, buffer);
+    return consumer.take(range);
 }
 
 MMStringCollectionBindingExpr::MMStringCollectionBindingExpr() : expr_(*this) {}

@@ -1,7 +1,6 @@
 // Let expressions and the bindings that they cache.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -78,8 +77,8 @@ public:
     void expr(const OrvCyclicPtr<MMObjectCollectionExpr>& expr);
 
     bool forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const override;
-    std::optional<MMObjectRange> findRange(MMEvaluationContext& context,
-                                           std::vector<MMObject>& buffer) const override;
+    bool findRange(MMEvaluationContext& context, MMObjectRange& range,
+                   std::vector<MMObject>& buffer) const override;
     void exchangeState(MMCachedState& state) noexcept override;
     void print(MMTargetPrinter& printer) const override;
     void printCall(MMTargetPrinter& printer) const;

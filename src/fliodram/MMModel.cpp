@@ -17,6 +17,8 @@ MMModel::MMModel() : identity_(nextIdentity()) {}
 MMModel::~MMModel() = default;
 void MMModel::renewKeys() { identity_ = nextIdentity(); }
 
+MMTextColumn MMModel::classNameColumn(MMObject /*object*/) const { return {}; }
+
 MMTextColumn MMModel::attributeColumn(MMObject /*object*/, MMKey /*attribute*/) const { return {}; }
 
 MMTargetColumn MMModel::targetColumn(MMObject /*object*/, MMKey /*association*/) const {

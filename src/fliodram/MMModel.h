@@ -84,10 +84,11 @@ public:
     virtual MMObject outermost(MMObject object) const = 0;
 
     /// For hosts that keep the values of many objects side by side, and have called
-    /// offerColumns(): the column (see MMColumn.h) with the object and an attribute, or with the
-    /// object and an association. Expressions read it instead of asking for each object, with the
+    /// offerColumns(): the column (see MMColumn.h) with the object and the name of its class, an
+    /// attribute or an association. Expressions read it instead of asking for each object, with the
     /// same result. It stays valid for as long as identity() stays what it is. Here, columns that
     /// know nothing.
+    virtual MMTextColumn classNameColumn(MMObject object) const;
     virtual MMTextColumn attributeColumn(MMObject object, MMKey attribute) const;
     virtual MMTargetColumn targetColumn(MMObject object, MMKey association) const;
     bool hasColumns() const { return hasColumns_; }

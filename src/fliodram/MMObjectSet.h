@@ -97,7 +97,7 @@ class MMObjectCollector final : public MMObjectConsumer {
 public:
     explicit MMObjectCollector(MMEvaluationContext& context) : context_(context) {}
 
-    bool take(MMObjectRange objects) override {
+    bool take(const MMObjectRange& objects) override {
         context_.step(objects.size());
         context_.checkCollectionSize(objects_.size() + objects.size());
         objects_.insert(objects_.end(), objects.begin(), objects.end());

@@ -11,7 +11,7 @@ public:
     FirstObject(const MMTarget& target, bool isFirstEnough)
         : target_(target), isFirstEnough_(isFirstEnough) {}
 
-    bool take(MMObjectRange objects) override {
+    bool take(const MMObjectRange& objects) override {
         if (objects.size() == 0) {
             return true;
         }

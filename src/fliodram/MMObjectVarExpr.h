@@ -61,6 +61,7 @@ public:
         return variable_ != nullptr ? variable_->object() : object_->evaluate(context);
     }
     const MMObjectExpr* get() const { return object_.get(); }
+    bool isVariable() const { return variable_ != nullptr; }
 
 private:
     static const MMObjectVarExpr* asVariable(const MMObjectExpr* object) {

@@ -276,13 +276,17 @@ bool MMBooleanExpr::evaluateBoolean(MMEvaluationContext& context) const {
 MMRelationalExpr::MMRelationalExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMRelOp op,
                                    const OrvCyclicPtr<MMValueExpr>& rhs)
     : MMOperatorExpr(lhs, op, rhs, MMValue::Kind::boolean),
-      comparison_(Comparison::ofValues),
-      constantRight_(MMConstantExpr::textOf(rhs.get())) {
-    if (areAlways(MMValue::Kind::text, lhs.get(), rhs.get())) {
-        comparison_ = Comparison::ofTexts;
-    } else if (areAlways(MMValue::Kind::integer, lhs.get(), rhs.get())) {
-        comparison_ = Comparison::ofIntegers;
+      comparison_(chooseComparison(lhs.get(), rhs.get())),
+      constantRight_(MMConstantExpr::textOf(rhs.get())) {}
+
+MMRelationalExpr::Comparison MMRelationalExpr::chooseComparison(const MMValueExpr* left,
+                                                                const MMValueExpr* right) {
+    if (areAlways(MMValue::Kind::text, left, right)) {
+        const bool isConstant = MMConstantExpr::textOf(right).data() != nullptr;
+        return isConstant && left->mayHaveCodes() ? Comparison::withCodes : Comparison::ofTexts;
     }
+    return areAlways(MMValue::Kind::integer, left, right) ? Comparison::ofIntegers
+                                                          : Comparison::ofValues;
 }
 
 const char* MMRelationalExpr::className() const { return "MMRelationalExpr"; }
@@ -314,6 +318,20 @@ MMValue MMRelationalExpr::evaluate(MMEvaluationContext& context) const {
     return isLongChain() ? MMOperatorExpr::evaluate(context) : MMValue(evaluateBoolean(context));
 }
 
+// Each text of a list is compared once.
+bool MMRelationalExpr::compareCode(const MMModel& model, const std::string_view* texts,
+                                   std::size_t code) const {
+    if (verdicts_.texts != texts || verdicts_.model != model.identity()) {
+        verdicts_ = {texts, model.identity(), 0, 0};
+    }
+    const std::uint64_t bit = std::uint64_t{1} << code;
+    if ((verdicts_.known & bit) == 0) {
+        verdicts_.isTrue |= compareTexts(texts[code], constantRight_) ? bit : 0;
+        verdicts_.known |= bit;
+    }
+    return (verdicts_.isTrue & bit) != 0;
+}
+
 bool MMRelationalExpr::compareTexts(MMEvaluationContext& context) const {
     std::string leftBuffer;
     std::string rightBuffer;
@@ -321,6 +339,10 @@ bool MMRelationalExpr::compareTexts(MMEvaluationContext& context) const {
     const std::string_view right = constantRight_.data() != nullptr
                                        ? constantRight_
                                        : rhs()->evaluateText(context, rightBuffer);
+    return compareTexts(left, right);
+}
+
+bool MMRelationalExpr::compareTexts(std::string_view left, std::string_view right) const {
     if (op() == MM_EQUAL || op() == MM_NOT_EQUAL) {
         return (left == right) == (op() == MM_EQUAL);
     }
@@ -330,6 +352,14 @@ bool MMRelationalExpr::compareTexts(MMEvaluationContext& context) const {
 bool MMRelationalExpr::evaluateBoolean(MMEvaluationContext& context) const {
     if (isLongChain()) {
         return MMOperatorExpr::evaluate(context).toBoolean();
+    }
+    if (comparison_ == Comparison::withCodes) {
+        constexpr std::size_t mostVerdicts = 64;
+        std::size_t code = 0;
+        const std::string_view* const texts = lhs()->findCode(context, code);
+        return texts != nullptr && code < mostVerdicts
+                   ? compareCode(context.getModel(), texts, code)
+                   : compareTexts(context);
     }
     context.checkDepth();
     if (comparison_ == Comparison::ofTexts) {

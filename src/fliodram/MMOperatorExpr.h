@@ -120,10 +120,23 @@ protected:
     const char* className() const override;
 
 private:
+    enum class Comparison : std::uint8_t { withCodes, ofTexts, ofIntegers, ofValues };
+
+    // What the comparison with a constant is for the texts of a list of a model, by their numbers.
+    struct Verdicts {
+        const std::string_view* texts = nullptr;
+        std::uint64_t model = 0;
+        std::uint64_t known = 0;  // a bit each
+        std::uint64_t isTrue = 0;
+    };
+
+    static Comparison chooseComparison(const MMValueExpr* left, const MMValueExpr* right);
+    bool compareCode(const MMModel& model, const std::string_view* texts, std::size_t code) const;
     bool compareTexts(MMEvaluationContext& context) const;
+    bool compareTexts(std::string_view left, std::string_view right) const;
     bool holds(std::partial_ordering order) const;
 
-    enum class Comparison : std::uint8_t { ofTexts, ofIntegers, ofValues };
     Comparison comparison_;
     std::string_view constantRight_;  // the right operand where it is a text constant
+    mutable Verdicts verdicts_;
 };

@@ -11,7 +11,7 @@ public:
                   const MMValueExpr& predicate, bool decisive)
         : context_(context), binding_(variable), predicate_(predicate), decisive_(decisive) {}
 
-    bool take(MMObjectRange objects) override {
+    bool take(const MMObjectRange& objects) override {
         for (const MMObject object : objects) {
             context_.step();
             binding_.set(object);

@@ -13,7 +13,7 @@ class Counter final : public MMObjectConsumer {
 public:
     explicit Counter(MMEvaluationContext& context) : context_(context) {}
 
-    bool take(MMObjectRange objects) override {
+    bool take(const MMObjectRange& objects) override {
         context_.step();
         count_ += objects.size();
         return true;

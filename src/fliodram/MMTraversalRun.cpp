@@ -80,7 +80,8 @@ private:
         }
         const Step& step = plan_.step(turn.step);
         std::vector<MMObject> buffer;
-        const MMObjectRange targets = step.traversal->targets(context_, turn.object, buffer);
+        MMObjectRange targets;
+        step.traversal->findTargets(context_, turn.object, targets, buffer);
         const bool areNew = targets.isDistinct && targets.isExclusive;
         for (const MMObject& object : targets) {
             context_.step();
@@ -112,7 +113,7 @@ private:
         frame.isOpen = isFirst(frame.turn);
         if (frame.isOpen) {
             const Step& step = plan_.step(frame.turn.step);
-            frame.targets = step.traversal->targets(context_, frame.turn.object, frame.buffer);
+            step.traversal->findTargets(context_, frame.turn.object, frame.targets, frame.buffer);
         }
         return frame.isOpen;
     }

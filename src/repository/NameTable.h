@@ -57,7 +57,7 @@ public:
     /// The number of a name, or none.
     std::uint32_t find(std::string_view name) const;
 
-    std::string_view name(std::uint32_t number) const { return names_[number]; }
+    const std::string_view& name(std::uint32_t number) const { return names_[number]; }
     std::size_t size() const { return names_.size(); }
 
 private:

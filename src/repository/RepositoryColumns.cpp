@@ -27,12 +27,24 @@ bool RepositoryModel::isExclusive(MMKey key) const {
            (fallback.owned == mmUnknownKey || !fallbacks_[fallback.owned].hasReferences);
 }
 
-MMTextColumn RepositoryModel::attributeColumn(MMObject object, MMKey attribute) const {
-    const ClassRecord& owner = tables_.classOf(object);
-    MMTextColumn column;
+// A column of the objects of a class that shows nothing yet.
+template <class Column>
+Column RepositoryModel::columnOf(MMObject object) const {
+    Column column;
     column.first = ModelTables::handle(ModelTables::classNumber(object), 0);
-    column.count = owner.objects.size();
-    const FeatureRecord* const feature = owner.find(attribute);
+    column.count = tables_.classOf(object).objects.size();
+    return column;
+}
+
+MMTextColumn RepositoryModel::classNameColumn(MMObject object) const {
+    auto column = columnOf<MMTextColumn>(object);
+    column.texts = &tables_.classNames.name(ModelTables::classNumber(object));
+    return column;
+}
+
+MMTextColumn RepositoryModel::attributeColumn(MMObject object, MMKey attribute) const {
+    auto column = columnOf<MMTextColumn>(object);
+    const FeatureRecord* const feature = tables_.classOf(object).find(attribute);
     if (feature != nullptr && !feature->isAssociation) {
         feature->values.show(column);
     }
@@ -41,9 +53,7 @@ MMTextColumn RepositoryModel::attributeColumn(MMObject object, MMKey attribute) 
 
 MMTargetColumn RepositoryModel::targetColumn(MMObject object, MMKey association) const {
     const ClassRecord& owner = tables_.classOf(object);
-    MMTargetColumn column;
-    column.first = ModelTables::handle(ModelTables::classNumber(object), 0);
-    column.count = owner.objects.size();
+    auto column = columnOf<MMTargetColumn>(object);
     const FeatureRecord* const feature = owner.find(association);
     if (feature != nullptr) {
         feature->targets.show(column);

@@ -56,6 +56,7 @@ public:
     MMObjectRange instances(MMObject object, MMKey classOfInstances,
                             std::vector<MMObject>& buffer) const override;
     MMObject outermost(MMObject object) const override;
+    MMTextColumn classNameColumn(MMObject object) const override;
     MMTextColumn attributeColumn(MMObject object, MMKey attribute) const override;
     MMTargetColumn targetColumn(MMObject object, MMKey association) const override;
 
@@ -112,6 +113,8 @@ private:
 
     void noteKinds();
     void prepareColumns();
+    template <class Column>
+    Column columnOf(MMObject object) const;
     bool isExclusive(MMKey key) const;
     const FeatureRecord* ownedFeature(const ClassRecord& owner, MMKey key) const;
     MMKey key(std::string_view name, bool Fallback::*isKnown) const;

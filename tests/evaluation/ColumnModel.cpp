@@ -24,6 +24,19 @@ MMObject ColumnModel::outermost(MMObject object) const {
     return toOwn(view().outermost(thingOf(object).handle()));
 }
 
+MMTextColumn ColumnModel::classNameColumn(MMObject object) const {
+    for (const Thing& thing : model_.things()) {
+        classNames_.resize(model_.things().size());
+        classNames_[handleOf(thing) - 1] = thing.kind;
+    }
+    MMTextColumn column{object, 1, &classNames_[object - 1]};
+    while (column.first > 1 && thingOf(column.first - 1).kind == thingOf(object).kind) {
+        --column.first;
+        ++column.count;
+    }
+    return column;
+}
+
 ColumnModel::Texts ColumnModel::collectTexts(MMKey key) const {
     Texts texts;
     for (const Thing& thing : model_.things()) {

@@ -38,6 +38,7 @@ public:
     MMObjectRange instances(MMObject object, MMKey key,
                             std::vector<MMObject>& buffer) const override;
     MMObject outermost(MMObject object) const override;
+    MMTextColumn classNameColumn(MMObject object) const override;
     MMTextColumn attributeColumn(MMObject object, MMKey key) const override;
     MMTargetColumn targetColumn(MMObject object, MMKey key) const override;
 
@@ -64,6 +65,7 @@ private:
     Targets collectTargets(MMKey key) const;
 
     const SmallModel& model_;
+    mutable std::vector<std::string_view> classNames_;
     mutable std::map<MMKey, std::unique_ptr<Texts>> texts_;
     mutable std::map<MMKey, std::unique_ptr<Targets>> targets_;
 };

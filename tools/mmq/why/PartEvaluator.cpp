@@ -23,7 +23,7 @@ public:
     Search(PartElements& elements, const std::function<bool(MMObject)>& isWanted)
         : elements_(elements), isWanted_(isWanted) {}
 
-    bool take(MMObjectRange objects) override {
+    bool take(const MMObjectRange& objects) override {
         for (const MMObject object : objects) {
             elements_.objects.push_back(object);
             if (isWanted_(object)) {
