@@ -42,6 +42,16 @@ void addLint(const std::string& model, const std::string& directory) {
     add("two", "2", slowRule);
 }
 
+void addEval(const std::string& model) {
+    const auto add = [&](const std::string& name, const char* jobs, const char* expression) {
+        addProgram("threads/eval/" + name, {MMQ, "eval", "--model", model, "--on", "Operation",
+                                            "--jobs", jobs, "--format", "json", expression});
+    };
+    add("idle", "1", quick);
+    add("one", "1", slow);
+    add("two", "2", slow);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) try {
@@ -52,6 +62,7 @@ int main(int argc, char** argv) try {
     const std::string directory = argv[1];
     const std::string model = directory + "/large.uml";
     std::ofstream(model, std::ios::binary) << synthetic::xmiDocument(synthetic::Model(20000));
+    addEval(model);
     addLint(model, directory);
     benchmark::RunSpecifiedBenchmarks();
     return 0;

@@ -237,7 +237,7 @@ def load_aims(results):
 
 # --- threads
 
-JUDGES = {"lint": "`mmq lint`"}
+JUDGES = {"eval": "`mmq eval --on`", "lint": "`mmq lint`"}
 
 
 def threads_tables(results):

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <numeric>
 #include <stdexcept>
 #include <vector>
 
@@ -37,6 +38,21 @@ TEST(Jobs, AnExceptionEndsTheWorkAndReachesTheCaller) {
     };
     EXPECT_THROW(mmq::runBlocks(3, 1'000'000'000, work), std::runtime_error);
     EXPECT_LT(begun.load(), 1'000'000'000U);
+}
+
+TEST(Jobs, ResultsAreHandedOnInTheOrderOfTheBlocks) {
+    for (const std::size_t jobs : {1U, 2U, 7U}) {
+        std::vector<std::size_t> taken;
+        mmq::InOrder<std::size_t> output([&taken](std::size_t result) { taken.push_back(result); });
+        mmq::runBlocks(jobs, 3000, [&output](std::size_t /*worker*/, std::size_t block) {
+            output.put(block, block * block);
+        });
+        std::vector<std::size_t> expected(3000);
+        std::iota(expected.begin(), expected.end(), 0);
+        std::transform(expected.begin(), expected.end(), expected.begin(),
+                       [](std::size_t block) { return block * block; });
+        EXPECT_EQ(taken, expected) << jobs << " jobs";
+    }
 }
 
 }  // namespace

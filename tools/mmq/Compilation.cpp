@@ -114,4 +114,10 @@ CompiledExpression compile(const ExpressionText& text, As as, Messages& messages
     return compiled;
 }
 
+CompiledExpression compileAgain(const ExpressionText& text, As as) {
+    SilentSink silent;
+    Messages messages(text, silent);
+    return compile(text, as, messages);
+}
+
 }  // namespace mmq

@@ -47,4 +47,7 @@ bool checkStrictly(const ExpressionText& text, Messages& messages);
 /// alone; the result is empty where the expression does not compile.
 CompiledExpression compile(const ExpressionText& text, As as, Messages& messages);
 
+/// Compiles once more what compile() took, in silence: for another thread, and on it.
+CompiledExpression compileAgain(const ExpressionText& text, As as);
+
 }  // namespace mmq

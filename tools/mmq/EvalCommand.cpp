@@ -1,24 +1,22 @@
 // mmq eval: evaluates an expression on one object of a model, or on all objects of a class.
+#include <algorithm>
 #include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
 
 #include "Commands.h"
 #include "Compilation.h"
-#include "EvaluationBudget.h"
-#include "EvaluationMessages.h"
+#include "Evaluation.h"
 #include "ExitStatus.h"
+#include "Jobs.h"
 #include "ModelLoading.h"
-#include "ResultWriter.h"
-#include "fliodram/MMEvaluationError.h"
 #include "names/NameCheck.h"
 #include "names/NearestNames.h"
-#include "why/Drawing.h"
-#include "why/Why.h"
 
 namespace mmq {
 
 namespace {
-
-bool isDrawn(Format format) { return format == Format::mermaid || format == Format::dot; }
 
 int refuseDrawing() {
     std::cerr << "mmq: Only what a path reaches can be drawn, and this expression has no path of "
@@ -26,47 +24,45 @@ int refuseDrawing() {
     return EXIT_USAGE;
 }
 
-/// Evaluates one expression on objects of one model, one after the other.
-class Evaluation {
+/// The evaluation on all objects that were chosen, divided among threads.
+class EvaluationRun {
 public:
-    Evaluation(const RepositoryModel& model, const ExpressionText& text,
-               const CompiledExpression& expression, const Options& options, ResultWriter& writer,
-               EvaluationMessages& messages)
+    /// Borrows everything; the expression is for the first thread.
+    EvaluationRun(const RepositoryModel& model, const ExpressionText& text,
+                  const CompiledExpression& expression, const Options& options)
         : model_(model),
           text_(text),
-          expression_(expression),
           options_(options),
-          writer_(writer),
-          messages_(messages),
-          context_(model),
           budget_(options),
-          drawing_(model) {}
+          failures_(text, *expression.map, options),
+          workers_(isDrawn(options.format) ? 1 : jobsFor(options.jobs)) {
+        workers_[0].begin(*this, expression);
+    }
 
-    /// An object that fails is reported, and the others are gone on with.
-    void run(MMObject object) {
-        try {
-            context_.setLimits(budget_.next());
-            if (isDrawn(options_.format)) {
-                draw(object);
-            } else if (expression_.value) {
-                writeValue(object, expression_.value->apply(context_, object));
-            } else {
-                const std::vector<MMObject> result =
-                    expression_.collection->apply(context_, object);
-                writer_.writeCollection(object, result, why(object));
-            }
-        } catch (const MMEvaluationError& error) {
-            hasFailed_ = true;
-            showFailure(object, error);
-        }
+    /// Writes what the objects yield, in their order.
+    void run(const std::vector<MMObject>& objects) {
+        ResultWriter(model_, options_.format, options_.onClass.empty()).writeHeader();
+        InOrder<EvaluationResults> output([this](const EvaluationResults& part) { write(part); });
+        const std::size_t size = blockSize(objects.size(), workers_.size());
+        const std::size_t count = (objects.size() + size - 1) / size;
+        runBlocks(workers_.size(), count, [&](std::size_t worker, std::size_t block) {
+            const MMObject* const first = objects.data() + block * size;
+            const MMObject* const last = first + std::min(size, objects.size() - block * size);
+            output.put(block, workers_[worker].evaluation(*this).run({first, last, true}));
+        });
     }
 
     /// Writes the drawing, if one was asked for; false where there was nothing to draw.
-    bool writeDrawing() const {
-        if (isDrawn(options_.format) && (hasPath_ || hasFailed_)) {
-            std::cout << (options_.format == Format::dot ? drawing_.dot() : drawing_.mermaid());
+    bool writeDrawing() {
+        if (!isDrawn(options_.format)) {
+            return true;
         }
-        return hasPath_ || hasFailed_ || !isDrawn(options_.format);
+        const Evaluation& evaluation = workers_[0].evaluation(*this);
+        if (evaluation.hasPath() || hasFailed_) {
+            const Drawing& drawing = evaluation.drawing();
+            std::cout << (options_.format == Format::dot ? drawing.dot() : drawing.mermaid());
+        }
+        return evaluation.hasPath() || hasFailed_;
     }
 
     int exitStatus() const {
@@ -77,51 +73,47 @@ public:
     }
 
 private:
-    // What paths reached goes into one drawing, which is written in the end.
-    void draw(MMObject object) {
-        const std::vector<MMObject> result = expression_.collection->apply(context_, object);
-        context_.setLimits(budget_.next());
-        const Reach reach = reachOf(expression_, context_, object);
-        hasPath_ = hasPath_ || reach.hasPath;
-        drawing_.add(reach, result);
-    }
-
-    // Programs that read results find the sentence there.
-    void showFailure(MMObject object, const MMEvaluationError& error) {
-        if (options_.format != Format::json) {
-            std::string buffer;
-            std::cout << std::flush;
-            messages_.show(std::string(model_.uid(object, buffer)), error);
+    /// What a thread evaluates with. Any but the first compiles the expression for itself, when it
+    /// has something to do.
+    class Worker {
+    public:
+        void begin(const EvaluationRun& run, const CompiledExpression& expression) {
+            evaluation_ = std::make_unique<Evaluation>(run.model_, run.text_, expression,
+                                                       run.options_, run.budget_);
         }
-        writer_.writeError(object, error.what(), why(object));
-    }
 
-    // The evidence in the form of the output; empty where it is not asked for.
-    std::string why(MMObject object) {
-        if (!options_.explains) {
-            return {};
+        Evaluation& evaluation(const EvaluationRun& run) {
+            if (evaluation_ == nullptr) {
+                expression_ = compileAgain(run.text_, run.options_.as);
+                begin(run, expression_);
+            }
+            return *evaluation_;
         }
-        context_.setLimits(budget_.next());
-        const Evidence evidence = explain(expression_, context_, object);
-        return options_.format == Format::json ? evidenceJson(evidence, text_, model_)
-                                               : evidenceText(evidence, text_, model_, "    ");
-    }
 
-    void writeValue(MMObject object, const MMValue& value) {
-        hasFalse_ = hasFalse_ || (value.getKind() == MMValue::Kind::boolean && !value.getBoolean());
-        writer_.writeValue(object, value, why(object));
+    private:
+        CompiledExpression expression_;
+        std::unique_ptr<Evaluation> evaluation_;
+    };
+
+    void write(const EvaluationResults& results) {
+        const std::string_view text = results.text;
+        std::size_t written = 0;
+        for (const auto& [position, failure] : results.failures) {
+            std::cout << text.substr(written, position - written) << std::flush;
+            failures_.show(failure);
+            written = position;
+        }
+        std::cout << text.substr(written);
+        hasFailed_ = hasFailed_ || results.hasFailed;
+        hasFalse_ = hasFalse_ || results.hasFalse;
     }
 
     const RepositoryModel& model_;
     const ExpressionText& text_;
-    const CompiledExpression& expression_;
     const Options& options_;
-    ResultWriter& writer_;
-    EvaluationMessages& messages_;
-    MMEvaluationContext context_;
     EvaluationBudget budget_;
-    Drawing drawing_;
-    bool hasPath_ = false;
+    EvaluationMessages failures_;
+    std::vector<Worker> workers_;
     bool hasFailed_ = false;
     bool hasFalse_ = false;
 };
@@ -183,16 +175,9 @@ int runEval(const Options& options) {
     if (!options.allowsUnknownNames && !checkNames(expression, *model, objects[0], messages)) {
         return EXIT_EXPRESSION;
     }
-    ResultWriter writer(*model, options.format, options.onClass.empty());
-    EvaluationMessages failures(text, *expression.map, options);
-    Evaluation evaluation(*model, text, expression, options, writer, failures);
-    for (const MMObject object : objects) {
-        evaluation.run(object);
-    }
-    if (!evaluation.writeDrawing()) {
-        return refuseDrawing();
-    }
-    return evaluation.exitStatus();
+    EvaluationRun run(*model, text, expression, options);
+    run.run(objects);
+    return run.writeDrawing() ? run.exitStatus() : refuseDrawing();
 }
 
 }  // namespace mmq

@@ -13,11 +13,10 @@ MessagePlace placeOf(const MMEvaluationError& error, const SourceMap& map,
     return span != nullptr ? text.place(span->line, span->column) : MessagePlace();
 }
 
-void EvaluationMessages::show(const std::string& uid, const MMEvaluationError& error) {
-    MessagePlace place = placeOf(error, map_, text_);
-    const std::string message = uid + ": " + error.what();
+void EvaluationMessages::show(EvaluationFailure failure) {
+    MessagePlace& place = failure.place;
     if (place.line == 0 && !writer_.isForPrograms()) {
-        std::cerr << "mmq: " << message << '\n';
+        std::cerr << "mmq: " << failure.message << '\n';
         return;
     }
     if (place.excerpt == lastExcerpt_) {
@@ -25,7 +24,7 @@ void EvaluationMessages::show(const std::string& uid, const MMEvaluationError& e
     } else {
         lastExcerpt_ = place.excerpt;
     }
-    writer_.write(place, messageSource, message, ExprParserDialogs::Error, false);
+    writer_.write(place, messageSource, failure.message, ExprParserDialogs::Error, false);
 }
 
 }  // namespace mmq

@@ -15,6 +15,12 @@ namespace mmq {
 MessagePlace placeOf(const MMEvaluationError& error, const SourceMap& map,
                      const ExpressionText& text);
 
+/// Why an expression could not be evaluated on an object, and where in its text.
+struct EvaluationFailure {
+    MessagePlace place;
+    std::string message;
+};
+
 /// Writes why an expression could not be evaluated, object by object, to the standard error
 /// stream. Borrows the text and the map of the expression.
 class EvaluationMessages {
@@ -24,7 +30,10 @@ public:
 
     /// `uid` is of the object that the expression was evaluated on. The source line is shown when
     /// it is not the one shown last.
-    void show(const std::string& uid, const MMEvaluationError& error);
+    void show(const std::string& uid, const MMEvaluationError& error) {
+        show({placeOf(error, map_, text_), uid + ": " + error.what()});
+    }
+    void show(EvaluationFailure failure);
 
 private:
     const ExpressionText& text_;

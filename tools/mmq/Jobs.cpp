@@ -45,6 +45,17 @@ private:
 
 }  // namespace
 
+std::size_t jobsFor(std::optional<std::size_t> asked) {
+    constexpr std::size_t most = 256;
+    const std::size_t cores = std::max(1U, std::thread::hardware_concurrency());
+    return std::min(asked.value_or(cores), most);
+}
+
+std::size_t blockSize(std::size_t objectCount, std::size_t jobs) {
+    constexpr std::size_t blocksOfJob = 32;
+    return std::clamp<std::size_t>(objectCount / (jobs * blocksOfJob), 1, 256);
+}
+
 void runBlocks(std::size_t jobs, std::size_t blockCount,
                const std::function<void(std::size_t worker, std::size_t block)>& work) {
     Blocks blocks(blockCount, work);

@@ -44,6 +44,15 @@ public:
     virtual bool isForPrograms() const { return false; }
 };
 
+/// For a compilation whose messages have been shown.
+class SilentSink : public MessageSink {
+public:
+    void write(const MessagePlace& /*place*/, const std::string& /*source*/,
+               const std::string& /*message*/, ExprParserDialogs::MessageSeverity /*severity*/,
+               bool /*flag*/) override {}
+    void writeHint(const MessagePlace& /*place*/, const std::string& /*hint*/) override {}
+};
+
 /// Writes messages to the standard error stream, in the form that the options choose: as text with
 /// the source line and a caret, or as one JSON object a line.
 class MessageWriter : public MessageSink {

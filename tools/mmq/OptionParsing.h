@@ -68,10 +68,11 @@ void addNumber(CLI::App& command, const char* option, std::optional<Number>& var
 /// Adds all commands and options to an empty parser, which writes into `options`.
 void buildProgram(CLI::App& program, Options& options);
 
-/// The options of messages, of the metamodel, and of what evaluations may cost.
+/// The options of messages, of the metamodel, of what evaluations may cost, of threads.
 void addMessages(CLI::App& command, Options& options);
 void addMetamodel(CLI::App& command, Options& options);
 void addLimits(CLI::App& command, Options& options);
+void addJobs(CLI::App& command, Options& options);
 void addWhy(CLI::App& command, Options& options);
 void addNames(CLI::App& command, Options& options);
 

@@ -37,6 +37,11 @@ void addLimits(CLI::App& command, Options& options) {
               "SECONDS");
 }
 
+void addJobs(CLI::App& command, Options& options) {
+    addNumber(command, "--jobs", options.jobs,
+              "Threads that look at objects at once; one for each core by default", "N");
+}
+
 void addNames(CLI::App& command, Options& options) {
     command.add_flag("--allow-unknown-names", options.allowsUnknownNames,
                      "Accept names that no object of the model can have");
@@ -101,6 +106,7 @@ void addEval(CLI::App& program, Options& options) {
                      "End with status 1 when the result is false for some object");
     addWhy(command, options);
     addLimits(command, options);
+    addJobs(command, options);
     addMessages(command, options);
     addExpression(command, options);
     command.callback([&options] { options.command = Command::eval; });

@@ -33,7 +33,6 @@ struct LintOptions {
     std::optional<Severity> failOn = Severity::error;           ///< nothing for no finding
     std::string baselineFile;
     bool writesBaseline = false;
-    std::optional<std::size_t> jobs;
 };
 
 /// What a command line asks for.
@@ -57,6 +56,7 @@ struct Options {
     std::string uid;
     std::optional<std::uint64_t> maximumSteps;
     std::optional<double> timeoutSeconds;
+    std::optional<std::size_t> jobs;
     LintOptions lint;
 };
 

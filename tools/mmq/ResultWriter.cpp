@@ -1,16 +1,17 @@
 #include "ResultWriter.h"
 
-#include <iostream>
-
 #include "Csv.h"
 #include "Json.h"
 
 namespace mmq {
 
-ResultWriter::ResultWriter(const RepositoryModel& model, Format format, bool isSingle)
-    : model_(model), format_(format), isSingle_(isSingle) {
+ResultWriter::ResultWriter(const RepositoryModel& model, Format format, bool isSingle,
+                           std::ostream& stream)
+    : model_(model), format_(format), isSingle_(isSingle), stream_(stream) {}
+
+void ResultWriter::writeHeader() {
     if (format_ == Format::csv) {
-        std::cout << "uid,class,name,result\n";
+        stream_ << "uid,class,name,result\n";
     }
 }
 
@@ -27,19 +28,18 @@ std::string ResultWriter::labelOf(MMObject object) const {
 
 void ResultWriter::writeJson(MMObject object, const char* field, const std::string& json,
                              const std::string& why) {
-    std::cout << "{\"uid\":" << jsonString(uidOf(object))
-              << ",\"class\":" << jsonString(model_.className(object))
-              << ",\"name\":" << jsonString(model_.name(object)) << ",\"" << field << "\":" << json;
+    stream_ << "{\"uid\":" << jsonString(uidOf(object))
+            << ",\"class\":" << jsonString(model_.className(object))
+            << ",\"name\":" << jsonString(model_.name(object)) << ",\"" << field << "\":" << json;
     if (!why.empty()) {
-        std::cout << ",\"why\":" << why;
+        stream_ << ",\"why\":" << why;
     }
-    std::cout << "}\n";
+    stream_ << "}\n";
 }
 
 void ResultWriter::writeCsv(MMObject object, const std::string& result) {
-    std::cout << csvField(uidOf(object)) << ',' << csvField(std::string(model_.className(object)))
-              << ',' << csvField(std::string(model_.name(object))) << ',' << csvField(result)
-              << '\n';
+    stream_ << csvField(uidOf(object)) << ',' << csvField(std::string(model_.className(object)))
+            << ',' << csvField(std::string(model_.name(object))) << ',' << csvField(result) << '\n';
 }
 
 void ResultWriter::writeValue(MMObject object, const MMValue& value, const std::string& why) {
@@ -52,12 +52,12 @@ void ResultWriter::writeValue(MMObject object, const MMValue& value, const std::
             writeCsv(object, text);
             break;
         default:
-            std::cout << value.asString().view();
+            stream_ << value.asString().view();
             // A bare true or false does not tell about what.
             if (!isSingle_ && value.getKind() == MMValue::Kind::boolean) {
-                std::cout << '\t' << labelOf(object);
+                stream_ << '\t' << labelOf(object);
             }
-            std::cout << '\n' << why;
+            stream_ << '\n' << why;
     }
 }
 
@@ -84,9 +84,9 @@ void ResultWriter::writeCollection(MMObject object, const std::vector<MMObject>&
             break;
         default:
             if (!isSingle_) {
-                std::cout << labelOf(object) << ": ";
+                stream_ << labelOf(object) << ": ";
             }
-            std::cout << text << (isSingle_ && text.empty() ? "" : "\n") << why;
+            stream_ << text << (isSingle_ && text.empty() ? "" : "\n") << why;
     }
 }
 
@@ -95,7 +95,7 @@ void ResultWriter::writeError(MMObject object, const std::string& sentence,
     if (format_ == Format::json) {
         writeJson(object, "error", jsonString(sentence), why);
     } else if (format_ == Format::text) {
-        std::cout << why;
+        stream_ << why;
     }
 }
 

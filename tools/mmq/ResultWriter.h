@@ -1,6 +1,7 @@
 // The results of evaluations, written for people or for programs.
 #pragma once
 
+#include <iostream>
 #include <string>
 #include <vector>
 
@@ -10,12 +11,16 @@
 
 namespace mmq {
 
-/// Writes the results of one command to the standard output, one object after the other. Borrows
-/// the model.
+/// Writes the results of one command to a stream, one object after the other. Borrows the model and
+/// the stream.
 class ResultWriter {
 public:
     /// With `isSingle`, there is only one object, which the text form need not name.
-    ResultWriter(const RepositoryModel& model, Format format, bool isSingle);
+    ResultWriter(const RepositoryModel& model, Format format, bool isSingle,
+                 std::ostream& stream = std::cout);
+
+    /// Writes what stands above all results: in CSV the names of the columns.
+    void writeHeader();
 
     /// Write a result, and the evidence for it in the same form, which may be empty.
     void writeValue(MMObject object, const MMValue& value, const std::string& why = {});
@@ -35,6 +40,7 @@ private:
     const RepositoryModel& model_;
     Format format_;
     bool isSingle_;
+    std::ostream& stream_;
 };
 
 }  // namespace mmq

@@ -9,15 +9,6 @@ namespace mmq {
 
 namespace {
 
-/// For a compilation whose messages have been shown.
-class SilentSink : public MessageSink {
-public:
-    void write(const MessagePlace& /*place*/, const std::string& /*source*/,
-               const std::string& /*message*/, ExprParserDialogs::MessageSeverity /*severity*/,
-               bool /*flag*/) override {}
-    void writeHint(const MessagePlace& /*place*/, const std::string& /*hint*/) override {}
-};
-
 CompiledExpression compileText(const ExpressionText& text, As as, MessageSink& sink) {
     Messages messages(text, sink);
     return compile(text, as, messages);
@@ -94,18 +85,19 @@ CompiledSets compileRules(const std::vector<const Rule*>& rules, std::size_t cou
                           const Options& options) {
     CompiledSets sets(count);
     MessageWriter writer(options);
-    SilentSink silent;
     bool isRight = true;
-    for (std::vector<CompiledRule>& set : sets) {
-        MessageSink& sink = &set == &sets.front() ? static_cast<MessageSink&>(writer) : silent;
-        for (const Rule* rule : rules) {
-            isRight = set.emplace_back().compile(*rule, sink) && isRight;
-        }
-        if (!isRight) {
-            return {};
-        }
+    for (const Rule* rule : rules) {
+        isRight = sets.front().emplace_back().compile(*rule, writer) && isRight;
     }
-    return sets;
+    return isRight ? std::move(sets) : CompiledSets();
+}
+
+void completeSet(CompiledSets& sets, std::size_t number) {
+    SilentSink silent;
+    std::vector<CompiledRule>& set = sets[number];
+    for (std::size_t rule = set.size(); rule < sets.front().size(); ++rule) {
+        set.emplace_back().compile(*sets.front()[rule].rule, silent);
+    }
 }
 
 }  // namespace mmq

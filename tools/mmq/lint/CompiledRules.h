@@ -37,9 +37,13 @@ std::vector<const Rule*> rulesOf(const std::vector<RuleFile>& files);
 /// The same rules compiled several times, once for each thread.
 using CompiledSets = std::vector<std::vector<CompiledRule>>;
 
-/// Compiles rules into so many sets, at least one. Shows what is wrong in any of them, at its place
-/// in the rules file; the result is empty where anything is.
+/// Compiles rules into the first of so many sets, at least one. Shows what is wrong in any of
+/// them, at its place in the rules file; the result is empty where anything is.
 CompiledSets compileRules(const std::vector<const Rule*>& rules, std::size_t count,
                           const Options& options);
+
+/// Compiles the rules of the first set into another, unless they are there: called by the thread
+/// that is going to use it.
+void completeSet(CompiledSets& sets, std::size_t number);
 
 }  // namespace mmq

@@ -66,6 +66,7 @@ public:
             contexts.push_back(std::make_unique<MMEvaluationContext>(model_));
         }
         runBlocks(sets_.size(), blocks_.size(), [&](std::size_t worker, std::size_t block) {
+            completeSet(sets_, worker);
             for (const MMObject object : blocks_[block].objects) {
                 for (const std::size_t rule : *blocks_[block].rules) {
                     judge(*contexts[worker], sets_[worker][rule], rule, object, found[block]);
@@ -82,7 +83,7 @@ public:
 
 private:
     void cut(MMObjectRange objects, const std::vector<std::size_t>& rules) {
-        constexpr std::ptrdiff_t size = 256;
+        const auto size = static_cast<std::ptrdiff_t>(blockSize(objects.size(), sets_.size()));
         for (const MMObject* first = objects.first; first != objects.last;) {
             const MMObject* const last = first + std::min(size, objects.last - first);
             blocks_.push_back({&rules, {first, last, true}});

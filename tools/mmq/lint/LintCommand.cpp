@@ -10,6 +10,7 @@
 
 #include "Commands.h"
 #include "ExitStatus.h"
+#include "Jobs.h"
 #include "Messages.h"
 #include "ModelLoading.h"
 #include "lint/Baseline.h"
@@ -21,8 +22,6 @@
 namespace mmq {
 
 namespace {
-
-constexpr std::size_t mostJobs = 256;
 
 void writeReport(const Report& report, ReportFormat format, bool isColored, std::ostream& stream) {
     switch (format) {
@@ -85,8 +84,7 @@ int runLint(const Options& options) {
     if (files.empty()) {
         return EXIT_EXPRESSION;
     }
-    const std::size_t jobs = std::min<std::size_t>(options.lint.jobs.value_or(1), mostJobs);
-    CompiledSets sets = compileRules(rulesOf(files), jobs, options);
+    CompiledSets sets = compileRules(rulesOf(files), jobsFor(options.jobs), options);
     if (sets.empty()) {
         return EXIT_EXPRESSION;
     }

@@ -75,7 +75,7 @@ void addLint(CLI::App& program, Options& options) {
                      "Write what is found to the file of --baseline");
     addWhy(command, options);
     addNames(command, options);
-    addNumber(command, "--jobs", lint.jobs, "Threads that judge", "N");
+    addJobs(command, options);
     addLimits(command, options);
     addMessages(command, options);
     addRules(command, lint, "Rules files; they end in .yaml or .yml, - is the standard input");
