@@ -18,7 +18,7 @@
 class NameSpace : public OrvCountedObject {
 public:
     struct Entry {
-        const ASTNode* node;
+        ASTNode* node;
         std::size_t scope;  ///< its number in scopes()
     };
 

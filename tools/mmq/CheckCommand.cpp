@@ -4,37 +4,16 @@
 #include "Commands.h"
 #include "Compilation.h"
 #include "ExitStatus.h"
-#include "ModelLoading.h"
+#include "ModelNames.h"
 #include "names/NameCheck.h"
 
 namespace mmq {
 
 namespace {
 
-/// The names that the options name a model or a metamodel for.
-class OptionVocabulary {
-public:
-    explicit OptionVocabulary(const Options& options) {
-        if (!options.modelFile.empty()) {
-            model_ = loadModel(options);
-            vocabulary_.addModel(*model_);
-        } else {
-            metamodel_ = readOptions(options).metamodel;
-            vocabulary_.addMetamodel(*metamodel_, options.metamodelFile);
-        }
-    }
-
-    const NameVocabulary& vocabulary() const { return vocabulary_; }
-
-private:
-    std::unique_ptr<RepositoryModel> model_;
-    std::shared_ptr<const Metamodel> metamodel_;
-    NameVocabulary vocabulary_;
-};
-
 int checkNames(const Options& options, const CompiledExpression& expression, Messages& messages) {
-    const OptionVocabulary names(options);
-    const NameVocabulary& vocabulary = names.vocabulary();
+    const ModelNames names(options);
+    const NameVocabulary& vocabulary = *names.vocabulary();
     if (!options.onClass.empty() && !vocabulary.findClass(options.onClass)) {
         std::cerr << "mmq: " << sentenceForClass(options.onClass, vocabulary) << '\n';
         showAdvice(hintForClass(options.onClass, vocabulary));

@@ -35,11 +35,11 @@ void findType(Analysis& analysis, ExprParserDialogs& dialogs) {
 
 // Runs the stages up to the type, or up to the scopes. Exceptions about the text are shown as the
 // compiler shows them.
-Analysis runStages(const ExpressionText& text, ExprParserDialogs& dialogs, bool wantsType) {
+Analysis runStages(const std::string& text, ExprParserDialogs& dialogs, bool wantsType) {
     Analysis analysis;
     std::ostringstream dropped;
     try {
-        analysis.root = SyntaxParser::parse(dialogs, text.text().c_str(), dropped);
+        analysis.root = SyntaxParser::parse(dialogs, text.c_str(), dropped);
         dialogs.showMessage(0, 0, "ExprParser",
                             analysis.root ? "Parse succeeded." : "Parse failed.",
                             ExprParserDialogs::Info, false);
@@ -62,27 +62,42 @@ std::vector<const ASTNode*> unfollowedSteps(const Analysis& analysis) {
 }
 
 As kindOf(const ExpressionText& text) {
-    SilentDialogs silent;
-    const TypePtr type = runStages(text, silent, true).type;
+    const TypePtr type = analyzeSilently(text.text()).type;
     return type && TypeExpression::isObjectCollection(type) ? As::association : As::attribute;
 }
 
 }  // namespace
 
 Analysis analyze(const ExpressionText& text, Messages& messages) {
-    return runStages(text, messages, false);
+    return runStages(text.text(), messages, false);
 }
 
 Analysis analyzeType(const ExpressionText& text, Messages& messages) {
-    return runStages(text, messages, true);
+    return runStages(text.text(), messages, true);
+}
+
+Analysis analyzeSilently(const std::string& text) {
+    SilentDialogs silent;
+    return runStages(text, silent, true);
+}
+
+TypePtr typeOf(const Analysis& analysis, ASTNode& part) {
+    SilentDialogs silent;
+    const AnyTypeRequirement requirement;
+    ASTTypeCheckVisitor checker(silent, analysis.nameSpace, requirement);
+    try {
+        part.accept(checker);
+    } catch (const ParseException&) {
+        return {};  // less of the stack is left than when the whole was checked
+    }
+    return checker.getResult();
 }
 
 bool checkStrictly(const ExpressionText& text, Messages& messages) {
     std::vector<TextError> errors = text.droppedTexts();
     // Only behind a reference to a label are there steps that are never followed.
     if (errors.empty() && text.text().find('@') != std::string::npos) {
-        SilentDialogs silent;
-        const Analysis analysis = runStages(text, silent, true);
+        const Analysis analysis = analyzeSilently(text.text());
         for (const ASTNode* step : unfollowedSteps(analysis)) {
             errors.push_back(
                 {step->getLine(), step->getColumn(),

@@ -38,6 +38,10 @@ struct Analysis {
 Analysis analyze(const ExpressionText& text, Messages& messages);
 /// The same, and finds the type, whatever it is.
 Analysis analyzeType(const ExpressionText& text, Messages& messages);
+/// The same of a text whose messages nobody needs.
+Analysis analyzeSilently(const std::string& text);
+/// The type of a part of an analysed expression; empty, or the error type, where it has none.
+TypePtr typeOf(const Analysis& analysis, ASTNode& part);
 
 /// Shows an error for everything in the text that compilers pass over in silence: characters that
 /// the lexer drops, and steps that a path never follows. Returns false if there is one.

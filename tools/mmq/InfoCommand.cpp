@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "Commands.h"
+#include "Counted.h"
 #include "Csv.h"
 #include "ExitStatus.h"
 #include "ModelLoading.h"
@@ -60,13 +61,9 @@ void writeCsv(const RepositoryModel& model) {
     }
 }
 
-std::string plural(std::size_t count, const char* word) {
-    return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
-}
-
 void writeText(const RepositoryModel& model) {
-    std::cout << plural(model.objectCount(), "object") << ", "
-              << plural(model.roots().size(), "root") << '\n';
+    std::cout << counted(model.objectCount(), "object") << ", "
+              << counted(model.roots().size(), "root") << '\n';
     for (const ClassSummary& summary : model.classes()) {
         std::cout << '\n' << summary.name << ": " << summary.count << '\n';
         if (!summary.attributes.empty()) {

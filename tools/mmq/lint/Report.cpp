@@ -1,12 +1,10 @@
 #include "lint/Report.h"
 
+#include "Counted.h"
+
 namespace mmq {
 
 namespace {
-
-std::string counted(std::size_t count, const std::string& word) {
-    return std::to_string(count) + " " + word + (count == 1 ? "" : "s");
-}
 
 void appendPart(std::string& text, const std::string& separator, std::size_t count,
                 const std::string& part) {

@@ -18,19 +18,17 @@ namespace mmq {
 
 namespace {
 
-/// Walks over one expression and has its names judged.
+/// Walks over one expression and tells of its names.
 class NameVisitor : public ASTVisitor {
 public:
-    NameVisitor(const SourceMap& map, const NameVocabulary& vocabulary,
-                const ClassSet& classesOfThis)
+    NameVisitor(const SourceMap* map, const NameVocabulary& vocabulary,
+                const ClassSet& classesOfThis, NameReceiver& receiver)
         : map_(map),
           vocabulary_(vocabulary),
-          judge_(vocabulary),
+          receiver_(receiver),
           variables_(vocabulary, classesOfThis) {}
 
-    NameFindings findings() { return judge_.findings(); }
-
-    /// Judges the names below a node. The classes of the objects that it yields; all where it
+    /// Tells of the names below a node. The classes of the objects that it yields; all where it
     /// yields none.
     ClassSet visit(ASTNode& node) {
         checkVisitDepth(node);
@@ -87,9 +85,9 @@ private:
     ClassSet followPath(AssociationNode& first, const ClassSet& classes);
     ClassSet reached(DefinitionAssociationNode& step, const ClassSet& classes);
 
-    const SourceMap& map_;
+    const SourceMap* map_;
     const NameVocabulary& vocabulary_;
-    NameJudge judge_;
+    NameReceiver& receiver_;
     VariableClasses variables_;
     ClassSet result_;
 };
@@ -172,7 +170,7 @@ void NameVisitor::visitRelationalExpression(RelationalExpressionNode& node) {
     visit(*node.getRhs());
     const ClassTest test = classTestOf(node);
     if (test && !test.className->getText().empty()) {
-        judge_.judgeClass(*test.className);
+        receiver_.takeClass(*test.className);
     }
 }
 
@@ -185,7 +183,7 @@ void NameVisitor::visitSortExpression(SortExpressionNode& node) {
 }
 
 void NameVisitor::visitLetExpression(LetExpressionNode& node) {
-    const bool isUsed = map_.targetOf(*node.getSource()) != nullptr;
+    const bool isUsed = map_ == nullptr || map_->targetOf(*node.getSource()) != nullptr;
     variables_.push(node.getBoundVariable().get(), false,
                     isUsed ? visit(node.getSource()) : vocabulary_.allClasses());
     result_ = visit(node.getExpr());
@@ -204,7 +202,7 @@ void NameVisitor::visitAttribute(const TupleExpressionNode& arguments) {
     ExpressionNode& name = *arguments.getElements()[0];
     const ClassSet classes = visit(arguments.getElements()[1]);
     if (name.getExpressionKind() == ExpressionKind::stringConstant) {
-        judge_.judgeAttribute(static_cast<const StringConstantNode&>(name), classes);
+        receiver_.takeAttribute(static_cast<const StringConstantNode&>(name), classes);
     } else {
         visit(name);
     }
@@ -224,7 +222,7 @@ void NameVisitor::visitApplicationExpression(ApplicationExpressionNode& node) {
     const bool isAll = node.getName() == "all";
     if (isAll && argument.getExpressionKind() == ExpressionKind::stringConstant) {
         const auto& name = static_cast<const StringConstantNode&>(argument);
-        judge_.judgeClass(name);
+        receiver_.takeClass(name);
         const std::optional<ClassNumber> number = vocabulary_.findClass(name.getText());
         classes = number ? ClassSet() : vocabulary_.allClasses();
         if (number) {
@@ -255,7 +253,14 @@ ClassSet NameVisitor::reached(DefinitionAssociationNode& step, const ClassSet& c
     return result;
 }
 
-// Every reference has a declaration, since the expression compiled.
+// The step that a step or a reference stands for; null where a label is not declared.
+DefinitionAssociationNode* declaredStep(AssociationNode& node) {
+    if (node.getAssociationKind() == AssociationKind::definition) {
+        return static_cast<DefinitionAssociationNode*>(&node);
+    }
+    return node.getLabelSymbol() ? &node.getLabelSymbol()->getDeclaration() : nullptr;
+}
+
 ClassSet NameVisitor::followPath(AssociationNode& first, const ClassSet& classes) {
     ClassSet result;
     Steps steps;
@@ -264,9 +269,10 @@ ClassSet NameVisitor::followPath(AssociationNode& first, const ClassSet& classes
     while (!pending.empty()) {
         auto [node, arriving] = std::move(pending.back());
         pending.pop_back();
-        auto* const step = node->getAssociationKind() == AssociationKind::reference
-                               ? &node->getLabelSymbol()->getDeclaration()
-                               : static_cast<DefinitionAssociationNode*>(node);
+        DefinitionAssociationNode* const step = declaredStep(*node);
+        if (step == nullptr) {
+            continue;
+        }
         const auto [place, isNew] = steps.try_emplace(step);
         if (!isNew && place->second.contains(arriving)) {
             continue;
@@ -287,7 +293,7 @@ ClassSet NameVisitor::followPath(AssociationNode& first, const ClassSet& classes
         }
     }
     for (DefinitionAssociationNode* step : order) {
-        judge_.judgeAssociation(*step, steps[step]);
+        receiver_.takeAssociation(*step, steps[step]);
         if (step->getCondition()) {
             filtered(*step->getCondition(), vocabulary_.reach(steps[step], step->getName()));
         }
@@ -302,13 +308,23 @@ NameCheckResult checkNames(const CompiledExpression& expression, const NameVocab
     if (!expression.map->getRoot()) {
         return {{}, vocabulary.allClasses()};  // a bare attribute whose name is a keyword
     }
-    NameVisitor visitor(*expression.map, vocabulary, classesOfThis);
+    NameJudge judge(vocabulary);
+    NameVisitor visitor(expression.map.get(), vocabulary, classesOfThis, judge);
     try {
         ClassSet yielded = visitor.visit(*expression.map->getRoot()->getExpr());
-        return {visitor.findings(), std::move(yielded)};
+        return {judge.findings(), std::move(yielded)};
     } catch (const ParseException& exception) {  // less of the stack is left than for compiling
         const TextError error{exception.getLine(), exception.getColumn(), exception.what()};
         return {{{error}, {}}, vocabulary.allClasses()};
+    }
+}
+
+void receiveNames(SpecificationNode& root, const NameVocabulary& vocabulary,
+                  const ClassSet& classesOfThis, NameReceiver& receiver) {
+    try {
+        NameVisitor(nullptr, vocabulary, classesOfThis, receiver).visit(*root.getExpr());
+    } catch (const ParseException&) {
+        // Of what is nested too deeply, nothing is told.
     }
 }
 

@@ -21,6 +21,11 @@ struct NameCheckResult {
 NameCheckResult checkNames(const CompiledExpression& expression, const NameVocabulary& vocabulary,
                            const ClassSet& classesOfThis);
 
+/// Tells of the names in an expression whose types were checked, whether they are right or wrong;
+/// of all that the classes of are not known, they are taken to be any.
+void receiveNames(SpecificationNode& root, const NameVocabulary& vocabulary,
+                  const ClassSet& classesOfThis, NameReceiver& receiver);
+
 /// Shows what was found. Returns false where there is an error.
 bool showFindings(const NameFindings& findings, Messages& messages);
 

@@ -44,15 +44,15 @@ std::string hintForClass(const std::string& name, const NameVocabulary& vocabula
 
 // ---------------------------------------------------------------- judging
 
-void NameJudge::judgeAttribute(const StringConstantNode& name, const ClassSet& classes) {
+void NameJudge::takeAttribute(const StringConstantNode& name, const ClassSet& classes) {
     judge({name.getText(), name.getSpan(), Kind::attribute, !isBare(name), classes});
 }
 
-void NameJudge::judgeAssociation(const DefinitionAssociationNode& step, const ClassSet& classes) {
+void NameJudge::takeAssociation(const DefinitionAssociationNode& step, const ClassSet& classes) {
     judge({step.getName(), step.getNameSpan(), Kind::association, false, classes});
 }
 
-void NameJudge::judgeClass(const StringConstantNode& name) {
+void NameJudge::takeClass(const StringConstantNode& name) {
     if (!vocabulary_.findClass(name.getText())) {
         wrong_.push_back({name.getText(), name.getSpan(), Kind::classOfObjects, true, {}});
     }

@@ -20,15 +20,30 @@ struct NameFindings {
 std::string sentenceForClass(const std::string& name, const NameVocabulary& vocabulary);
 std::string hintForClass(const std::string& name, const NameVocabulary& vocabulary);
 
+/// Is told of each name of an attribute, an association or a class that stands as a constant in an
+/// expression, with the classes of the objects that it is applied to.
+class NameReceiver {
+public:
+    NameReceiver() = default;
+    NameReceiver(const NameReceiver&) = delete;
+    NameReceiver& operator=(const NameReceiver&) = delete;
+    virtual ~NameReceiver() = default;
+
+    virtual void takeAttribute(const StringConstantNode& name, const ClassSet& classes) = 0;
+    virtual void takeAssociation(const DefinitionAssociationNode& step,
+                                 const ClassSet& classes) = 0;
+    virtual void takeClass(const StringConstantNode& name) = 0;
+};
+
 /// Judges names one by one, by the classes of the objects that they are applied to, and tells in
 /// the end what is to be said. Borrows the vocabulary.
-class NameJudge {
+class NameJudge : public NameReceiver {
 public:
     explicit NameJudge(const NameVocabulary& vocabulary) : vocabulary_(vocabulary) {}
 
-    void judgeAttribute(const StringConstantNode& name, const ClassSet& classes);
-    void judgeAssociation(const DefinitionAssociationNode& step, const ClassSet& classes);
-    void judgeClass(const StringConstantNode& name);
+    void takeAttribute(const StringConstantNode& name, const ClassSet& classes) override;
+    void takeAssociation(const DefinitionAssociationNode& step, const ClassSet& classes) override;
+    void takeClass(const StringConstantNode& name) override;
 
     /// What there is to say; of more than are shown, only how many there are.
     NameFindings findings();

@@ -10,7 +10,6 @@ namespace mmq {
 
 namespace {
 
-constexpr std::string_view inversePrefix = "inverse:";
 constexpr std::string_view ownedPrefix = "owned";
 constexpr std::string_view parentName = "parent";
 constexpr std::string_view childrenName = "children";
@@ -272,6 +271,21 @@ std::vector<std::string> NameVocabulary::names(const ClassSet& classes, ReadAs r
             if (!brief.empty()) {
                 result.push_back(brief);
             }
+        }
+    }
+    return result;
+}
+
+std::vector<std::string> NameVocabulary::shownNames(const ClassSet& classes, ReadAs kind) const {
+    std::vector<std::string> result;
+    for (const auto& [name, declarations] : declared_.all()) {
+        const bool isShown = std::any_of(
+            declarations.begin(), declarations.end(), [&](const NameDeclaration& declaration) {
+                return declaration.isShown && classes.contains(declaration.owner) &&
+                       declaration.isAssociation == (kind == ReadAs::association);
+            });
+        if (isShown) {
+            result.push_back(name);
         }
     }
     return result;

@@ -16,6 +16,9 @@ namespace mmq {
 /// What a name is read as: every name can be read as an attribute, of associations it gives names.
 enum class ReadAs { attribute, association };
 
+/// Before the name of an association: what leads back.
+inline constexpr std::string_view inversePrefix = "inverse:";
+
 /// Knows which class of object has which names, and which classes its associations reach.
 ///
 /// Made of what documents show and of what metamodels declare: those that it is given, and UML or
@@ -39,6 +42,8 @@ public:
 
     /// The classes that objects may have; those of the outermost objects.
     const ClassSet& allClasses() const { return declared_.known(); }
+    /// Those that objects of the models have.
+    const ClassSet& shownClasses() const { return shown_; }
     const ClassSet& rootClasses() const { return roots_.isEmpty() ? allClasses() : roots_; }
     /// Whether every model is of a metamodel that is known: then a class that is not found is none.
     bool knowsAllClasses() const { return knowsAllClasses_; }
@@ -62,8 +67,14 @@ public:
     /// known.
     ClassSet reach(const ClassSet& classes, std::string_view association) const;
 
+    /// The classes of the objects that it reaches in the models.
+    ClassSet shownReach(const ClassSet& classes, std::string_view association) const;
+
     /// The names that objects of one of the classes can have, short forms included.
     std::vector<std::string> names(const ClassSet& classes, ReadAs readAs) const;
+    /// Of attributes, or of associations, those that objects of one of the classes have in the
+    /// models.
+    std::vector<std::string> shownNames(const ClassSet& classes, ReadAs kind) const;
     /// The associations that reach one of the classes, which `inverse:` may stand before.
     std::vector<std::string> inverses(const ClassSet& classes) const;
     std::vector<std::string> classNames() const;
@@ -97,7 +108,6 @@ private:
     ClassSet declaredReach(const Heirs& heirs, std::string_view association) const;
     ClassSet declaredContainment(const Heirs& heirs, bool ofContainers) const;
     ClassSet withHeirs(const ClassSet& types) const;
-    ClassSet shownReach(const ClassSet& classes, std::string_view association) const;
     const ClassSet& shownReach(ClassNumber number, std::string_view association) const;
 
     bool isOfStandard(const RepositoryModel& model) const;

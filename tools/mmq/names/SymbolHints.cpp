@@ -7,6 +7,7 @@
 
 #include "Messages.h"
 #include "names/NearestNames.h"
+#include "names/VisibleSymbols.h"
 #include "namespace/CreateNameSpaceVisitor.h"
 #include "namespace/TopLevelEnvironment.h"
 #include "parser/SyntaxParser.h"
@@ -41,19 +42,6 @@ std::string nameIn(std::string_view message, const UnknownSymbol& unknown) {
                    : std::string();
 }
 
-bool isOperator(const std::string& name) { return name.rfind("operator", 0) == 0; }
-
-// The names of one kind that a scope and those around it declare.
-void collect(ScopePtr scope, SymbolKind kind, std::vector<std::string>& names) {
-    for (; scope; scope = scope->getParent()) {
-        for (const Scope::Entry& entry : scope->entries()) {
-            if (entry.symbol->getKind() == kind && !isOperator(entry.name)) {
-                names.push_back(entry.name);
-            }
-        }
-    }
-}
-
 // The names of one kind that are known at a place of the text.
 std::vector<std::string> namesAt(const std::string& text, int line, int column, SymbolKind kind) {
     std::vector<std::string> names;
@@ -68,7 +56,9 @@ std::vector<std::string> namesAt(const std::string& text, int line, int column, 
     const NameSpace& nameSpace = *visitor.getNameSpace();
     for (const NameSpace::Entry& entry : nameSpace.entries()) {
         if (entry.node->getLine() == line && entry.node->getColumn() == column) {
-            collect(nameSpace.scopes()[entry.scope], kind, names);
+            for (const Scope::Entry& visible : visibleSymbols(nameSpace, *entry.node, kind)) {
+                names.push_back(visible.name);
+            }
         }
     }
     return names;

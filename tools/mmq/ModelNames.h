@@ -1,0 +1,31 @@
+// The model that a command works on, with the names in it.
+#pragma once
+
+#include <memory>
+
+#include "ModelLoading.h"
+#include "Options.h"
+#include "names/NameVocabulary.h"
+#include "repository/RepositoryModel.h"
+
+namespace mmq {
+
+/// The model that options name, or its metamodel alone, and the names that its objects can have.
+/// Belongs to one thread, as the vocabulary does.
+class ModelNames {
+public:
+    /// Reads what is named; throws ModelError.
+    explicit ModelNames(const Options& options);
+
+    /// Null where only a metamodel is named, or nothing.
+    const RepositoryModel* model() const { return model_.get(); }
+    /// Null where nothing is named.
+    const NameVocabulary* vocabulary() const { return vocabulary_.get(); }
+
+private:
+    std::unique_ptr<RepositoryModel> model_;
+    std::shared_ptr<const Metamodel> metamodel_;
+    std::unique_ptr<NameVocabulary> vocabulary_;
+};
+
+}  // namespace mmq
