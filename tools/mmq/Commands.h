@@ -13,6 +13,7 @@ int runLint(const Options& options);
 int runTest(const Options& options);
 int runDump(const Options& options);
 int runInfo(const Options& options);
+int runRepl(const Options& options);
 int runGenerate(const Options& options);
 
 }  // namespace mmq

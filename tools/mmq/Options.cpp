@@ -150,6 +150,17 @@ void addInfo(CLI::App& program, Options& options) {
     command.callback([&options] { options.command = Command::info; });
 }
 
+void addRepl(CLI::App& program, Options& options) {
+    CLI::App& command = *program.add_subcommand(
+        "repl", "A prompt: evaluate one expression after the other on a model");
+    addModel(command, options);
+    addNames(command, options);
+    addAs(command, options);
+    addLimits(command, options);
+    addMessages(command, options);
+    command.callback([&options] { options.command = Command::repl; });
+}
+
 void addGenerate(CLI::App& program, Options& options) {
     CLI::App& command =
         *program.add_subcommand("generate", "Write the manual page, or the completion of a shell");
@@ -245,8 +256,9 @@ std::string findConflict(Options& options) {
     if (isDumpOfBuiltins && (options.expression || hasFile)) {
         return "dump builtins takes no expression.";
     }
-    const bool takesExpression =
-        options.command != Command::info && options.command != Command::generate;
+    const bool takesExpression = options.command == Command::eval ||
+                                 options.command == Command::check ||
+                                 options.command == Command::dump;
     if (!takesExpression || isDumpOfBuiltins) {
         return {};
     }
@@ -277,7 +289,8 @@ void buildProgram(CLI::App& program, Options& options) {
         const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
         return "mmq: " + std::string(error.what()) + ".\nTry 'mmq" + command + " --help'.\n";
     });
-    for (auto* add : {&addEval, &addCheck, &addLint, &addTest, &addDump, &addInfo, &addGenerate}) {
+    for (auto* add :
+         {&addEval, &addCheck, &addLint, &addTest, &addDump, &addInfo, &addRepl, &addGenerate}) {
         add(program, options);
     }
     for (CLI::App* command : program.get_subcommands({})) {

@@ -26,15 +26,18 @@ int run(const mmq::Options& options) {
             return mmq::runDump(options);
         case mmq::Command::info:
             return mmq::runInfo(options);
+        case mmq::Command::repl:
+            return mmq::runRepl(options);
         case mmq::Command::generate:
             return mmq::runGenerate(options);
     }
     return mmq::EXIT_USAGE;
 }
 
-// Whether the command writes text for people, of any length.
+// Whether the command writes text for people, of any length, and reads nothing meanwhile.
 bool isPaged(const mmq::Options& options) {
-    return options.command != mmq::Command::generate && options.command != mmq::Command::check;
+    return options.command != mmq::Command::generate && options.command != mmq::Command::check &&
+           options.command != mmq::Command::repl;
 }
 
 // Runs the command; what goes wrong outside an evaluation is a sentence and a status.
