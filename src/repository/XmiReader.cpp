@@ -1,14 +1,12 @@
-// The text is checked by XmlScanner and parsed in place. One walk over the elements of the parsed
-// document, in document order and without recursion, tells for each element what it is, by the
+// The text is checked by XmlScanner and parsed in place, piece by piece. One walk over the
+// elements, in document order and without recursion, tells for each element what it is, by the
 // frame of the element around it and by its own attributes: the frame around all roots, an object,
 // a reference, a value, or something to be skipped. Objects, values and references go to the
-// builder; the parsed document is freed before the builder links them.
+// builder.
 #include "repository/XmiReader.h"
 
-#include <algorithm>
 #include <array>
 #include <cstring>
-#include <new>
 #include <pugixml.hpp>
 #include <string>
 #include <utility>
@@ -16,16 +14,19 @@
 
 #include "repository/ModelBuilder.h"
 #include "repository/XmlNames.h"
+#include "repository/XmlPieces.h"
 #include "repository/XmlScanner.h"
 
 namespace {
 
-// The walk over one parsed document.
-class XmiWalk {
+// The walk over one document.
+class XmiWalk final : public XmlPieceConsumer {
 public:
     explicit XmiWalk(ModelBuilder& builder) : builder_(builder) {}
 
-    void walk(pugi::xml_node node);
+    void takeElement(pugi::xml_node node) override;
+    void takeStartTag(pugi::xml_node node) override { enter(node); }
+    void takeEndTag() override { leave(); }
 
 private:
     // What an element is to the elements in it.
@@ -40,6 +41,7 @@ private:
     };
 
     void enter(pugi::xml_node node);
+    void leave();
     bool collect(pugi::xml_node node, bool isDeclared);
     void declare(pugi::xml_node node);
     Frame classify(pugi::xml_node node);
@@ -83,15 +85,15 @@ bool toElement(pugi::xml_node& node) {
     return type == pugi::node_element;
 }
 
-void XmiWalk::walk(pugi::xml_node node) {
+void XmiWalk::takeElement(pugi::xml_node node) {
+    const std::size_t outer = frames_.size();
     for (;;) {
         enter(node);
         pugi::xml_node next = node.first_child();
         bool isFound = toElement(next);
         while (!isFound) {
-            frames_.pop_back();
-            names_.leave(frames_.size());
-            if (frames_.empty()) {
+            leave();
+            if (frames_.size() == outer) {
                 return;
             }
             next = node.next_sibling();
@@ -112,6 +114,11 @@ void XmiWalk::enter(pugi::xml_node node) {
         failUndeclared(node.name(), names_.name(elementName_));
     }
     frames_.push_back(classify(node));
+}
+
+void XmiWalk::leave() {
+    frames_.pop_back();
+    names_.leave(frames_.size());
 }
 
 // Sorts the attributes of an element by their roles. Returns false at once where these may change
@@ -297,46 +304,15 @@ MMKey XmiWalk::feature(std::uint32_t number) {
     return name.feature;
 }
 
-const char* describe(pugi::xml_parse_status status) {
-    switch (status) {
-        case pugi::status_end_element_mismatch:
-            return "The end tag does not name the element that is open.";
-        case pugi::status_bad_attribute:
-            return "An attribute is not well formed.";
-        case pugi::status_bad_start_element:
-            return "A start tag is not well formed.";
-        case pugi::status_bad_end_element:
-            return "An end tag is not well formed.";
-        case pugi::status_bad_pi:
-            return "A processing instruction is not well formed.";
-        default:
-            return "The document is not well-formed XML.";
-    }
-}
-
-void parse(pugi::xml_document& document, const SourceText& source, char* text) {
-    const pugi::xml_parse_result result =
-        document.load_buffer_inplace(text, source.size(), pugi::parse_default, pugi::encoding_utf8);
-    if (result.status == pugi::status_out_of_memory) {
-        throw std::bad_alloc();
-    }
-    if (result.status != pugi::status_ok) {
-        const auto at = static_cast<std::size_t>(result.offset);
-        source.fail(std::min(at, source.size()), describe(result.status));
-    }
-}
-
 }  // namespace
 
-std::unique_ptr<RepositoryModel> XmiReader::read(SourceText source, const ReadOptions& options) {
-    XmlScanner scanner(source);
+std::unique_ptr<RepositoryModel> XmiReader::read(SourceText source, const ReadOptions& options,
+                                                 std::size_t pieceSize) {
+    XmlScanner scanner(source, pieceSize);
     scanner.scan();
     ModelBuilder builder(std::move(source), options.metamodel, ModelBuilder::References::tokens);
     builder.reserve(scanner.elementCount());
-    {
-        pugi::xml_document document;
-        parse(document, builder.source(), builder.source().data());
-        XmiWalk(builder).walk(document.document_element());
-    }
+    XmiWalk walk(builder);
+    XmlPieces(builder.source(), scanner.cuts()).read(walk);
     return builder.finish();
 }

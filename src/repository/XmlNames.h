@@ -126,7 +126,7 @@ private:
     static std::size_t recentSlot(const char* text) {
         const std::uint64_t mask = maskToEnd(word(text));
         const std::uint64_t start = word(text) & (mask == 0 ? ~std::uint64_t{0} : mask);
-        return static_cast<std::size_t>((start * 0x9E3779B97F4A7C15U) >> 56U);
+        return static_cast<std::size_t>((start * 0x9E3779B97F4A7C15U) >> 54U);
     }
     XmlRole findRole(const XmlName& name) const;
     std::uint32_t findOther(const char* text);
@@ -134,7 +134,7 @@ private:
     void restore();
 
     NameTable numbers_;
-    std::array<std::uint32_t, 256> recent_{};  // by the first eight bytes, the last name
+    std::array<std::uint32_t, 1024> recent_{};  // by the first eight bytes, the last name
     std::vector<XmlName> names_;
     NameTable prefixes_;
     std::vector<NamespaceKind> kinds_;  // by prefix

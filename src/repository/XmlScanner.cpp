@@ -183,7 +183,7 @@ void XmlScanner::take(std::size_t at) {
 }
 
 void XmlScanner::open(std::size_t at) {
-    if (depth_ == 0) {
+    if (open_.empty()) {
         checkOutside(at);
     }
     start_ = at;
@@ -207,7 +207,7 @@ void XmlScanner::openDeclaration(std::size_t at) {
     const std::string_view rest = text_.substr(at, 9);
     if (rest.substr(0, 4) == "<!--") {
         state_ = State::comment;
-    } else if (rest == "<![CDATA[" && depth_ != 0) {
+    } else if (rest == "<![CDATA[" && !open_.empty()) {
         state_ = State::characterData;
     } else if (rest == "<!DOCTYPE") {
         source_.fail(at, "A document type declaration is not accepted.");
@@ -219,15 +219,29 @@ void XmlScanner::openDeclaration(std::size_t at) {
 }
 
 void XmlScanner::openElement(std::size_t at) {
-    if (depth_ == 0 && elementCount_ != 0) {
+    if (open_.empty() && elementCount_ != 0) {
         source_.fail(at, "A second element follows the document element.");
     }
-    if (depth_ == deepestNesting) {
+    if (open_.size() == deepestNesting) {
         source_.fail(
             at, "Elements are nested deeper than " + std::to_string(deepestNesting) + " levels.");
     }
+    if (at - pieceStart_ >= pieceSize_ && !open_.empty()) {
+        cut(at);
+    }
     ++elementCount_;
     state_ = State::startTag;
+}
+
+// The elements that are open are cut as well, as far as they are not.
+void XmlScanner::cut(std::size_t at) {
+    for (; cutCount_ < open_.size(); ++cutCount_) {
+        OpenElement& element = open_[cutCount_];
+        element.cut = cuts_.size();
+        cuts_.push_back({XmlCut::Kind::startTag, element.begin, element.end});
+    }
+    cuts_.push_back({XmlCut::Kind::place, at, at});
+    pieceStart_ = at;
 }
 
 void XmlScanner::closeStartTag(std::size_t at) {
@@ -235,7 +249,7 @@ void XmlScanner::closeStartTag(std::size_t at) {
         source_.fail(at, "\"<\" stands inside a tag.");
     }
     if (text_[at - 1] != '/') {
-        ++depth_;
+        open_.push_back({start_, at + 1, 0});
     }
     state_ = State::text;
     start_ = at + 1;
@@ -245,10 +259,15 @@ void XmlScanner::closeEndTag(std::size_t at) {
     if (text_[at] != '>') {
         source_.fail(at, "An end tag holds more than a name.");
     }
-    if (depth_ == 0) {
+    if (open_.empty()) {
         source_.fail(start_, "An end tag has no start tag.");
     }
-    --depth_;
+    if (cutCount_ == open_.size()) {
+        cuts_[open_.back().cut].endTag = cuts_.size();
+        cuts_.push_back({XmlCut::Kind::endTag, start_, at + 1});
+        --cutCount_;
+    }
+    open_.pop_back();
     state_ = State::text;
     start_ = at + 1;
 }
@@ -294,7 +313,7 @@ void XmlScanner::checkOutside(std::size_t at) const {
 }
 
 void XmlScanner::finish() const {
-    if (depth_ != 0 || state_ != State::text) {
+    if (!open_.empty() || state_ != State::text) {
         source_.fail(text_.size(), cutShort);
     }
     checkOutside(text_.size());

@@ -112,6 +112,14 @@ const std::vector<BadRow> badXmlRows{
 };
 INSTANTIATE_TEST_SUITE_P(Xml, BadDocument, testing::ValuesIn(badXmlRows));
 
+TEST(BadDocument, IsRefusedInPiecesToo) {
+    for (const BadRow& row : badXmlRows) {
+        EXPECT_THROW((void)readInPieces(row.document), ModelError) << row.document;
+    }
+    EXPECT_THROW((void)readInPieces("<a b='1'><c d='2'><e/><f/></x></a>"), ModelError);
+    EXPECT_THROW((void)readInPieces("<a b='1'><c d='2'><e/><f/></cc></a>"), ModelError);
+}
+
 std::string object(const std::string& members) { return "{\"objects\":[{" + members + "}]}"; }
 
 const std::string complete = R"("id":"a","class":"A")";

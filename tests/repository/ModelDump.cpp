@@ -3,6 +3,7 @@
 #include <vector>
 
 #include "repository/ModelReader.h"
+#include "repository/XmiReader.h"
 
 namespace {
 
@@ -69,6 +70,10 @@ std::string uids(const RepositoryModel& model, const MMObjectRange& objects) {
         result.append(result.empty() ? "" : ",").append(model.uid(object, buffer));
     }
     return result;
+}
+
+std::unique_ptr<RepositoryModel> readInPieces(std::string_view document) {
+    return XmiReader::read(SourceText::copyOf(document, "doc"), {}, 1);
 }
 
 std::string errorOf(std::string_view document) {

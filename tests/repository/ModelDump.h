@@ -1,6 +1,7 @@
 // What the tests of the repository share: short documents and models as short texts.
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -20,6 +21,9 @@ std::string ask(const RepositoryModel& model, std::string_view uid, std::string_
 
 /// The uids of objects, separated by commas.
 std::string uids(const RepositoryModel& model, const MMObjectRange& objects);
+
+/// The model of an XML document that is parsed in the smallest pieces that there are.
+std::unique_ptr<RepositoryModel> readInPieces(std::string_view document);
 
 /// The text of the ModelError that reading a document in memory, called "doc", throws; empty where
 /// it throws none.

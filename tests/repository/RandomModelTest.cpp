@@ -313,6 +313,7 @@ TEST(RandomModel, AnswersAsPlainLoopsDo) {
         std::vector<std::string> names = commonNames;
         names.insert(names.end(), xmiNames.begin(), xmiNames.end());
         compare(naive, *readModelText(naive.asXmi(), "doc"), names);
+        compare(naive, *readInPieces(naive.asXmi()), names);
         EXPECT_FALSE(HasFailure()) << "seed " << seed << '\n' << naive.asXmi();
     }
 }

@@ -24,6 +24,7 @@ class XmiDocument : public testing::TestWithParam<DocumentRow> {};
 
 TEST_P(XmiDocument, BecomesObjects) {
     EXPECT_EQ(dump(*readModelText(GetParam().document, "doc")), GetParam().expected);
+    EXPECT_EQ(dump(*readInPieces(GetParam().document)), GetParam().expected);
 }
 
 const std::vector<DocumentRow> rootRows{
@@ -71,6 +72,9 @@ const std::vector<DocumentRow> childRows{
     {"TextIsJoinedOverComments",
      xmi("<uml:A xmi:id='a'><body>x<!-- no --> y<![CDATA[ & <z>]]></body></uml:A>"),
      "A a body=x y & <z>"},
+    {"TextIsAValueBesideSkippedElements",
+     xmi("<uml:A xmi:id='a'><body>x<xmi:Extension><b c='1'/></xmi:Extension></body></uml:A>"),
+     "A a body=x"},
     {"SeveralTextsAreSeveralValues",
      xmi("<uml:A xmi:id='a' body='0'><body>1</body><b/><body>2</body></uml:A>"),
      "A a body=0, 1, 2 b->//@b.0 | B //@b.0"},
