@@ -8,6 +8,8 @@ import pty
 import select
 import sys
 import tempfile
+import termios
+import time
 
 SLOW = "=> ".join(f'for_all v{i} in all "Property" ' for i in range(9)) + "=> true"
 CTRL_C = "\x03"
@@ -55,9 +57,15 @@ class Terminal:
         self.shown = self.shown.partition(text)[2]
         return True
 
+    def is_edited(self):
+        """Whether the program takes keys, and not the terminal, which it does after the prompt."""
+        return not termios.tcgetattr(self.file)[3] & termios.ICANON
+
     def answers(self, keys, text):
         """Types, and waits for what is shown then. Ctrl-C is typed again, as people do."""
         for seconds in [2, 2, 2, 2] if keys == CTRL_C else [20]:
+            while keys not in ("", CTRL_C) and not self.is_edited():
+                time.sleep(0.01)
             os.write(self.file, keys.encode())
             if self.wait_for(text, seconds):
                 return True

@@ -7,6 +7,7 @@
 #include <limits>
 #include <sstream>
 
+#include "ExpressionText.h"
 #include "Messages.h"
 #include "assist/TokenList.h"
 #include "parser/SyntaxParser.h"
@@ -66,7 +67,8 @@ std::string pieceBehind(const std::string& text) {
 }  // namespace
 
 bool isUnfinished(const std::string& text) {
-    return TokenList(text).open() == OpenQuote::comment || stopsAtEnd(text);
+    return TokenList(text).open() == OpenQuote::comment ||
+           (stopsAtEnd(text) && ExpressionText(text).droppedTexts().empty());
 }
 
 std::optional<std::string> withEnding(std::string text) {

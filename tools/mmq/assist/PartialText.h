@@ -7,7 +7,8 @@
 
 namespace mmq {
 
-/// Whether a text is an expression as far as it goes, but ends before the expression does.
+/// Whether a text is an expression as far as it goes, but ends before the expression does. A text
+/// with characters that have no meaning is wrong already.
 bool isUnfinished(const std::string& text);
 
 /// The text with what is missing at its end: closing brackets, the words that must come, and names

@@ -110,6 +110,7 @@ public:
         el_set(edit_, EL_PROMPT, &EditingReader::prompt);
         el_set(edit_, EL_HIST, &history, history_);
         el_set(edit_, EL_EDITOR, "emacs");
+        el_set(edit_, EL_SIGNAL, 1);  // puts the terminal right before it stops and after it
         el_set(edit_, EL_ADDFN, "mmq-complete", "Complete a name", &EditingReader::complete);
         el_set(edit_, EL_BIND, "^I", "mmq-complete", nullptr);
         el_set(edit_, EL_BIND, "^R", "em-inc-search-prev", nullptr);

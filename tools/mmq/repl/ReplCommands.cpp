@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "names/NearestNames.h"
+
 namespace mmq {
 
 namespace {
@@ -20,6 +22,17 @@ const char* argumentName(ReplArgument argument) {
             return " on|off|EXPR";
     }
     return "";
+}
+
+// Those that a name may be cut from, a command of this very name first; none for the colon alone.
+std::vector<const ReplCommand*> commandsBeginningWith(const std::string& name) {
+    std::vector<const ReplCommand*> found;
+    for (const ReplCommand& command : replCommands()) {
+        if (name.size() > 1 && command.name.starts_with(name)) {
+            found.insert(command.name == name ? found.begin() : found.end(), &command);
+        }
+    }
+    return found;
 }
 
 }  // namespace
@@ -57,18 +70,36 @@ ReplInput readInput(const std::string& input) {
 }
 
 const ReplCommand* findCommand(const std::string& name) {
-    const ReplCommand* found = nullptr;
-    int count = 0;
+    const std::vector<const ReplCommand*> found = commandsBeginningWith(name);
+    return found.size() == 1 || (!found.empty() && found.front()->name == name) ? found.front()
+                                                                                : nullptr;
+}
+
+std::string sentenceForCommand(const std::string& name) {
+    std::vector<std::string> meant;
+    for (const ReplCommand* command : commandsBeginningWith(name)) {
+        meant.push_back(command->name);
+    }
+    if (meant.empty()) {
+        std::vector<std::string> known;
+        for (const ReplCommand& command : replCommands()) {
+            known.push_back(command.name);
+        }
+        meant = nearestNames(name, known);
+    }
+    std::string sentence("There is no command ");
+    sentence.append(name).append(". ");
+    return sentence.append(meant.empty() ? ":help shows those that there are."
+                                         : didYouMean(meant, "", ""));
+}
+
+const ReplCommand* findWithoutColon(const std::string& input) {
     for (const ReplCommand& command : replCommands()) {
-        if (command.name == name) {
+        if (command.argument == ReplArgument::none && command.name.substr(1) == input) {
             return &command;
         }
-        if (name.size() > 1 && command.name.compare(0, name.size(), name) == 0) {
-            found = &command;
-            ++count;
-        }
     }
-    return count == 1 ? found : nullptr;
+    return input == "exit" ? findCommand(":quit") : nullptr;
 }
 
 std::string replHelp() {

@@ -40,6 +40,12 @@ ReplInput readInput(const std::string& input);
 /// The command of a name, which may be cut as long as it fits one only; null where there is none.
 const ReplCommand* findCommand(const std::string& name);
 
+/// What there is to say of a name that is no command's.
+std::string sentenceForCommand(const std::string& name);
+
+/// The command that an input names without the colon; null where it may be an expression.
+const ReplCommand* findWithoutColon(const std::string& input);
+
 /// What `:help` shows.
 std::string replHelp();
 

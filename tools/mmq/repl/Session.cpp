@@ -34,6 +34,12 @@ std::string milliseconds(Clock::duration duration) {
     return text + " ms";
 }
 
+// A name that is written as expressions write it.
+std::string withoutQuotes(const std::string& name) {
+    const bool isQuoted = name.size() > 1 && name.front() == '"' && name.back() == '"';
+    return isQuoted ? name.substr(1, name.size() - 2) : name;
+}
+
 constexpr const char* noModel = "There is no model: begin with mmq repl --model FILE.";
 
 void warn(const std::string& sentence) { std::cerr << sentence << '\n'; }
@@ -81,22 +87,18 @@ bool Session::isUnfinished(const std::string& input) {
 
 void Session::run(const std::string& input) {
     const ReplInput parts = readInput(input);
-    if (parts.command.empty()) {
-        evaluate(parts.argument, showsTimes_, false);
-        return;
-    }
     const ReplCommand* const command = findCommand(parts.command);
-    if (command != nullptr) {
+    const ReplCommand* const meant =
+        parts.command.empty() ? findWithoutColon(parts.argument) : nullptr;
+    if (meant != nullptr) {
+        refuse("Commands begin with a colon: " + meant->name + ".", {}, EXIT_USAGE);
+    } else if (parts.command.empty()) {
+        evaluate(parts.argument, showsTimes_, false);
+    } else if (command != nullptr) {
         runCommand(*command, parts.argument);
-        return;
+    } else {
+        refuse(sentenceForCommand(parts.command), {}, EXIT_USAGE);
     }
-    std::vector<std::string> known;
-    for (const ReplCommand& other : replCommands()) {
-        known.push_back(other.name);
-    }
-    const std::string advice = didYouMean(nearestNames(parts.command, known), "", "");
-    refuse("There is no command " + parts.command + ".",
-           advice.empty() ? ":help shows those that there are." : advice, EXIT_USAGE);
 }
 
 void Session::runCommand(const ReplCommand& command, const std::string& argument) {
@@ -119,9 +121,9 @@ void Session::runCommand(const ReplCommand& command, const std::string& argument
         case ReplAction::classes:
             return showClasses();
         case ReplAction::describe:
-            return describe(argument);
+            return describe(withoutQuotes(argument));
         case ReplAction::on:
-            return choose(argument);
+            return choose(withoutQuotes(argument));
         case ReplAction::time:
             return time(argument);
         case ReplAction::help:
