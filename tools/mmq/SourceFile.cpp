@@ -12,6 +12,7 @@ namespace mmq {
 namespace {
 
 constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+constexpr std::size_t longestLine = 500;  // that is shown whole
 
 bool isContinuation(char byte) { return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80U; }
 
@@ -46,9 +47,8 @@ std::string maskOf(std::string_view text, char mark) {
 
 // The window that is shown of a line: all of it, or what stands around an offset.
 std::pair<std::size_t, std::size_t> windowOf(std::string_view line, std::size_t offset) {
-    constexpr std::size_t longest = 500;
     constexpr std::size_t around = 75;
-    if (line.size() <= longest) {
+    if (line.size() <= longestLine) {
         return {0, line.size()};
     }
     std::size_t first = offset - std::min(offset, around);
@@ -64,7 +64,13 @@ std::pair<std::size_t, std::size_t> windowOf(std::string_view line, std::size_t 
 
 }  // namespace
 
+// Of a long line, what is far from the point is not looked at.
 MarkedLine markAt(std::string_view text, std::size_t point, std::size_t first, std::size_t last) {
+    const std::size_t skipped = point - std::min(point, longestLine + 1);
+    text = text.substr(skipped, 2 * (longestLine + 1));
+    point -= skipped;
+    first -= std::min(first, skipped);
+    last -= std::min(last, skipped);
     const std::size_t before = text.rfind('\n', point == 0 ? std::string::npos : point - 1);
     const std::size_t start = point == 0 || before == std::string::npos ? 0 : before + 1;
     const std::string_view rest = text.substr(start);

@@ -22,11 +22,12 @@ std::string mermaidText(std::string_view text) {
     return quoted + "\"";
 }
 
-// A text in the quotes of Graphviz.
+// A text in the quotes of Graphviz, where "&" begins an entity of HTML.
 std::string dotText(std::string_view text) {
     std::string quoted = "\"";
     for (const char c : onOneLine(text)) {
         quoted.append(c == '"' || c == '\\' ? "\\" : "").append(1, c);
+        quoted.append(c == '&' ? "amp;" : "");
     }
     return quoted + "\"";
 }
