@@ -96,9 +96,9 @@ private:
     }
 
     void checkLinks(const EvidenceLine& line, const std::string& part) {
-        ASSERT_FALSE(line.links.empty()) << text_ << ": " << part;
-        MMObject from = line.links.front().from;
-        for (const mmq::PathLink& link : line.links) {
+        ASSERT_FALSE(line.way.links.empty()) << text_ << ": " << part;
+        MMObject from = line.way.links.front().from;
+        for (const mmq::PathLink& link : line.way.links) {
             EXPECT_EQ(link.from, from) << text_ << ": " << part;
             const auto& targets = thingOf(from).associations.at(link.association);
             EXPECT_EQ(std::count(targets.begin(), targets.end(), link.to) > 0, true)

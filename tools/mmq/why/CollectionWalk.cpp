@@ -28,7 +28,7 @@ void CollectionWalk::walk(ExpressionNode& collection) {
             return walk(*static_cast<SortExpressionNode&>(collection).getSource());
         case ExpressionKind::applicationExpression: {
             const auto& call = static_cast<ApplicationExpressionNode&>(collection);
-            return isRearrangement(call) ? walk(*call.getExpr()) : void();
+            return isRearrangement(call) ? atRearrangement(call) : void();
         }
         default:
             return;

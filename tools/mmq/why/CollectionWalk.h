@@ -16,9 +16,12 @@ public:
 protected:
     ~CollectionWalk() = default;
 
-    /// Calls the operation for the collection. One that only reorders another is passed over, and
-    /// the objects of a class come from nowhere.
+    /// Calls the operation for the collection; the objects of a class come from nowhere.
     void walk(ExpressionNode& collection);
+
+    /// A call of "unique", "unique_stable" or "reverse", whose objects are those of another
+    /// collection: unless a walk has its own way, it goes on there.
+    virtual void atRearrangement(const ApplicationExpressionNode& node) { walk(*node.getExpr()); }
 
     virtual void atFilter(FilterExpressionNode& node) = 0;
     virtual void atTraverse(TraverseExpressionNode& node) = 0;

@@ -14,10 +14,14 @@ public:
     ElementExplainer(Explanation& explanation, bool isThorough)
         : explanation_(explanation), isThorough_(isThorough) {}
 
-    /// Adds the evidence for one object of the collection.
-    void explain(ExpressionNode& collection, MMObject element);
+    /// Adds the evidence for one object of the collection; of one that stands there several times,
+    /// for that place before which it stands so many times.
+    void explain(ExpressionNode& collection, MMObject element, std::size_t earlier = 0);
 
 private:
+    void goOn(ExpressionNode& collection) { explain(collection, element_, earlier_); }
+
+    void atRearrangement(const ApplicationExpressionNode& node) override;
     void atFilter(FilterExpressionNode& node) override;
     void atTraverse(TraverseExpressionNode& node) override;
     void atLet(LetExpressionNode& node) override;
@@ -27,6 +31,7 @@ private:
     Explanation& explanation_;
     bool isThorough_;
     MMObject element_ = mmNoObject;
+    std::size_t earlier_ = 0;
 };
 
 }  // namespace mmq

@@ -23,15 +23,21 @@ std::string uidOf(const RepositoryModel& model, MMObject object) {
     return std::string(model.uid(object, buffer));
 }
 
-// A text in quotes, cut where it is long.
-std::string quoted(std::string_view text) {
-    constexpr std::size_t longest = 60;
+// So many bytes of a text, but no part of a character.
+std::string_view beginningOf(std::string_view text, std::size_t longest) {
     std::size_t length = std::min(text.size(), longest);
     while (length < text.size() && (static_cast<unsigned char>(text[length]) & 0xC0U) == 0x80U) {
         --length;
     }
-    const std::string result = jsonString(text.substr(0, length));
-    return length < text.size() ? result + "..." : result;
+    return text.substr(0, length);
+}
+
+// A text in quotes, cut where it is long.
+std::string quoted(std::string_view text) {
+    constexpr std::size_t longest = 60;
+    const std::string_view shown = beginningOf(text, longest);
+    const std::string result = jsonString(shown);
+    return shown.size() < text.size() ? result + "..." : result;
 }
 
 /// Writes evidence for people.
@@ -71,7 +77,7 @@ private:
             case EvidenceLine::Kind::subject:
                 return joined({"for ", line.variable, " = ", fullName(line.object)});
             case EvidenceLine::Kind::path:
-                return pathText(line);
+                return pathText(line.way);
             case EvidenceLine::Kind::step:
                 return joined({"reached ", valueText(line.value)});
             default:
@@ -79,13 +85,17 @@ private:
         }
     }
 
-    std::string pathText(const EvidenceLine& line) const {
-        std::string way;
-        for (const PathLink& link : line.links) {
-            way += joined({way.empty() ? shortName(link.from) : "", " -[", link.association, "]-> ",
-                           shortName(link.to)});
+    std::string pathText(const PathWay& way) const {
+        std::string text = way.links.empty() ? "" : shortName(way.links.front().from);
+        for (std::size_t i = 0; i < way.links.size(); ++i) {
+            const PathLink& link = way.links[i];
+            if (way.leftOut > 0 && i == way.gap) {
+                text += joined({" ... ", std::to_string(way.leftOut), " more steps ... ",
+                                shortName(link.from)});
+            }
+            text += joined({" -[", link.association, "]-> ", shortName(link.to)});
         }
-        return way;
+        return text;
     }
 
     std::string valueText(const PartValue& value) const {
@@ -157,7 +167,7 @@ public:
         const MessagePlace place = expression_.place(span.line, span.column);
         return joined(
             {"{\"line\":", std::to_string(place.line), ",\"column\":", std::to_string(place.column),
-             ",\"text\":", jsonString(text_.substr(span.offset, span.endOffset - span.offset)), ",",
+             ",\"text\":", partText(text_.substr(span.offset, span.endOffset - span.offset)), ",",
              members(line), "}"});
     }
 
@@ -175,7 +185,7 @@ private:
                 return joined(
                     {"\"reached\":", contentForm(std::get<std::vector<MMObject>>(line.value))});
             case EvidenceLine::Kind::path:
-                return joined({"\"path\":", links(line.links)});
+                return joined({"\"path\":", links(line.way)});
             default:
                 return value;
         }
@@ -189,20 +199,39 @@ private:
     std::string uid(MMObject object) const {
         return object != mmNoObject ? jsonString(uidOf(model_, object)) : "null";
     }
-    template <class Elements, class Form>
-    static std::string list(const Elements& elements, const Form& formOf) {
-        std::string json;
-        for (const auto& element : elements) {
-            json += joined({json.empty() ? "[" : ",", formOf(element)});
-        }
-        return json.empty() ? "[]" : json + "]";
-    }
-    std::string uids(const std::vector<MMObject>& objects) const {
-        return list(objects, [this](MMObject object) { return uid(object); });
+    static std::string partText(std::string_view part) {
+        constexpr std::size_t longest = 1000;
+        const std::string_view shown = beginningOf(part, longest);
+        return shown.size() < part.size() ? jsonString(std::string(shown) + "...")
+                                          : jsonString(shown);
     }
 
-    std::string links(const std::vector<PathLink>& path) const {
-        return list(path, [this](const PathLink& link) {
+    // A list of which so many are left out before its entry `gap`.
+    template <class Form>
+    static std::string list(std::size_t count, std::size_t gap, std::size_t leftOut,
+                            const Form& formOf) {
+        std::string json = "[";
+        for (std::size_t i = 0; i <= count; ++i) {
+            if (leftOut > 0 && i == gap) {
+                json += joined({i == 0 ? "" : ",", "{\"leftOut\":", std::to_string(leftOut), "}"});
+            }
+            json += i == count ? "]" : joined({json.size() == 1 ? "" : ",", formOf(i)});
+        }
+        return json;
+    }
+    template <class Form>
+    static std::string list(std::size_t count, const Form& formOf) {
+        constexpr std::size_t mostListed = 100;
+        const std::size_t shown = std::min(count, mostListed);
+        return list(shown, shown, count - shown, formOf);
+    }
+    std::string uids(const std::vector<MMObject>& objects) const {
+        return list(objects.size(), [&](std::size_t i) { return uid(objects[i]); });
+    }
+
+    std::string links(const PathWay& way) const {
+        return list(way.links.size(), way.gap, way.leftOut, [&](std::size_t i) {
+            const PathLink& link = way.links[i];
             return joined({"{\"from\":", uid(link.from), ",\"association\":",
                            jsonString(link.association), ",\"to\":", uid(link.to), "}"});
         });
@@ -220,7 +249,7 @@ private:
     std::string contentForm(const MMObject& object) const { return uid(object); }
     std::string contentForm(const std::vector<MMObject>& objects) const { return uids(objects); }
     static std::string contentForm(const std::vector<std::string>& texts) {
-        return list(texts, [](const std::string& text) { return jsonString(text); });
+        return list(texts.size(), [&texts](std::size_t i) { return jsonString(texts[i]); });
     }
 
     const ExpressionText& expression_;

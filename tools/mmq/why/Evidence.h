@@ -20,7 +20,7 @@ struct EvidenceLine {
         binding,   ///< and has it because of `object`, which `variable` was: the first one
         elements,  ///< and has it because of all `objects`, or because there are none
         subject,   ///< what follows about the part is about `object`, which `variable` is
-        path,      ///< the part reached the last object of `links` this way
+        path,      ///< the part reached the last object of `way` so
         step       ///< the part, a step of a path, reached the objects of the value
     };
 
@@ -47,7 +47,7 @@ struct EvidenceLine {
     std::string variable;  ///< "current" where the text has no other name for it
     MMObject object = mmNoObject;
     std::vector<MMObject> objects;
-    std::vector<PathLink> links;
+    PathWay way;
 };
 
 /// What decided the value of an expression for one object, from the whole to its parts. What
@@ -66,7 +66,8 @@ std::string evidenceText(const Evidence& evidence, const ExpressionText& text,
 /// The evidence as a JSON array of objects, with "line", "column" and "text" of the part and its
 /// "value", where objects are their uids, or "error"; by kind also "variable" and "object",
 /// "objects"; of a subject "variable" and "object" alone, of a path "path" alone, of a step
-/// "reached". Evidence that was cut ends with {"isCut":true}.
+/// "reached". A long text ends in "...", and in a long list {"leftOut":COUNT} stands for what is
+/// not shown. Evidence that was cut ends with {"isCut":true}.
 std::string evidenceJson(const Evidence& evidence, const ExpressionText& text,
                          const RepositoryModel& model);
 

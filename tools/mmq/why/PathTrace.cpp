@@ -1,10 +1,32 @@
 #include "why/PathTrace.h"
 
 #include <algorithm>
-#include <set>
+#include <cstdint>
+#include <unordered_map>
 #include <utility>
 
+#include "fliodram/MMObjectSet.h"
+
 namespace mmq {
+
+namespace {
+
+constexpr std::size_t linksAtEachEnd = 5;  // of a way that is too long to be read
+
+using Steps = std::vector<const MMAssociationTraversal*>;
+
+/// A step and an object that it was taken from.
+struct TracedTurn {
+    const MMAssociationTraversal* step;
+    MMObject object;
+
+    bool operator==(const TracedTurn& other) const = default;
+    std::size_t hash() const {
+        return mmHash(object ^ mmHash(reinterpret_cast<std::uintptr_t>(step)));
+    }
+};
+
+}  // namespace
 
 PathTrace::PathTrace(MMEvaluationContext& context, const MMAssociationExpr& path) {
     const MMObject start = path.getObject().evaluate(context);
@@ -12,7 +34,8 @@ PathTrace::PathTrace(MMEvaluationContext& context, const MMAssociationExpr& path
         return;
     }
     arrivals_.push_back({nullptr, start, 0});
-    std::set<std::pair<const MMAssociationTraversal*, MMObject>> followed;
+    std::unordered_map<const MMAssociationTraversal*, Steps> groups;  // by their first steps
+    MMKeySet<TracedTurn> followed;
     for (std::size_t i = 0; i < arrivals_.size(); ++i) {
         const Arrival arrival = arrivals_[i];
         const MMAssociationTraversal* const next =
@@ -20,8 +43,12 @@ PathTrace::PathTrace(MMEvaluationContext& context, const MMAssociationExpr& path
         if (next == nullptr) {
             continue;
         }
-        for (const MMAssociationTraversal* step : next->alternatives()) {
-            if (followed.emplace(step, arrival.object).second) {
+        const auto [group, isNew] = groups.try_emplace(next);
+        if (isNew) {
+            group->second = next->alternatives();
+        }
+        for (const MMAssociationTraversal* step : group->second) {
+            if (followed.insert({step, arrival.object})) {
                 follow(context, *step, i);
             }
         }
@@ -45,27 +72,37 @@ PathLink PathTrace::linkTo(const Arrival& arrival) const {
             arrival.object};
 }
 
-std::vector<PathLink> PathTrace::linksTo(MMObject object) const {
+PathWay PathTrace::wayTo(MMObject object) const {
     const auto found =
         std::find_if(arrivals_.begin(), arrivals_.end(), [object](const Arrival& arrival) {
             return arrival.step != nullptr && arrival.object == object && arrival.step->isResult();
         });
-    std::vector<PathLink> links;
+    std::vector<const Arrival*> steps;
     if (found != arrivals_.end()) {
         for (const Arrival* arrival = &*found; arrival->step != nullptr;
              arrival = &arrivals_[arrival->previous]) {
-            links.push_back(linkTo(*arrival));
+            steps.push_back(arrival);
         }
-        std::reverse(links.begin(), links.end());
     }
-    return links;
+    std::reverse(steps.begin(), steps.end());
+    PathWay way;
+    if (steps.size() > 2 * linksAtEachEnd + 1) {
+        way.gap = linksAtEachEnd;
+        way.leftOut = steps.size() - 2 * linksAtEachEnd;
+    }
+    for (std::size_t i = 0; i < steps.size(); ++i) {
+        if (i < way.gap || i >= way.gap + way.leftOut) {
+            way.links.push_back(linkTo(*steps[i]));
+        }
+    }
+    return way;
 }
 
 std::vector<MMObject> PathTrace::reachedBy(const MMAssociationTraversal& step) const {
     std::vector<MMObject> objects;
-    std::set<MMObject> known;
+    MMKeySet<MMObjectKey> known;
     for (const Arrival& arrival : arrivals_) {
-        if (arrival.step == &step && known.insert(arrival.object).second) {
+        if (arrival.step == &step && known.insert({arrival.object})) {
             objects.push_back(arrival.object);
         }
     }

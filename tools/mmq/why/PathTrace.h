@@ -16,6 +16,13 @@ struct PathLink {
     MMObject to;
 };
 
+/// A way along links, as much of it as anybody reads: of a long one the first and the last few.
+struct PathWay {
+    std::vector<PathLink> links;
+    std::size_t gap = 0;      ///< the number of links before those that are left out
+    std::size_t leftOut = 0;  ///< how many these are
+};
+
 /// Every way that the steps of a path go from its first object, followed breadth first, whatever is
 /// marked: what is reached is the same, and what is reached first is reached by the fewest steps.
 ///
@@ -28,9 +35,9 @@ public:
     /// The object from which the path goes, or no object.
     MMObject getStart() const { return arrivals_.empty() ? mmNoObject : arrivals_[0].object; }
 
-    /// The links by which the path reached an object of its result, in order; empty for an object
-    /// that it does not have.
-    std::vector<PathLink> linksTo(MMObject object) const;
+    /// The way by which the path reached an object of its result; empty for an object that it does
+    /// not have.
+    PathWay wayTo(MMObject object) const;
 
     /// The objects that a step of the path reached, each once.
     std::vector<MMObject> reachedBy(const MMAssociationTraversal& step) const;

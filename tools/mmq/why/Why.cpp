@@ -37,7 +37,10 @@ void explainElements(Explanation& explanation, ExpressionNode& collection) {
     const auto* const objects = std::get_if<std::vector<MMObject>>(&value);
     const std::size_t count = objects != nullptr ? objects->size() : 0;
     for (std::size_t i = 0; i < std::min(count, mostElements); ++i) {
-        ElementExplainer(explanation, true).explain(collection, (*objects)[i]);
+        const auto place = objects->begin() + static_cast<std::ptrdiff_t>(i);
+        const auto earlier = std::count(objects->begin(), place, *place);
+        ElementExplainer(explanation, true)
+            .explain(collection, *place, static_cast<std::size_t>(earlier));
     }
     if (explanation.evidence.lines.empty()) {
         Explainer(explanation).explain(collection);
