@@ -237,4 +237,13 @@ TEST(Why, SaysWhatTheEvaluatorSays) {
     EXPECT_GT(links, expressions / 20);
 }
 
+TEST(Why, EndsWithTheTimeAlthoughNoPartLooksAtTheClock) {
+    const SmallModel model;
+    MMEvaluationContext context(model.view(), {.time = std::chrono::nanoseconds(1)});
+    const mmq::CompiledExpression expression = compiled('B', "uid this = \"\"");
+    const mmq::Evidence evidence = mmq::explain(expression, context, model.things()[0].handle());
+    EXPECT_TRUE(evidence.isCut);
+    EXPECT_TRUE(evidence.lines.empty());
+}
+
 }  // namespace

@@ -62,7 +62,7 @@ void Evaluation::showFailure(MMObject object, const MMEvaluationError& error) {
             {static_cast<std::size_t>(stream_.tellp()),
              {placeOf(error, *expression_.map, text_), uid + ": " + error.what()}});
     }
-    writer_.writeError(object, error.what(), why(object));
+    writer_.writeError(object, error.what(), error.isLimit() ? std::string() : why(object));
 }
 
 // The evidence in the form of the output; empty where it is not asked for.
@@ -70,7 +70,7 @@ std::string Evaluation::why(MMObject object) {
     if (!options_.explains) {
         return {};
     }
-    context_.setLimits(budget_.next());
+    context_.setLimits(budget_.rest());
     const Evidence evidence = explain(expression_, context_, object);
     return options_.format == Format::json ? evidenceJson(evidence, text_, model_)
                                            : evidenceText(evidence, text_, model_, "    ");

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "fliodram/MMEvaluationError.h"
+
 namespace mmq {
 
 EvaluationBudget::EvaluationBudget(const Options& options) {
@@ -15,7 +17,16 @@ EvaluationBudget::EvaluationBudget(const Options& options) {
     }
 }
 
+// Short evaluations do not look at the clock themselves.
 MMEvaluationLimits EvaluationBudget::next() const {
+    if (deadline_ && Clock::now() > *deadline_) {
+        throwLogged(MMEvaluationError(MMEvaluationError::Kind::timeLimit,
+                                      "The evaluation takes longer than its time limit."));
+    }
+    return rest();
+}
+
+MMEvaluationLimits EvaluationBudget::rest() const {
     MMEvaluationLimits limits = limits_;
     if (deadline_) {
         limits.time = std::max<std::chrono::nanoseconds>(*deadline_ - Clock::now(),

@@ -15,8 +15,11 @@ class EvaluationBudget {
 public:
     explicit EvaluationBudget(const Options& options);
 
-    /// The limits of the next evaluation: of the time, what is left.
+    /// The limits of the next evaluation: of the time, what is left. Throws MMEvaluationError when
+    /// nothing is.
     MMEvaluationLimits next() const;
+    /// The same for what can be done without: where nothing is left, a moment.
+    MMEvaluationLimits rest() const;
 
 private:
     using Clock = std::chrono::steady_clock;

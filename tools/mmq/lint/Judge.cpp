@@ -141,7 +141,7 @@ private:
         if (!explains_) {
             return;
         }
-        context.setLimits(budget_.next());
+        context.setLimits(budget_.rest());
         const bool isElement = !discovery.isFailure && compiled.rule->isFinding;
         const Evidence evidence =
             isElement ? explainElement(expression, context, object, discovery.object)

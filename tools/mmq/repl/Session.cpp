@@ -218,10 +218,10 @@ void Session::apply(const ExpressionText& text, const CompiledExpression& expres
     MMEvaluationContext context(model);
     const EvaluationBudget budget(options_);
     for (const MMObject object : objects_) {
-        MMEvaluationLimits limits = budget.next();
-        limits.isCancelled = &isInterrupted_;
-        context.setLimits(limits);
         try {
+            MMEvaluationLimits limits = budget.next();
+            limits.isCancelled = &isInterrupted_;
+            context.setLimits(limits);
             applyTo(object, expression, context, writer);
             if (explains) {
                 const Evidence evidence = explain(expression, context, object);

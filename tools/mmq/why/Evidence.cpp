@@ -60,7 +60,10 @@ public:
         result_ += indent_ + marked.marks + " " + told(line) + "\n";
     }
 
-    void writeCut() { result_ += indent_ + "There is more than is shown here.\n"; }
+    void writeCut() {
+        result_ += indent_ + (result_.empty() ? "A limit was reached before there was evidence.\n"
+                                              : "There is more than is shown here.\n");
+    }
 
     std::string release() { return std::move(result_); }
 
@@ -267,7 +270,7 @@ std::string evidenceText(const Evidence& evidence, const ExpressionText& text,
     for (const EvidenceLine& line : evidence.lines) {
         form.write(line, failing != evidence.lines.rend() && &line == &*failing);
     }
-    if (evidence.isCut && !evidence.lines.empty()) {
+    if (evidence.isCut) {
         form.writeCut();
     }
     return form.release();

@@ -72,12 +72,16 @@ PartEvaluator::PartEvaluator(const SourceMap& map, MMEvaluationContext& context)
 
 PartEvaluator::~PartEvaluator() { context_.setLimits(limits_); }
 
+// Parts that look at no clock themselves may be many.
 MMEvaluationContext& PartEvaluator::begin() {
     if (limits_.time.count() > 0) {
+        const Clock::time_point now = Clock::now();
+        if (now >= deadline_) {
+            throwLogged(MMEvaluationError(MMEvaluationError::Kind::timeLimit,
+                                          "The explanation takes longer than its time limit."));
+        }
         MMEvaluationLimits limits = limits_;
-        const auto left =
-            std::chrono::duration_cast<std::chrono::nanoseconds>(deadline_ - Clock::now());
-        limits.time = std::max(left, std::chrono::nanoseconds(1));
+        limits.time = std::chrono::duration_cast<std::chrono::nanoseconds>(deadline_ - now);
         context_.setLimits(limits);
     }
     context_.begin();
