@@ -14,6 +14,7 @@ int runTest(const Options& options);
 int runDump(const Options& options);
 int runInfo(const Options& options);
 int runRepl(const Options& options);
+int runLsp(const Options& options);
 int runGenerate(const Options& options);
 
 }  // namespace mmq

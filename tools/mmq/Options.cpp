@@ -161,6 +161,17 @@ void addRepl(CLI::App& program, Options& options) {
     command.callback([&options] { options.command = Command::repl; });
 }
 
+void addLsp(CLI::App& program, Options& options) {
+    CLI::App& command = *program.add_subcommand(
+        "lsp", "A language server for editors, over the standard input and output");
+    addModel(command, options);
+    addOn(command, options, "The class of the objects that files of expressions are for");
+    addNames(command, options);
+    command.add_flag("--stdio")->description(
+        "Speak over the standard streams, which it does anyway");
+    command.callback([&options] { options.command = Command::lsp; });
+}
+
 void addGenerate(CLI::App& program, Options& options) {
     CLI::App& command =
         *program.add_subcommand("generate", "Write the manual page, or the completion of a shell");
@@ -250,6 +261,9 @@ std::string findConflict(Options& options) {
     if (options.command == Command::lint || options.command == Command::test) {
         return settleLint(options);
     }
+    if (!options.onClass.empty() && options.modelFile.empty() && options.metamodelFile.empty()) {
+        return "--on needs --model or --metamodel.";
+    }
     const bool isDumpOfBuiltins =
         options.command == Command::dump && options.stage == Stage::builtins;
     const bool hasFile = !options.expressionFile.empty();
@@ -261,9 +275,6 @@ std::string findConflict(Options& options) {
                                  options.command == Command::dump;
     if (!takesExpression || isDumpOfBuiltins) {
         return {};
-    }
-    if (!options.onClass.empty() && options.modelFile.empty() && options.metamodelFile.empty()) {
-        return "--on needs --model or --metamodel.";
     }
     if (options.explains && options.format != Format::text && options.format != Format::json) {
         return "--why is shown as text or json.";
@@ -289,8 +300,8 @@ void buildProgram(CLI::App& program, Options& options) {
         const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
         return "mmq: " + std::string(error.what()) + ".\nTry 'mmq" + command + " --help'.\n";
     });
-    for (auto* add :
-         {&addEval, &addCheck, &addLint, &addTest, &addDump, &addInfo, &addRepl, &addGenerate}) {
+    for (auto* add : {&addEval, &addCheck, &addLint, &addTest, &addDump, &addInfo, &addRepl,
+                      &addLsp, &addGenerate}) {
         add(program, options);
     }
     for (CLI::App* command : program.get_subcommands({})) {

@@ -12,7 +12,7 @@
 
 namespace mmq {
 
-enum class Command { eval, check, lint, test, dump, info, repl, generate };
+enum class Command { eval, check, lint, test, dump, info, repl, lsp, generate };
 enum class Stage { tokens, ast, scopes, builtins, type, target };
 /// What is written from the command line itself.
 enum class Generated { man, bash, zsh, fish };

@@ -28,6 +28,8 @@ int run(const mmq::Options& options) {
             return mmq::runInfo(options);
         case mmq::Command::repl:
             return mmq::runRepl(options);
+        case mmq::Command::lsp:
+            return mmq::runLsp(options);
         case mmq::Command::generate:
             return mmq::runGenerate(options);
     }
@@ -37,7 +39,7 @@ int run(const mmq::Options& options) {
 // Whether the command writes text for people, of any length, and reads nothing meanwhile.
 bool isPaged(const mmq::Options& options) {
     return options.command != mmq::Command::generate && options.command != mmq::Command::check &&
-           options.command != mmq::Command::repl;
+           options.command != mmq::Command::repl && options.command != mmq::Command::lsp;
 }
 
 // Runs the command; what goes wrong outside an evaluation is a sentence and a status.
