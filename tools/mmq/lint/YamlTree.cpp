@@ -35,6 +35,14 @@ std::size_t offsetOf(const YAML::Mark& mark) {
     return mark.pos < 0 ? 0 : static_cast<std::size_t>(mark.pos);
 }
 
+// So many nodes may be there because of aliases: a few bytes could stand for any number.
+constexpr std::size_t mostAliased = 100000;
+
+/// Thrown at the alias that is one too many.
+struct TooManyAliased {
+    std::size_t offset;
+};
+
 /// Thrown where a document begins behind the first.
 struct SecondDocument {
     std::size_t offset;
@@ -57,8 +65,13 @@ public:
     void OnNull(const YAML::Mark& mark, YAML::anchor_t anchor) override {
         add(YamlNode::Kind::nothing, mark, "", anchor);
     }
-    void OnAlias(const YAML::Mark& /*mark*/, YAML::anchor_t anchor) override {
-        attach(*anchors_.at(anchor));
+    void OnAlias(const YAML::Mark& mark, YAML::anchor_t anchor) override {
+        const YamlNode& node = *anchors_.at(anchor);
+        attach(node);
+        aliasedCount_ += node.count;
+        if (aliasedCount_ > mostAliased) {
+            throw TooManyAliased{offsetOf(mark)};
+        }
     }
     void OnScalar(const YAML::Mark& mark, const std::string& tag, YAML::anchor_t anchor,
                   const std::string& value) override {
@@ -68,12 +81,12 @@ public:
                          YAML::EmitterStyle::value /*style*/) override {
         open_.push_back(&add(YamlNode::Kind::list, mark, tag, anchor));
     }
-    void OnSequenceEnd() override { open_.pop_back(); }
+    void OnSequenceEnd() override { close(); }
     void OnMapStart(const YAML::Mark& mark, const std::string& tag, YAML::anchor_t anchor,
                     YAML::EmitterStyle::value /*style*/) override {
         open_.push_back(&add(YamlNode::Kind::mapping, mark, tag, anchor));
     }
-    void OnMapEnd() override { open_.pop_back(); }
+    void OnMapEnd() override { close(); }
 
 private:
     YamlNode& add(YamlNode::Kind kind, const YAML::Mark& mark, const std::string& tag,
@@ -94,10 +107,21 @@ private:
             tree_.root_ = &node;
         } else {
             open_.back()->children.push_back(&node);
+            open_.back()->count += node.count;
+        }
+    }
+
+    // Of what is closed, the node itself was counted when it began.
+    void close() {
+        const std::size_t inside = open_.back()->count - 1;
+        open_.pop_back();
+        if (!open_.empty()) {
+            open_.back()->count += inside;
         }
     }
 
     YamlTree& tree_;
+    std::size_t aliasedCount_ = 0;
     bool hasBegun_ = false;
     std::vector<YamlNode*> open_;
     std::unordered_map<YAML::anchor_t, const YamlNode*> anchors_;
@@ -129,6 +153,9 @@ void YamlTree::parse(FileErrors& errors) {
     } catch (const SecondDocument& second) {
         errors.add(std::min(second.offset, size),
                    "A rules file is one YAML document, which ends before this.");
+    } catch (const TooManyAliased& alias) {
+        errors.add(std::min(alias.offset, size),
+                   "The aliases of the file stand for more than 100000 pieces of it.");
     } catch (const YAML::Exception& exception) {
         // The library has no other words for a document that is too deep.
         const bool isDeep = exception.msg == YAML::ErrorMsg::BAD_FILE;

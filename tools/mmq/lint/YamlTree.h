@@ -24,6 +24,8 @@ struct YamlNode {
     /// The elements of a list; the keys and values of a mapping, in turn. What an alias stands for
     /// is the same node again, be it one that it is part of.
     std::vector<const YamlNode*> children;
+    /// Of the nodes in it, itself among them; those of an alias count each time.
+    std::size_t count = 1;
 
     bool isText() const { return kind == Kind::text; }
     bool isList() const { return kind == Kind::list; }
