@@ -30,15 +30,16 @@ WRONG = [
     ("a.yaml", rule("require", "'$name + «''» $x'"), ["The character \"'\" has no meaning here."]),
     ("a.yaml", rule("require", "true", "«Clas»"), ['There is no class "Clas"']),
     ("a.yaml", rule("require", "true") + "    «links»: x", ['A rule has no key "links"']),
-    ("a.yaml", rule("require", "«nix»").replace("$name", "$«nam»"), ["TypeChecker: Variable nix",
-                                                                  'A Class has no attribute "nam"']),
+    ("a.yaml", rule("require", "«nix»").replace("$name", "$«nam»"),
+     ["TypeChecker: Variable nix", 'A Class has no attribute "nam"']),
     ("a.yml", "rules: [«»", ["This is not well-formed YAML"]),
     ("a.yaml", "\ufeff" + rule("require", "«nix»"), ["TypeChecker: Variable nix doesn't exist."]),
     ("other.yaml", "a: [", []),
 ]
 
-# What is told about a place: a method, a file, its text, and the range that the answer is about with
-# a piece of the answer; of completion, an item and the text with it, or without it what is no item.
+# What is told about a place: a method, a file, its text, and the range that the answer is about
+# with a piece of the answer; of completion, perhaps behind a colon, the text with an item and the
+# item, or no text with what is no item.
 TOLD = [
     ("hover", "a.mmq", '"𝒳" + $na¦me', '"𝒳" + «$name»', "$name : string"),
     ("hover", "a.mmq", "si¦ze [children]", "«size» [children]", "how many there are"),
@@ -47,6 +48,8 @@ TOLD = [
      rule("require", '>\n      "é" =\n      «$name»'), "Of Class."),
     ("hover", "a.yaml", rule("require", "true").replace("$n", "$¦n"),
      rule("require", "true").replace("$name", "«$name»"), "$name : string"),
+    ("hover", "a.yaml", "\ufeff" + rule("require", "size ¦[children]"),
+     "\ufeff" + rule("require", "size «[children]»"), "collection"),
     ("definition", "a.mmq", 'let ab = "𝒳" in\n"𝒳" + a¦b', 'let «ab» = "𝒳" in\n"𝒳" + ab', ""),
     ("definition", "a.mmq", "up:[a] -> ^[b] -> @u¦p", "«up»:[a] -> ^[b] -> @up", ""),
     ("definition", "a.mmq", "$na¦me", None, None),
@@ -62,6 +65,13 @@ TOLD = [
     ("completion", "a.yaml", rule("require", "$direction = $¦", "Parameter"),
      rule("require", "$direction = $direction", "Parameter"), "direction"),
     ("completion", "a.yaml", rule("require", "true and ¦"), rule("require", "true and not"), "not"),
+    ("completion", "a.yaml", rule("require", "|\n      true and\n      ¦"),
+     rule("require", "|\n      true and\n      not"), "not"),
+    ("completion", "a.yaml", rule("require", "|\n      true and\n    ¦"), None, "not"),
+    ("completion", "a.yaml", rule("find", "[children]").replace("$", "$direction + $¦"),
+     rule("find", "[children]").replace("$", "$direction + $direction"), "direction"),
+    ("completion:", "a.mmq", "up:¦", None, "not"),
+    ("completion:", "a.mmq", "size [inverse:¦]", "size [inverse:type]", "inverse:type"),
     ("completion", "a.yaml", rule("require", "¦"), rule("require", "for_all"), "for_all"),
     ("completion", "a.yaml", rule("require", "'size [ownedA¦"),
      rule("require", "'size [ownedAttribute]"), "ownedAttribute"),
@@ -83,11 +93,13 @@ def request(number, method, **parameters):
 INIT, SHUTDOWN, EXIT = request(1, "initialize"), request(9, "shutdown"), request(None, "exit")
 HOVER = request(2, "textDocument/hover", textDocument={"uri": "u"},
                 position={"line": 0, "character": 0})
+OPEN = request(None, "textDocument/didOpen", textDocument={"uri": "u", "text": "x"})
 
 # Whole conversations: what is sent, the ids and error codes of the answers, and the exit status.
 CONVERSATIONS = [
     (INIT + SHUTDOWN + EXIT, [(1, 0), (9, 0)], 0),
     (INIT + EXIT, [(1, 0)], 1),
+    (INIT + OPEN + SHUTDOWN + EXIT, [(1, 0), ("textDocument/publishDiagnostics", 0), (9, 0)], 0),
     (INIT + SHUTDOWN, [(1, 0), (9, 0)], 0),
     (INIT, [(1, 0)], 1),
     (b"", [], 1),
@@ -201,9 +213,11 @@ def check_told(client):
     for method, name, cursored, expected, piece in TOLD:
         text = cursored.replace("¦", "")
         client.open("file:///" + name, text)
-        answer = client.ask("textDocument/" + method, textDocument={"uri": "file:///" + name},
-                            position=position(text, cursored.index("¦")))
-        if method == "completion":
+        answer = client.ask("textDocument/" + method.rstrip(":"),
+                            textDocument={"uri": "file:///" + name},
+                            position=position(text, cursored.index("¦")),
+                            context={"triggerCharacter": method[-1]})
+        if method.startswith("completion"):
             edits = [item["textEdit"] for item in answer["items"] if item["label"] == piece]
             made = [edited(text, {"range": e["range"], "text": e["newText"]}) for e in edits]
             assert made == ([expected] if expected else []), (cursored, made)
@@ -261,7 +275,8 @@ def check_conversations(mmq):
         done = subprocess.run([mmq, "lsp"], input=sent, capture_output=True, check=False)
         said = [json.loads(each) for each in re.split(rb"Content-Length: \d+\r\n\r\n", done.stdout)
                 if each]
-        answers = [(each["id"], each.get("error", {}).get("code", 0)) for each in said]
+        answers = [(each.get("id", each.get("method")), each.get("error", {}).get("code", 0))
+                   for each in said]
         assert (answers, done.returncode, done.stderr) == (expected, status, b""), (sent[:99], done)
 
 
