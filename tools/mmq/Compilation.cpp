@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "UnfollowedSteps.h"
+#include "assist/TokenList.h"
 #include "namespace/CreateNameSpaceVisitor.h"
 #include "namespace/TopLevelEnvironment.h"
 #include "parser/SyntaxParser.h"
@@ -66,6 +67,17 @@ As kindOf(const ExpressionText& text) {
     return type && TypeExpression::isObjectCollection(type) ? As::association : As::attribute;
 }
 
+// The second token of "$map".
+OrvCountedPtr<StringConstantNode> keywordIn(const std::string& text) {
+    const TokenList tokens(text);
+    const PlacedToken& name = tokens.tokens().at(1);
+    OrvCountedPtr<StringConstantNode> node(
+        new StringConstantNode(text.substr(name.offset, name.endOffset - name.offset)));
+    node->setSpan({name.place.first, name.place.second, static_cast<std::uint32_t>(name.offset),
+                   static_cast<std::uint32_t>(name.endOffset)});
+    return node;
+}
+
 }  // namespace
 
 Analysis analyze(const ExpressionText& text, Messages& messages) {
@@ -125,6 +137,9 @@ CompiledExpression compile(const ExpressionText& text, As as, Messages& messages
         default:
             compiled.value =
                 ExprParser::parseMappedAssociatedAttribute(messages, text.text(), *compiled.map);
+    }
+    if (compiled.value && !compiled.map->getRoot()) {
+        compiled.keywordName = keywordIn(text.text());
     }
     return compiled;
 }

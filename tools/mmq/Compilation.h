@@ -7,7 +7,7 @@
 #include "Messages.h"
 #include "Options.h"
 #include "api/ExprParser.h"
-#include "ast/ASTNode.h"
+#include "ast/ExpressionNode.h"
 #include "codegen/SourceMap.h"
 #include "namespace/NameSpace.h"
 #include "types/TypeExpression.h"
@@ -20,6 +20,8 @@ struct CompiledExpression {
     OrvCountedPtr<MMObjectCollectionAbsExpr> collection;
     /// Where in the text the targets came from.
     std::unique_ptr<SourceMap> map = std::make_unique<SourceMap>();
+    /// The name of a bare attribute that is a keyword: the map knows nothing of it.
+    OrvCountedPtr<StringConstantNode> keywordName;
 
     explicit operator bool() const { return value || collection; }
     const MMTarget& target() const {

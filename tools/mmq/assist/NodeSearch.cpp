@@ -22,7 +22,7 @@ public:
             use_ = {step.getName(), ReadAs::association, classes};
         }
     }
-    void takeClass(const StringConstantNode& /*name*/) override {}
+    void takeClass(const StringConstantNode& /*name*/, Letters /*letters*/) override {}
 
     const std::optional<NameUse>& use() const { return use_; }
 

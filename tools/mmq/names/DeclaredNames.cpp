@@ -1,5 +1,8 @@
 #include "names/DeclaredNames.h"
 
+#include <algorithm>
+
+#include "names/NearestNames.h"
 #include "names/StandardMetamodels.h"
 
 namespace mmq {
@@ -91,6 +94,15 @@ ClassNumber DeclaredNames::findStandard(const std::string& name) const {
         }
     }
     return anything;
+}
+
+bool DeclaredNames::hasStandardInAnyCase(const std::string& name) const {
+    const auto has = [sought = lowerCase(name)](const Classes& classes) {
+        return std::any_of(classes.begin(), classes.end(), [&sought](const auto& entry) {
+            return lowerCase(entry.first) == sought;
+        });
+    };
+    return has(uml_) || has(ecore_);
 }
 
 void DeclaredNames::makeKnown(const Classes& classes) {

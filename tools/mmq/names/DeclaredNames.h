@@ -53,6 +53,8 @@ public:
     const std::unordered_map<std::string, ClassNumber>& byName() const { return byName_; }
     /// The class of a name in UML or Ecore; `anything` where neither has it.
     ClassNumber findStandard(const std::string& name) const;
+    /// Whether either has a class of this name, whatever the case of its letters.
+    bool hasStandardInAnyCase(const std::string& name) const;
 
     const Declarations& all() const { return all_; }
     const std::vector<NameDeclaration>& find(std::string_view name) const;

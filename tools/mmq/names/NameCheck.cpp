@@ -10,6 +10,7 @@
 
 #include "ast/ASTVisitor.h"
 #include "ast/LeftSpine.h"
+#include "names/PossibleTexts.h"
 #include "names/VariableClasses.h"
 #include "namespace/Symbol.h"
 #include "support/ParseException.h"
@@ -81,6 +82,8 @@ private:
     ClassSet filtered(ExpressionNode& condition, const ClassSet& classes);
     Outcomes judgeAll(ExpressionNode& condition) const;
     void narrow(const Outcomes& outcomes, bool isTrue);
+    void takeClassNames(const PossibleTexts& texts, const PossibleTexts& other);
+    ClassSet visitAll(const ExpressionNode& name);
     void visitAttribute(const TupleExpressionNode& arguments);
     ClassSet followPath(AssociationNode& first, const ClassSet& classes);
     ClassSet reached(DefinitionAssociationNode& step, const ClassSet& classes);
@@ -89,6 +92,7 @@ private:
     const NameVocabulary& vocabulary_;
     NameReceiver& receiver_;
     VariableClasses variables_;
+    TextFollower texts_;
     ClassSet result_;
 };
 
@@ -164,13 +168,29 @@ void NameVisitor::visitIfExpression(IfExpressionNode& node) {
     result_ = std::move(classes);
 }
 
-// A class of the empty name is that of no object.
+// Only where a text is equal to the name of a class, or is not, is it one itself: others order
+// classes, or are patterns.
 void NameVisitor::visitRelationalExpression(RelationalExpressionNode& node) {
     visit(*node.getLhs());
     visit(*node.getRhs());
-    const ClassTest test = classTestOf(node);
-    if (test && !test.className->getText().empty()) {
-        receiver_.takeClass(*test.className);
+    if (node.getOp() == RelationalOperator::EQUAL ||
+        node.getOp() == RelationalOperator::NOT_EQUAL) {
+        const PossibleTexts left = texts_.follow(*node.getLhs());
+        const PossibleTexts right = texts_.follow(*node.getRhs());
+        takeClassNames(left, right);
+        takeClassNames(right, left);
+    }
+}
+
+// Tells of the texts that something is compared with, if that is the name of a class. A class of
+// the empty name is that of no object, and what the other side may be without a class is none.
+void NameVisitor::takeClassNames(const PossibleTexts& texts, const PossibleTexts& other) {
+    const Letters letters = texts.letters != Letters::asTheyAre ? texts.letters : other.letters;
+    for (const StringConstantNode* constant : texts.constants) {
+        const std::string& text = constant->getText();
+        if (other.isClassName() && !text.empty() && !other.hasConstant(text)) {
+            receiver_.takeClass(*constant, letters);
+        }
     }
 }
 
@@ -184,6 +204,7 @@ void NameVisitor::visitSortExpression(SortExpressionNode& node) {
 
 void NameVisitor::visitLetExpression(LetExpressionNode& node) {
     const bool isUsed = map_ == nullptr || map_->targetOf(*node.getSource()) != nullptr;
+    texts_.enter(node);
     variables_.push(node.getBoundVariable().get(), false,
                     isUsed ? visit(node.getSource()) : vocabulary_.allClasses());
     result_ = visit(node.getExpr());
@@ -198,14 +219,35 @@ void NameVisitor::visitTupleExpression(TupleExpressionNode& node) {
     }
 }
 
+// Names whose letters are changed are not those of attributes.
 void NameVisitor::visitAttribute(const TupleExpressionNode& arguments) {
     ExpressionNode& name = *arguments.getElements()[0];
+    visit(name);
     const ClassSet classes = visit(arguments.getElements()[1]);
-    if (name.getExpressionKind() == ExpressionKind::stringConstant) {
-        receiver_.takeAttribute(static_cast<const StringConstantNode&>(name), classes);
-    } else {
-        visit(name);
+    const PossibleTexts texts = texts_.follow(name);
+    for (const StringConstantNode* constant : texts.constants) {
+        if (texts.letters == Letters::asTheyAre) {
+            receiver_.takeAttribute(*constant, classes);
+        }
     }
+}
+
+// The classes of which all objects are taken.
+ClassSet NameVisitor::visitAll(const ExpressionNode& name) {
+    const PossibleTexts texts = texts_.follow(name);
+    bool isKnown = !texts.constants.empty() && !texts.hasClassName && !texts.hasOthers;
+    ClassSet classes;
+    for (const StringConstantNode* constant : texts.constants) {
+        const std::optional<ClassNumber> number = vocabulary_.findClass(constant->getText());
+        isKnown = isKnown && number && texts.letters == Letters::asTheyAre;
+        if (texts.letters == Letters::asTheyAre) {
+            receiver_.takeClass(*constant, texts.letters);
+        }
+        if (number) {
+            classes.insert(*number);
+        }
+    }
+    return isKnown ? classes : vocabulary_.allClasses();
 }
 
 // All functions that give objects give some of those that they take, but for the one that gives all
@@ -219,17 +261,7 @@ void NameVisitor::visitApplicationExpression(ApplicationExpressionNode& node) {
         return;
     }
     ClassSet classes = visit(argument);
-    const bool isAll = node.getName() == "all";
-    if (isAll && argument.getExpressionKind() == ExpressionKind::stringConstant) {
-        const auto& name = static_cast<const StringConstantNode&>(argument);
-        receiver_.takeClass(name);
-        const std::optional<ClassNumber> number = vocabulary_.findClass(name.getText());
-        classes = number ? ClassSet() : vocabulary_.allClasses();
-        if (number) {
-            classes.insert(*number);
-        }
-    }
-    result_ = std::move(classes);
+    result_ = node.getName() == "all" ? visitAll(argument) : std::move(classes);
 }
 
 // ---------------------------------------------------------------- paths
@@ -305,10 +337,14 @@ ClassSet NameVisitor::followPath(AssociationNode& first, const ClassSet& classes
 
 NameCheckResult checkNames(const CompiledExpression& expression, const NameVocabulary& vocabulary,
                            const ClassSet& classesOfThis) {
-    if (!expression.map->getRoot()) {
-        return {{}, vocabulary.allClasses()};  // a bare attribute whose name is a keyword
-    }
     NameJudge judge(vocabulary);
+    if (expression.keywordName) {
+        judge.takeAttribute(*expression.keywordName,
+                            classesOfThis.isEmpty() ? vocabulary.allClasses() : classesOfThis);
+    }
+    if (!expression.map->getRoot()) {
+        return {judge.findings(), vocabulary.allClasses()};
+    }
     NameVisitor visitor(expression.map.get(), vocabulary, classesOfThis, judge);
     try {
         ClassSet yielded = visitor.visit(*expression.map->getRoot()->getExpr());

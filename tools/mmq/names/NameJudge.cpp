@@ -38,8 +38,15 @@ std::string sentenceForClass(const std::string& name, const NameVocabulary& voca
            (vocabulary.hasModel() ? ", UML or Ecore." : ".");
 }
 
-std::string hintForClass(const std::string& name, const NameVocabulary& vocabulary) {
-    return didYouMean(nearestNames(name, vocabulary.classNames()), "\"", "\"");
+std::string hintForClass(const std::string& name, const NameVocabulary& vocabulary,
+                         Letters letters) {
+    std::vector<std::string> names = vocabulary.classNames();
+    if (letters != Letters::asTheyAre) {
+        for (std::string& known : names) {
+            known = letters == Letters::small ? lowerCase(known) : upperCase(known);
+        }
+    }
+    return didYouMean(nearestNames(name, names), "\"", "\"");
 }
 
 // ---------------------------------------------------------------- judging
@@ -52,9 +59,12 @@ void NameJudge::takeAssociation(const DefinitionAssociationNode& step, const Cla
     judge({step.getName(), step.getNameSpan(), Kind::association, false, classes});
 }
 
-void NameJudge::takeClass(const StringConstantNode& name) {
-    if (!vocabulary_.findClass(name.getText())) {
-        wrong_.push_back({name.getText(), name.getSpan(), Kind::classOfObjects, true, {}});
+void NameJudge::takeClass(const StringConstantNode& name, Letters letters) {
+    const bool isKnown = letters == Letters::asTheyAre
+                             ? vocabulary_.findClass(name.getText()).has_value()
+                             : vocabulary_.hasClassInAnyCase(name.getText());
+    if (!isKnown) {
+        wrong_.push_back({name.getText(), name.getSpan(), Kind::classOfObjects, true, {}, letters});
     }
 }
 
@@ -87,9 +97,15 @@ std::vector<TextError> NameJudge::explain(std::vector<Use>& uses,
     std::vector<TextError> result;
     result.reserve(uses.size());
     for (const Use& use : uses) {
-        result.push_back(result.size() < mostErrorsShown
-                             ? (this->*explanation)(use)
-                             : TextError{use.span.line, use.span.column, {}});
+        TextError error = result.size() < mostErrorsShown
+                              ? (this->*explanation)(use)
+                              : TextError{use.span.line, use.span.column, {}};
+        const bool isSaid = !result.empty() && result.back().line == error.line &&
+                            result.back().column == error.column &&
+                            result.back().sentence == error.sentence;
+        if (!isSaid) {  // of a name that a variable leads to several places
+            result.push_back(std::move(error));
+        }
     }
     return result;
 }
@@ -106,7 +122,7 @@ TextError NameJudge::errorFor(const Use& use) const {
     TextError error{use.span.line, use.span.column, {}};
     if (use.kind == Kind::classOfObjects) {
         error.sentence = sentenceForClass(use.name, vocabulary_);
-        error.hint = hintForClass(use.name, vocabulary_);
+        error.hint = hintForClass(use.name, vocabulary_, use.letters);
     } else if (isOnlyAttribute(use)) {
         error.sentence = quoted(use.name) + " is an attribute here, not an association.";
         error.hint = "Its value is $" + use.name + ".";

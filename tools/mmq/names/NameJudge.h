@@ -7,6 +7,7 @@
 #include "ExpressionText.h"
 #include "ast/ExpressionNode.h"
 #include "names/NameVocabulary.h"
+#include "names/PossibleTexts.h"
 
 namespace mmq {
 
@@ -18,7 +19,8 @@ struct NameFindings {
 
 /// What to say about a class that a vocabulary does not have, and advice, which may be empty.
 std::string sentenceForClass(const std::string& name, const NameVocabulary& vocabulary);
-std::string hintForClass(const std::string& name, const NameVocabulary& vocabulary);
+std::string hintForClass(const std::string& name, const NameVocabulary& vocabulary,
+                         Letters letters = Letters::asTheyAre);
 
 /// Is told of each name of an attribute, an association or a class that stands as a constant in an
 /// expression, with the classes of the objects that it is applied to.
@@ -32,7 +34,8 @@ public:
     virtual void takeAttribute(const StringConstantNode& name, const ClassSet& classes) = 0;
     virtual void takeAssociation(const DefinitionAssociationNode& step,
                                  const ClassSet& classes) = 0;
-    virtual void takeClass(const StringConstantNode& name) = 0;
+    /// Where the letters of a class are changed before it is compared, any case means it.
+    virtual void takeClass(const StringConstantNode& name, Letters letters) = 0;
 };
 
 /// Judges names one by one, by the classes of the objects that they are applied to, and tells in
@@ -43,7 +46,7 @@ public:
 
     void takeAttribute(const StringConstantNode& name, const ClassSet& classes) override;
     void takeAssociation(const DefinitionAssociationNode& step, const ClassSet& classes) override;
-    void takeClass(const StringConstantNode& name) override;
+    void takeClass(const StringConstantNode& name, Letters letters) override;
 
     /// What there is to say; of more than are shown, only how many there are.
     NameFindings findings();
@@ -58,6 +61,7 @@ private:
         Kind kind;
         bool isQuoted;
         ClassSet classes;
+        Letters letters = Letters::asTheyAre;
         LeftOut leftOut = LeftOut::no;  // of a name that is not held, why the metamodel says so
 
         ReadAs readAs() const {

@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include "names/NearestNames.h"
+
 namespace mmq {
 
 namespace {
@@ -91,6 +93,14 @@ std::optional<ClassNumber> NameVocabulary::findClass(const std::string& name) co
     const ClassNumber standard = declared_.findStandard(name);
     const bool isKnown = hasModel() && standard != DeclaredNames::anything;
     return isKnown ? std::optional<ClassNumber>(standard) : std::nullopt;
+}
+
+bool NameVocabulary::hasClassInAnyCase(const std::string& name) const {
+    const std::string sought = lowerCase(name);
+    const auto isMeant = [&sought](const auto& entry) { return lowerCase(entry.first) == sought; };
+    const auto& own = declared_.byName();
+    return std::any_of(own.begin(), own.end(), isMeant) ||
+           (hasModel() && declared_.hasStandardInAnyCase(name));
 }
 
 ClassSet NameVocabulary::findClasses(const std::vector<std::string>& names) const {

@@ -49,6 +49,8 @@ public:
     bool knowsAllClasses() const { return knowsAllClasses_; }
     /// The class of a name: of the models and metamodels; where there is a model, of UML and Ecore.
     std::optional<ClassNumber> findClass(const std::string& name) const;
+    /// Whether there is one whose name differs by no more than the case of letters.
+    bool hasClassInAnyCase(const std::string& name) const;
     /// Those of several names that there are.
     ClassSet findClasses(const std::vector<std::string>& names) const;
     const std::string& className(ClassNumber number) const {

@@ -14,14 +14,6 @@ constexpr std::size_t longestName = 200;
 constexpr std::size_t mostSuggestions = 3;
 constexpr std::size_t shortestBeginning = 3;
 
-std::string lowerCase(std::string_view text) {
-    std::string result(text);
-    for (char& c : result) {
-        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-    }
-    return result;
-}
-
 std::size_t commonBeginning(std::string_view a, std::string_view b) {
     const std::size_t size = std::min(a.size(), b.size());
     std::size_t length = 0;
@@ -67,6 +59,22 @@ std::vector<std::string> firstOf(std::vector<Nearness> found) {
 }
 
 }  // namespace
+
+std::string lowerCase(std::string_view text) {
+    std::string result(text);
+    for (char& c : result) {
+        c = c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+    }
+    return result;
+}
+
+std::string upperCase(std::string_view text) {
+    std::string result(text);
+    for (char& c : result) {
+        c = c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+    }
+    return result;
+}
 
 // The table of distances of all beginnings, of which three lines are kept.
 std::size_t editDistance(std::string_view a, std::string_view b) {

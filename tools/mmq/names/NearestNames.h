@@ -8,6 +8,10 @@
 
 namespace mmq {
 
+/// The text with the letters from A to Z made small, or capital.
+std::string lowerCase(std::string_view text);
+std::string upperCase(std::string_view text);
+
 /// How many letters must be inserted, dropped, exchanged for another, or swapped with their
 /// neighbour to make one text the other.
 std::size_t editDistance(std::string_view a, std::string_view b);
