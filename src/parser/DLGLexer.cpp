@@ -297,7 +297,7 @@ constexpr Automaton makeAutomaton() {
     return automaton;
 }
 
-constexpr Automaton automaton = makeAutomaton();
+constexpr Automaton theAutomaton = makeAutomaton();
 
 const char* quoteKind(int mode) {
     switch (mode) {
@@ -316,7 +316,7 @@ DLGLexer::DLGLexer(DLGStringInput* input, std::size_t bufferSize)
     : DLGLexer(input, bufferSize, std::cerr) {}
 
 DLGLexer::DLGLexer(DLGStringInput* input, std::size_t bufferSize, std::ostream& errorStream)
-    : DLGLexerBase(input, bufferSize, errorStream, automaton),
+    : DLGLexerBase(input, bufferSize, errorStream, theAutomaton),
       keywords_(*KeywordTable::instance()) {}
 
 DLGLexerBase::Outcome DLGLexer::act(int& number) {

@@ -486,12 +486,12 @@ ExpressionPtr SyntaxParser::constant() {
 ExpressionPtr SyntaxParser::integerLiteral() {
     const Position at = position();
     const ColumnToken& token = take();
-    const std::string_view digits = token.text();
+    const std::string_view literal = token.text();
     std::int32_t value = 0;
-    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    const auto result = std::from_chars(literal.data(), literal.data() + literal.size(), value);
     if (result.ec != std::errc()) {
         throwLogged(ParseException(
-            "The integer " + quoted(digits) + " is too large; the largest is 2147483647.", at.line,
+            "The integer " + quoted(literal) + " is too large; the largest is 2147483647.", at.line,
             at.column));
     }
     return makeNode<IntegerConstantNode>(at, value);
@@ -500,13 +500,13 @@ ExpressionPtr SyntaxParser::integerLiteral() {
 ExpressionPtr SyntaxParser::realLiteral() {
     const Position at = position();
     const ColumnToken& token = take();
-    const std::string_view digits = token.text();
+    const std::string_view literal = token.text();
     double value = 0.0;
-    const auto result = std::from_chars(digits.data(), digits.data() + digits.size(), value);
+    const auto result = std::from_chars(literal.data(), literal.data() + literal.size(), value);
     // Out of range is too large, unless nothing but zeros stands before the point.
-    if (result.ec != std::errc() && digits.find_first_not_of('0') < digits.find('.')) {
+    if (result.ec != std::errc() && literal.find_first_not_of('0') < literal.find('.')) {
         throwLogged(
-            ParseException("The real " + quoted(digits) + " is too large.", at.line, at.column));
+            ParseException("The real " + quoted(literal) + " is too large.", at.line, at.column));
     }
     return makeNode<RealConstantNode>(at, value);
 }

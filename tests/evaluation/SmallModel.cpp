@@ -50,10 +50,10 @@ SmallModel::SmallModel() : view_(things_) {
         const ObjectRow& row = rows()[i];
         things_[i].parent = row.parent.empty() ? nullptr : &things_[indexOf(row.parent)];
         for (const std::string& link : row.links) {
-            std::istringstream words(link);
+            std::istringstream parts(link);
             std::string association;
-            words >> association;
-            for (std::string target; words >> target;) {
+            parts >> association;
+            for (std::string target; parts >> target;) {
                 things_[i].associations[association].push_back(at(target).handle());
             }
         }

@@ -25,8 +25,8 @@ std::string sentenceForEscape(std::string_view escape) {
 
 // About what was begun and not finished, or about the character that nothing begins with.
 std::string sentenceFor(std::string_view begun, std::string_view dropped) {
-    return begun.empty() ? "The character " + quoted(dropped) + " has no meaning here."
-                         : "The text " + quoted(begun) + " is not the whole of anything.";
+    return begun.empty() ? "The character " + inQuotes(dropped) + " has no meaning here."
+                         : "The text " + inQuotes(begun) + " is not the whole of anything.";
 }
 
 }  // namespace

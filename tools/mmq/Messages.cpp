@@ -32,7 +32,7 @@ bool wantsColor(When when, int stream) {
     return (refusal == nullptr || *refusal == '\0') && isatty(stream) != 0;
 }
 
-std::string quoted(std::string_view text) {
+std::string inQuotes(std::string_view text) {
     std::string result;
     appendJsonString(result, text);
     return result;

@@ -18,7 +18,7 @@ inline constexpr const char* messageSource = "mmq";
 bool wantsColor(When when, int stream);
 
 /// A text that a message speaks of, in quotes, on one line whatever it holds.
-std::string quoted(std::string_view text);
+std::string inQuotes(std::string_view text);
 
 /// Of errors and of notes that this program finds in one text, so many are shown.
 inline constexpr std::size_t mostErrorsShown = 100;

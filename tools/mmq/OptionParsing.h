@@ -54,9 +54,9 @@ void addNumber(CLI::App& command, const char* option, std::optional<Number>& var
     const auto read = [&variable, option](const std::string& given) {
         Number number{};
         const char* const end = given.data() + given.size();
-        const auto [rest, error] = std::from_chars(given.data(), end, number);
+        const auto [parsed, failure] = std::from_chars(given.data(), end, number);
         const bool isPositive = number > Number{0} && number <= std::numeric_limits<Number>::max();
-        if (error != std::errc() || rest != end || !isPositive) {
+        if (failure != std::errc() || parsed != end || !isPositive) {
             throw CLI::ValidationError(std::string(option) + " takes a positive number, not " +
                                        given);
         }

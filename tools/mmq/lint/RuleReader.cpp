@@ -125,7 +125,7 @@ private:
                     std::none_of(classes.begin(), classes.end(),
                                  [&text](const auto& other) { return other.text == text->text; });
                 if (!isNew) {
-                    fail(name, "The class " + quoted(text->text) + " stands here twice.");
+                    fail(name, "The class " + inQuotes(text->text) + " stands here twice.");
                 }
                 classes.push_back(*std::move(text));
             }
@@ -245,7 +245,7 @@ bool checkCases(const RuleFile& file, const RulesById& rules, MessageSink& sink)
     FileErrors errors(file.source, sink);
     const auto check = [&](const LocatedText& id) {
         if (rules.count(id.text) == 0) {
-            errors.add(id, "There is no rule " + quoted(id.text) + ".");
+            errors.add(id, "There is no rule " + inQuotes(id.text) + ".");
         }
     };
     for (const RuleCase& ruleCase : file.cases) {
@@ -264,7 +264,7 @@ void addRules(const RuleFile& file, RulesById& known, FileErrors& errors) {
         if (!isNew) {
             const Rule& first = *other->second;
             errors.add(file.source->offset(rule.place),
-                       "The id " + quoted(rule.id) + " is already that of the rule at " +
+                       "The id " + inQuotes(rule.id) + " is already that of the rule at " +
                            first.file->name() + ":" + std::to_string(first.place.line) + ".");
         }
     }

@@ -38,7 +38,7 @@ void YamlDocument::readMapping(const YamlNode& node, const std::string& what,
             return candidate.name == key.text;
         });
         if (known == keys.end()) {
-            errors_.add(key, what + " has no key " + quoted(key.text) + "; there are " +
+            errors_.add(key, what + " has no key " + inQuotes(key.text) + "; there are " +
                                  listed(keys) + ".");
         } else {
             known->read(value);
@@ -46,7 +46,7 @@ void YamlDocument::readMapping(const YamlNode& node, const std::string& what,
     });
     for (const YamlKey& key : keys) {
         if (node.isMapping() && key.isRequired && seen.count(key.name) == 0) {
-            fail(node, what + " needs the key " + quoted(key.name) + ".");
+            fail(node, what + " needs the key " + inQuotes(key.name) + ".");
         }
     }
 }
@@ -73,7 +73,7 @@ void YamlDocument::readPairs(
     for (std::size_t i = 0; i + 1 < node.children.size(); i += 2) {
         const std::optional<LocatedText> key = readText(*node.children[i], "A key");
         if (key && !seen.insert(key->text).second) {
-            fail(*node.children[i], "The key " + quoted(key->text) + " stands here twice.");
+            fail(*node.children[i], "The key " + inQuotes(key->text) + " stands here twice.");
         } else if (key) {
             read(*key, *node.children[i + 1]);
         }

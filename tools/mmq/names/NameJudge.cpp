@@ -34,7 +34,7 @@ bool isBare(const StringConstantNode& name) {
 }  // namespace
 
 std::string sentenceForClass(const std::string& name, const NameVocabulary& vocabulary) {
-    return "There is no class " + quoted(name) + " in " + vocabulary.subject() +
+    return "There is no class " + inQuotes(name) + " in " + vocabulary.subject() +
            (vocabulary.hasModel() ? ", UML or Ecore." : ".");
 }
 
@@ -124,10 +124,10 @@ TextError NameJudge::errorFor(const Use& use) const {
         error.sentence = sentenceForClass(use.name, vocabulary_);
         error.hint = hintForClass(use.name, vocabulary_, use.letters);
     } else if (isOnlyAttribute(use)) {
-        error.sentence = quoted(use.name) + " is an attribute here, not an association.";
+        error.sentence = inQuotes(use.name) + " is an attribute here, not an association.";
         error.hint = "Its value is $" + use.name + ".";
     } else {
-        error.sentence = denial(use) + " " + quoted(use.name) + ".";
+        error.sentence = denial(use) + " " + inQuotes(use.name) + ".";
         error.hint = hintFor(use);
     }
     return error;
@@ -183,7 +183,7 @@ std::string NameJudge::otherClasses(const Use& use) const {
 
 TextError NameJudge::noteFor(const Use& use) const {
     const bool isAttribute = use.kind == Kind::attribute;
-    TextError note{use.span.line, use.span.column, quoted(use.name)};
+    TextError note{use.span.line, use.span.column, inQuotes(use.name)};
     switch (use.leftOut) {
         case LeftOut::container:
             note.sentence += " is the container, which " + vocabulary_.subject() +

@@ -296,7 +296,7 @@ void Session::choose(const std::string& name) {
         objects_ = {object};
         std::cout << "On " << (name.empty() ? "the root, " : "") << labelOf(object) << ".\n";
     } else {
-        refuse(quoted(name) + " is neither a class that has objects nor the uid of an object.",
+        refuse(inQuotes(name) + " is neither a class that has objects nor the uid of an object.",
                didYouMean(nearestNames(name, shownClasses()), "", ""), EXIT_USAGE);
     }
 }

@@ -33,7 +33,7 @@ std::string_view beginningOf(std::string_view text, std::size_t longest) {
 }
 
 // A text in quotes, cut where it is long.
-std::string quoted(std::string_view text) {
+std::string excerpt(std::string_view text) {
     constexpr std::size_t longest = 60;
     const std::string_view shown = beginningOf(text, longest);
     const std::string result = jsonString(shown);
@@ -106,7 +106,7 @@ private:
                           value);
     }
     static std::string contentText(const MMValue& value) {
-        return value.getKind() == MMValue::Kind::text ? quoted(value.getText())
+        return value.getKind() == MMValue::Kind::text ? excerpt(value.getText())
                                                       : std::string(value.asString().view());
     }
     std::string contentText(const PartFailure& failure) const {
@@ -117,7 +117,7 @@ private:
         return object != mmNoObject ? fullName(object) : "no object";
     }
     static std::string contentText(const std::vector<std::string>& texts) {
-        return counted(texts.size(), "text", [&texts](std::size_t i) { return quoted(texts[i]); });
+        return counted(texts.size(), "text", [&texts](std::size_t i) { return excerpt(texts[i]); });
     }
 
     std::string list(const std::vector<MMObject>& objects) const {
