@@ -28,6 +28,9 @@ public:
         const MMVariableBinding binding(*variable_, object);
         return body_->evaluateBoolean(context);
     }
+    /// See MMValueExpr::findColumn().
+    const MMTextColumn* findColumn(const MMModel& model) const { return body_->findColumn(model); }
+
     std::string_view evaluateTextFor(MMEvaluationContext& context, MMObject object,
                                      std::string& buffer) const {
         const MMVariableBinding binding(*variable_, object);

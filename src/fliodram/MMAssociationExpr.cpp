@@ -122,7 +122,7 @@ MMTraversalState& MMAssociationExpr::state() const {
 
 bool MMAssociationExpr::findRange(MMEvaluationContext& context, MMObjectRange& range,
                                   std::vector<MMObject>& buffer) const {
-    if (!traversal_->isSingle() || traversal_->hasCondition()) {
+    if (!traversal_->isPlain()) {
         return false;
     }
     context.checkDepth();
@@ -135,6 +135,17 @@ bool MMAssociationExpr::findRange(MMEvaluationContext& context, MMObjectRange& r
         }
     }
     return true;
+}
+
+std::size_t MMAssociationExpr::count(MMEvaluationContext& context) const {
+    MMObjectRange range;
+    const bool isKnown = object_.variable() != nullptr && traversal_->isPlain() &&
+                         traversal_->knowsTargets(context, object_.variable()->object(), range);
+    if (!isKnown || !range.isDistinct) {
+        return MMObjectCollectionExpr::count(context);
+    }
+    context.step();
+    return range.size();
 }
 
 bool MMAssociationExpr::forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const {

@@ -37,14 +37,25 @@ public:
     bool isDepthFirst() const { return depthFirst_; }
     /// Whether the objects reached belong to the result.
     bool isResult() const { return addToResult_ || !child_; }
-    /// Whether the step is a whole path, and reaches all its targets.
+    /// Whether the step is a whole path.
     bool isSingle() const { return !child_ && !sibling_; }
     bool hasCondition() const { return static_cast<bool>(condition_); }
+    /// Whether it reaches all its targets, and nothing else.
+    bool isPlain() const { return isSingle() && !hasCondition(); }
 
     /// The objects of the association, whatever the condition; none of no object.
     void findTargets(MMEvaluationContext& context, MMObject object, MMObjectRange& targets,
                      std::vector<MMObject>& buffer) const {
         reader_.read(context.getModel(), name_.view(), object, targets, buffer);
+    }
+    /// The same, as far as is known without asking the model.
+    bool knowsTargets(const MMEvaluationContext& context, MMObject object,
+                      MMObjectRange& targets) const {
+        return reader_.readColumn(context.getModel(), object, targets);
+    }
+    /// To be called some objects before findTargets().
+    void prefetchTargets(const MMEvaluationContext& context, MMObject object) const {
+        reader_.prefetch(context.getModel(), object);
     }
     MMObjectRange targets(MMEvaluationContext& context, MMObject object,
                           std::vector<MMObject>& buffer) const {
@@ -91,6 +102,7 @@ public:
     bool forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const override;
     bool findRange(MMEvaluationContext& context, MMObjectRange& range,
                    std::vector<MMObject>& buffer) const override;
+    std::size_t count(MMEvaluationContext& context) const override;
     void print(MMTargetPrinter& printer) const override;
 
 private:

@@ -42,11 +42,6 @@ std::string_view MMAttrExpr::evaluateText(MMEvaluationContext& context, std::str
     return reader_.read(context.getModel(), name, object, buffer);
 }
 
-const std::string_view* MMAttrExpr::findCode(MMEvaluationContext& context,
-                                             std::size_t& code) const {
-    return reader_.findCode(context.getModel(), object_.evaluate(context), code);
-}
-
 MMValue MMAttrExpr::evaluate(MMEvaluationContext& context) const {
     std::string buffer;
     return valueOf(evaluateText(context, buffer), buffer);
@@ -62,11 +57,6 @@ MMClassNameExpr::MMClassNameExpr(const OrvCyclicPtr<MMObjectExpr>& object)
 std::string_view MMClassNameExpr::evaluateText(MMEvaluationContext& context,
                                                std::string& /*buffer*/) const {
     return reader_.read(context.getModel(), object_.evaluate(context));
-}
-
-const std::string_view* MMClassNameExpr::findCode(MMEvaluationContext& context,
-                                                  std::size_t& code) const {
-    return reader_.findCode(context.getModel(), object_.evaluate(context), code);
 }
 
 MMValue MMClassNameExpr::evaluate(MMEvaluationContext& context) const {

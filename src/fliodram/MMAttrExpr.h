@@ -13,10 +13,11 @@ public:
 
     MMValue evaluate(MMEvaluationContext& context) const override;
     std::string_view evaluateText(MMEvaluationContext& context, std::string& buffer) const override;
-    const std::string_view* findCode(MMEvaluationContext& context,
-                                     std::size_t& code) const override;
-    bool mayHaveCodes() const override {
-        return constantName_.data() != nullptr && object_.isVariable();
+    const MMObjectVarExpr* getOwner() const override {
+        return constantName_.data() != nullptr ? object_.variable() : nullptr;
+    }
+    const MMTextColumn* findColumn(const MMModel& model) const override {
+        return reader_.column(model);
     }
     void print(MMTargetPrinter& printer) const override;
 
@@ -37,9 +38,10 @@ public:
 
     MMValue evaluate(MMEvaluationContext& context) const override;
     std::string_view evaluateText(MMEvaluationContext& context, std::string& buffer) const override;
-    const std::string_view* findCode(MMEvaluationContext& context,
-                                     std::size_t& code) const override;
-    bool mayHaveCodes() const override { return object_.isVariable(); }
+    const MMObjectVarExpr* getOwner() const override { return object_.variable(); }
+    const MMTextColumn* findColumn(const MMModel& model) const override {
+        return reader_.column(model);
+    }
     void print(MMTargetPrinter& printer) const override;
 
 private:

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "fliodram/MMObjectSet.h"
+#include "fliodram/MMReadAhead.h"
 #include "fliodram/MMTargetPrinter.h"
 
 namespace {
@@ -19,11 +20,13 @@ public:
         : context_(context), predicate_(predicate), next_(next) {}
 
     bool take(const MMObjectRange& objects) override {
+        MMReadAhead ahead(objects);
         for (const MMObject& object : objects) {
             context_.step();
             if (predicate_.evaluateBooleanFor(context_, object) && !takeOne(next_, object)) {
                 return false;
             }
+            ahead.after(object, predicate_, context_.getModel());
         }
         return true;
     }

@@ -1,7 +1,6 @@
 // Attributes and associations of many objects at once, for hosts that keep them side by side.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <string_view>
 
@@ -50,15 +49,12 @@ struct MMTextColumn {
         return true;
     }
 
-    /// The list of texts, and in `code` the number of the object's text in it; null where the
-    /// column has no list, or does not know the text.
-    const std::string_view* findCode(MMObject object, std::size_t& code) const {
+    /// Has the value of an object brought into the cache, where it stands in a place of its own.
+    void prefetch(MMObject object) const {
         const std::uint64_t index = object - first;
-        if (index >= count || texts == nullptr) {
-            return nullptr;
+        if (places != nullptr && index < count) {
+            __builtin_prefetch(base + places[index].offset);
         }
-        code = codes != nullptr ? codes[index] : 0;
-        return texts[code].data() != nullptr ? texts : nullptr;
     }
 };
 
@@ -86,5 +82,13 @@ struct MMTargetColumn {
         }
         range = {targets + offsets[index], targets + offsets[index + 1], isDistinct, isExclusive};
         return isComplete || range.first != range.last;
+    }
+
+    /// Has the first targets of an object brought into the cache.
+    void prefetch(MMObject object) const {
+        const std::uint64_t index = object - first;
+        if (offsets != nullptr && index < count) {
+            __builtin_prefetch(targets + offsets[index]);
+        }
     }
 };

@@ -1,6 +1,8 @@
 // Constants.
 #pragma once
 
+#include <optional>
+
 #include "fliodram/MMExpr.h"
 
 /// A value that is the same for every object.
@@ -16,6 +18,9 @@ public:
     /// data.
     static std::string_view textOf(const MMValueExpr* expression);
 
+    /// The number of an expression that is an integer constant; nothing for any other.
+    static std::optional<int> integerOf(const MMValueExpr* expression);
+
     /// Borrows the text of a text constant from the expression.
     MMValue evaluate(MMEvaluationContext& context) const override;
     bool evaluateBoolean(MMEvaluationContext& context) const override;
@@ -23,5 +28,7 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
+    static const MMValue* valueOf(const MMValueExpr* expression, MMValue::Kind kind);
+
     MMValue value_;
 };

@@ -14,6 +14,7 @@
 #include "foundation/OrvCyclicPtr.h"
 #include "foundation/OrvObject.h"
 
+class MMObjectVarExpr;
 class MMOperatorExpr;
 class MMTargetPrinter;
 
@@ -79,11 +80,13 @@ public:
     /// is replaced.
     virtual std::string_view evaluateText(MMEvaluationContext& context, std::string& buffer) const;
 
-    /// The value as a number, set in `code`, in a short list of texts of the model, which is
-    /// returned; null where it does not stand in one. Of expressions with mayHaveCodes() only: it
-    /// evaluates nothing that evaluateText() would have to evaluate again.
-    virtual const std::string_view* findCode(MMEvaluationContext& context, std::size_t& code) const;
-    virtual bool mayHaveCodes() const { return false; }
+    /// The variable whose object has the value as an attribute, or as the name of its class; null
+    /// where more than that is evaluated.
+    virtual const MMObjectVarExpr* getOwner() const { return nullptr; }
+
+    /// The column of the model that was read last for what is evaluated first; null where none is
+    /// known.
+    virtual const MMTextColumn* findColumn(const MMModel& model) const;
 
     /// Appends the value, as a text, to a text that is being made, within the limits.
     virtual void appendText(MMEvaluationContext& context, std::string& text) const;
@@ -145,6 +148,9 @@ public:
     /// Returns false, and does nothing, where it does not. Throws MMEvaluationError.
     virtual bool findRange(MMEvaluationContext& context, MMObjectRange& range,
                            std::vector<MMObject>& buffer) const;
+
+    /// The number of objects. Throws MMEvaluationError.
+    virtual std::size_t count(MMEvaluationContext& context) const;
 };
 
 /// Hands the objects of a collection to a consumer whose class is known, as forEach() does; where

@@ -22,11 +22,9 @@ public:
                    : ask(model, name, object, buffer);
     }
 
-    /// The list of texts in which the value stands, where there is one, and its number: see
-    /// MMTextColumn::findCode(). Known once the attribute was read of an object of the column.
-    const std::string_view* findCode(const MMModel& model, MMObject object,
-                                     std::size_t& code) const {
-        return model_ == model.identity() ? column_.findCode(object, code) : nullptr;
+    /// The column of the object that was read last, of this model; else null.
+    const MMTextColumn* column(const MMModel& model) const {
+        return model_ == model.identity() ? &column_ : nullptr;
     }
 
     /// Begins anew, with another name.
@@ -50,9 +48,8 @@ public:
         return model_ == model.identity() && column_.read(object, text) ? text : ask(model, object);
     }
 
-    const std::string_view* findCode(const MMModel& model, MMObject object,
-                                     std::size_t& code) const {
-        return model_ == model.identity() ? column_.findCode(object, code) : nullptr;
+    const MMTextColumn* column(const MMModel& model) const {
+        return model_ == model.identity() ? &column_ : nullptr;
     }
 
 private:
@@ -69,8 +66,20 @@ public:
     /// model's memory, or of `buffer`, which is empty.
     void read(const MMModel& model, std::string_view name, MMObject object, MMObjectRange& targets,
               std::vector<MMObject>& buffer) {
-        if (model_ != model.identity() || !column_.read(object, targets)) {
+        if (!readColumn(model, object, targets)) {
             targets = ask(model, name, object, buffer);
+        }
+    }
+
+    /// The same, as far as the column of the object that was read last tells.
+    bool readColumn(const MMModel& model, MMObject object, MMObjectRange& targets) const {
+        return model_ == model.identity() && column_.read(object, targets);
+    }
+
+    /// Has the targets of an object that will be read soon brought into the cache.
+    void prefetch(const MMModel& model, MMObject object) const {
+        if (model_ == model.identity()) {
+            column_.prefetch(object);
         }
     }
 

@@ -61,7 +61,8 @@ public:
         return variable_ != nullptr ? variable_->object() : object_->evaluate(context);
     }
     const MMObjectExpr* get() const { return object_.get(); }
-    bool isVariable() const { return variable_ != nullptr; }
+    /// The operand, where it is a variable; else null.
+    const MMObjectVarExpr* variable() const { return variable_; }
 
 private:
     static const MMObjectVarExpr* asVariable(const MMObjectExpr* object) {

@@ -8,6 +8,7 @@
 
 #include "fliodram/MMConstantExpr.h"
 #include "fliodram/MMEvaluationError.h"
+#include "fliodram/MMObjectVarExpr.h"
 #include "fliodram/MMTargetPrinter.h"
 #include "foundation/TextOutput.h"
 
@@ -277,13 +278,17 @@ MMRelationalExpr::MMRelationalExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMRelOp
                                    const OrvCyclicPtr<MMValueExpr>& rhs)
     : MMOperatorExpr(lhs, op, rhs, MMValue::Kind::boolean),
       comparison_(chooseComparison(lhs.get(), rhs.get())),
-      constantRight_(MMConstantExpr::textOf(rhs.get())) {}
+      constantRight_(MMConstantExpr::textOf(rhs.get())),
+      integerRight_(comparison_ == Comparison::ofIntegers ? MMConstantExpr::integerOf(rhs.get())
+                                                          : std::nullopt),
+      owner_(comparison_ == Comparison::ofTexts && constantRight_.data() != nullptr
+                 ? lhs->getOwner()
+                 : nullptr) {}
 
 MMRelationalExpr::Comparison MMRelationalExpr::chooseComparison(const MMValueExpr* left,
                                                                 const MMValueExpr* right) {
     if (areAlways(MMValue::Kind::text, left, right)) {
-        const bool isConstant = MMConstantExpr::textOf(right).data() != nullptr;
-        return isConstant && left->mayHaveCodes() ? Comparison::withCodes : Comparison::ofTexts;
+        return Comparison::ofTexts;
     }
     return areAlways(MMValue::Kind::integer, left, right) ? Comparison::ofIntegers
                                                           : Comparison::ofValues;
@@ -318,18 +323,29 @@ MMValue MMRelationalExpr::evaluate(MMEvaluationContext& context) const {
     return isLongChain() ? MMOperatorExpr::evaluate(context) : MMValue(evaluateBoolean(context));
 }
 
-// Each text of a list is compared once.
-bool MMRelationalExpr::compareCode(const MMModel& model, const std::string_view* texts,
-                                   std::size_t code) const {
-    if (verdicts_.texts != texts || verdicts_.model != model.identity()) {
-        verdicts_ = {texts, model.identity(), 0, 0};
+// Compares the texts, and keeps the verdict for all objects that have the same text by their code.
+bool MMRelationalExpr::judge(MMEvaluationContext& context) const {
+    context.checkDepth();
+    const bool verdict = compareTexts(context);
+    remember(context.getModel(), verdict);
+    return verdict;
+}
+
+void MMRelationalExpr::remember(const MMModel& model, bool verdict) const {
+    const MMTextColumn* const column = lhs()->findColumn(model);
+    std::string_view text;
+    if (column == nullptr || column->texts == nullptr || !column->read(owner_->object(), text)) {
+        return;
     }
-    const std::uint64_t bit = std::uint64_t{1} << code;
-    if ((verdicts_.known & bit) == 0) {
-        verdicts_.isTrue |= compareTexts(texts[code], constantRight_) ? bit : 0;
-        verdicts_.known |= bit;
+    const bool isSame = verdicts_.model == model.identity() &&
+                        verdicts_.column.first == column->first &&
+                        verdicts_.column.texts == column->texts;
+    if (!isSame) {
+        verdicts_ = {model.identity(), *column, 0, 0};
     }
-    return (verdicts_.isTrue & bit) != 0;
+    const std::uint64_t bit = verdicts_.bitOf(owner_->object());
+    verdicts_.known |= bit;
+    verdicts_.isTrue |= verdict ? bit : 0;
 }
 
 bool MMRelationalExpr::compareTexts(MMEvaluationContext& context) const {
@@ -339,10 +355,6 @@ bool MMRelationalExpr::compareTexts(MMEvaluationContext& context) const {
     const std::string_view right = constantRight_.data() != nullptr
                                        ? constantRight_
                                        : rhs()->evaluateText(context, rightBuffer);
-    return compareTexts(left, right);
-}
-
-bool MMRelationalExpr::compareTexts(std::string_view left, std::string_view right) const {
     if (op() == MM_EQUAL || op() == MM_NOT_EQUAL) {
         return (left == right) == (op() == MM_EQUAL);
     }
@@ -350,16 +362,23 @@ bool MMRelationalExpr::compareTexts(std::string_view left, std::string_view righ
 }
 
 bool MMRelationalExpr::evaluateBoolean(MMEvaluationContext& context) const {
+    if (owner_ != nullptr) {
+        const std::uint64_t bit = verdicts_.model == context.getModel().identity()
+                                      ? verdicts_.bitOf(owner_->object()) & verdicts_.known
+                                      : 0;
+        return bit != 0 ? (verdicts_.isTrue & bit) != 0 : judge(context);
+    }
+    if (integerRight_ && !isLongChain()) {
+        context.checkDepth();
+        return holds(lhs()->evaluateInteger(context) <=> *integerRight_);
+    }
+    return compareOthers(context);
+}
+
+// Apart from what is common, since it needs much of the stack.
+[[gnu::noinline]] bool MMRelationalExpr::compareOthers(MMEvaluationContext& context) const {
     if (isLongChain()) {
         return MMOperatorExpr::evaluate(context).toBoolean();
-    }
-    if (comparison_ == Comparison::withCodes) {
-        constexpr std::size_t mostVerdicts = 64;
-        std::size_t code = 0;
-        const std::string_view* const texts = lhs()->findCode(context, code);
-        return texts != nullptr && code < mostVerdicts
-                   ? compareCode(context.getModel(), texts, code)
-                   : compareTexts(context);
     }
     context.checkDepth();
     if (comparison_ == Comparison::ofTexts) {

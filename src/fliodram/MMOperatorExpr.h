@@ -8,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "fliodram/MMColumn.h"
 #include "fliodram/MMExpr.h"
 
 /// The base of the operators: a left operand, a number that says which operator, a right operand.
@@ -20,6 +21,9 @@ public:
 
     MMValue evaluate(MMEvaluationContext& context) const override;
     const MMOperatorExpr* asOperator() const override { return this; }
+    const MMTextColumn* findColumn(const MMModel& model) const override {
+        return isLongChain() ? nullptr : lhs_->findColumn(model);
+    }
     void print(MMTargetPrinter& printer) const override;
 
     const OrvCyclicMember<MMValueExpr>& lhs() const { return lhs_; }
@@ -120,23 +124,37 @@ protected:
     const char* className() const override;
 
 private:
-    enum class Comparison : std::uint8_t { withCodes, ofTexts, ofIntegers, ofValues };
+    enum class Comparison : std::uint8_t { ofTexts, ofIntegers, ofValues };
 
-    // What the comparison with a constant is for the texts of a list of a model, by their numbers.
+    // What comparing with the constant gives for the texts of a column that lists them.
     struct Verdicts {
-        const std::string_view* texts = nullptr;
-        std::uint64_t model = 0;
-        std::uint64_t known = 0;  // a bit each
+        // The bit of an object's text; 0 where the column does not list it among the first.
+        std::uint64_t bitOf(MMObject object) const {
+            constexpr unsigned most = 64;
+            const std::uint64_t index = object - column.first;
+            if (index >= column.count) {
+                return 0;
+            }
+            const unsigned code = column.codes != nullptr ? column.codes[index] : 0;
+            return code < most ? std::uint64_t{1} << code : 0;
+        }
+
+        std::uint64_t model = 0;  // whose column it is
+        MMTextColumn column;
+        std::uint64_t known = 0;
         std::uint64_t isTrue = 0;
     };
 
     static Comparison chooseComparison(const MMValueExpr* left, const MMValueExpr* right);
-    bool compareCode(const MMModel& model, const std::string_view* texts, std::size_t code) const;
+    bool judge(MMEvaluationContext& context) const;
+    void remember(const MMModel& model, bool verdict) const;
+    bool compareOthers(MMEvaluationContext& context) const;
     bool compareTexts(MMEvaluationContext& context) const;
-    bool compareTexts(std::string_view left, std::string_view right) const;
     bool holds(std::partial_ordering order) const;
 
     Comparison comparison_;
-    std::string_view constantRight_;  // the right operand where it is a text constant
+    std::string_view constantRight_;   // the right operand where it is a text constant
+    std::optional<int> integerRight_;  // an integer constant with which integers are compared
+    const MMObjectVarExpr* owner_;     // whose text is compared with it, if that is all
     mutable Verdicts verdicts_;
 };

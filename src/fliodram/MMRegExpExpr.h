@@ -38,6 +38,9 @@ public:
 
     MMValue evaluate(MMEvaluationContext& context) const override;
     bool evaluateBoolean(MMEvaluationContext& context) const override;
+    const MMTextColumn* findColumn(const MMModel& model) const override {
+        return text_->findColumn(model);
+    }
     void print(MMTargetPrinter& printer) const override;
 
 private:

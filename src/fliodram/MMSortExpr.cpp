@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "fliodram/MMObjectSet.h"
+#include "fliodram/MMReadAhead.h"
 #include "fliodram/MMTargetPrinter.h"
 
 namespace {
@@ -64,8 +65,13 @@ public:
     std::vector<MMObject> run(const std::vector<MMObject>& objects) {
         entries_.reserve(objects.size());
         furtherKeys_.reserve(objects.size() * (keys_.empty() ? 0 : keys_.size() - 1));
-        for (const MMObject object : objects) {
+        const MMObjectRange range = rangeOf(objects);
+        MMReadAhead ahead(range);
+        for (const MMObject& object : range) {
             add(object);
+            if (!keys_.empty()) {
+                ahead.after(object, *keys_.front().function, context_.getModel());
+            }
         }
         std::stable_sort(entries_.begin(), entries_.end(),
                          [this](const Entry& left, const Entry& right) {

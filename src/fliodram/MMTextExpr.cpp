@@ -8,24 +8,6 @@
 
 namespace {
 
-/// Counts without looking at the objects.
-class Counter final : public MMObjectConsumer {
-public:
-    explicit Counter(MMEvaluationContext& context) : context_(context) {}
-
-    bool take(const MMObjectRange& objects) override {
-        context_.step();
-        count_ += objects.size();
-        return true;
-    }
-
-    std::size_t count() const { return count_; }
-
-private:
-    MMEvaluationContext& context_;
-    std::size_t count_ = 0;
-};
-
 /// Appends the texts that it takes to another, joined.
 class Joiner final : public MMTextConsumer {
 public:
@@ -81,12 +63,11 @@ MMValue MMCountExpr::evaluate(MMEvaluationContext& context) const {
 
 int MMCountExpr::evaluateInteger(MMEvaluationContext& context) const {
     context.checkDepth();
-    Counter counter(context);
-    forEachObject(context, *collection_, counter);
-    if (counter.count() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+    const std::size_t count = collection_->count(context);
+    if (count > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
         throwEvaluationFailure("The size of a collection is out of the range of integers.");
     }
-    return static_cast<int>(counter.count());
+    return static_cast<int>(count);
 }
 
 void MMCountExpr::print(MMTargetPrinter& printer) const {

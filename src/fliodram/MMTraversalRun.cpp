@@ -22,6 +22,7 @@ public:
         enqueue(plan_.start(), object, true);
         while (memory_.head != memory_.queue.size()) {
             const MMTraversalTurn next = dequeue();
+            readAhead();
             const bool isDepthFirst = plan_.step(next.step).traversal->isDepthFirst();
             if (!(isDepthFirst ? followDepthFirst(next) : follow(next))) {
                 return false;
@@ -53,6 +54,15 @@ private:
             memory_.head = 0;
         }
         return next;
+    }
+
+    // Has the targets of a turn that comes soon brought into the cache.
+    void readAhead() const {
+        constexpr std::size_t soon = 8;
+        if (memory_.queue.size() - memory_.head > soon) {
+            const MMTraversalTurn& turn = memory_.queue[memory_.head + soon];
+            plan_.step(turn.step).traversal->prefetchTargets(context_, turn.object);
+        }
     }
 
     bool isFirst(const MMTraversalTurn& turn) {
