@@ -218,6 +218,9 @@ void Session::apply(const ExpressionText& text, const CompiledExpression& expres
     MMEvaluationContext context(model);
     const EvaluationBudget budget(options_);
     for (const MMObject object : objects_) {
+        if (isInterrupted_) {  // evaluations of few steps do not look
+            break;
+        }
         try {
             MMEvaluationLimits limits = budget.next();
             limits.isCancelled = &isInterrupted_;
@@ -229,12 +232,14 @@ void Session::apply(const ExpressionText& text, const CompiledExpression& expres
             }
         } catch (const MMEvaluationError& error) {
             fail(EXIT_EVALUATION);
-            if (error.getKind() == MMEvaluationError::Kind::cancelled) {
-                return warn("Interrupted.");
-            }
             std::string buffer;
-            failures.show(std::string(model.uid(object, buffer)), error);
+            if (error.getKind() != MMEvaluationError::Kind::cancelled) {
+                failures.show(std::string(model.uid(object, buffer)), error);
+            }
         }
+    }
+    if (isInterrupted_) {
+        warn("Interrupted.");
     }
 }
 
