@@ -29,6 +29,8 @@ int checkNames(const Options& options, const CompiledExpression& expression, Mes
 int runCheck(const Options& options) {
     const ExpressionText text = readExpression(options);
     Messages messages(text, options, true);
+    NamesOnDemand names(options);
+    messages.setNames([&names] { return names.find(); });
     const CompiledExpression expression = compile(text, options.as, messages);
     if (!expression) {
         return EXIT_EXPRESSION;

@@ -11,6 +11,7 @@
 #include "ExitStatus.h"
 #include "Jobs.h"
 #include "ModelLoading.h"
+#include "ModelNames.h"
 #include "names/NameCheck.h"
 #include "names/NearestNames.h"
 
@@ -144,6 +145,18 @@ std::string nearestClasses(const RepositoryModel& model, const std::string& name
     return didYouMean(nearestNames(name, names), "", "");
 }
 
+void refuseObjects(const RepositoryModel& model, const Options& options) {
+    NameVocabulary vocabulary;
+    vocabulary.addModel(model);
+    if (!options.onClass.empty() && vocabulary.findClass(options.onClass)) {
+        std::cerr << "mmq: The class " << options.onClass << " is known, but " << options.modelFile
+                  << " has no object of it.\n";
+        return;
+    }
+    std::cerr << "mmq: " << options.modelFile << ' ' << noObjectSentence(options) << '\n';
+    showAdvice(nearestClasses(model, options.onClass));
+}
+
 // All objects that an expression is evaluated on are of one class.
 bool checkNames(const CompiledExpression& expression, const RepositoryModel& model, MMObject object,
                 Messages& messages) {
@@ -158,6 +171,8 @@ bool checkNames(const CompiledExpression& expression, const RepositoryModel& mod
 int runEval(const Options& options) {
     const ExpressionText text = readExpression(options);
     Messages messages(text, options, options.isVerbose);
+    NamesOnDemand names(options);
+    messages.setNames([&names] { return names.find(); });
     const CompiledExpression expression = compile(text, options.as, messages);
     if (!expression) {
         return EXIT_EXPRESSION;
@@ -168,8 +183,7 @@ int runEval(const Options& options) {
     const std::unique_ptr<RepositoryModel> model = loadModel(options);
     const std::vector<MMObject> objects = chooseObjects(*model, options);
     if (objects.empty()) {
-        std::cerr << "mmq: " << options.modelFile << ' ' << noObjectSentence(options) << '\n';
-        showAdvice(nearestClasses(*model, options.onClass));
+        refuseObjects(*model, options);
         return EXIT_USAGE;
     }
     if (!options.allowsUnknownNames && !checkNames(expression, *model, objects[0], messages)) {

@@ -110,10 +110,10 @@ void Messages::showMessage(int line, int column, const std::string& source,
     } else if (showsProgress_) {
         std::cerr << message << '\n';
     }
-    const std::string hint =
-        isPatternBesideMatch(message)
-            ? patternHint
-            : hintForUnknownSymbol(message, line, column, text_.text(), !sink_.isForPrograms());
+    const std::string hint = isPatternBesideMatch(message)
+                                 ? patternHint
+                                 : hintForUnknownSymbol(message, line, column, text_.text(), names_,
+                                                        !sink_.isForPrograms());
     if (!hint.empty()) {
         showHint(line, column, hint);
     }

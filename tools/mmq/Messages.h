@@ -4,10 +4,12 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "ExpressionText.h"
 #include "Options.h"
 #include "api/ExprParserDialogs.h"
+#include "names/SymbolHints.h"
 
 namespace mmq {
 
@@ -91,6 +93,9 @@ public:
     /// Hands them to a sink, which is borrowed.
     Messages(const ExpressionText& text, MessageSink& sink);
 
+    /// Lets advice name what is in the model at hand.
+    void setNames(NamesAtHand names) { names_ = std::move(names); }
+
     /// Nobody is there to ask.
     bool askYesNo(const std::string& question, bool defaultAnswer) override;
     void showMessage(int line, int column, const std::string& source, const std::string& message,
@@ -113,6 +118,7 @@ private:
     std::unique_ptr<MessageSink> ownSink_;  // where none is borrowed
     MessageSink& sink_;
     bool showsProgress_;
+    NamesAtHand names_;
     int errorCount_ = 0;
     bool isEmpty_ = true;
 };

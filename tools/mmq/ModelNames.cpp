@@ -14,4 +14,15 @@ ModelNames::ModelNames(const Options& options) {
     }
 }
 
+const NameVocabulary* NamesOnDemand::find() {
+    if (names_ == nullptr) {
+        try {
+            names_ = std::make_unique<const ModelNames>(options_);
+        } catch (const ModelError&) {
+            return nullptr;
+        }
+    }
+    return names_->vocabulary();
+}
+
 }  // namespace mmq

@@ -28,4 +28,18 @@ private:
     std::unique_ptr<NameVocabulary> vocabulary_;
 };
 
+/// The same, read when somebody first asks, which nobody may.
+class NamesOnDemand {
+public:
+    /// Borrows the options.
+    explicit NamesOnDemand(const Options& options) : options_(options) {}
+
+    /// Null where nothing is named, or what is named cannot be read.
+    const NameVocabulary* find();
+
+private:
+    const Options& options_;
+    std::unique_ptr<const ModelNames> names_;
+};
+
 }  // namespace mmq

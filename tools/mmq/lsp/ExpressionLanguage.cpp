@@ -17,6 +17,7 @@ public:
         DiagnosticList list;
         const ExpressionText expression(text);
         Messages messages(expression, list);
+        messages.setNames([&model] { return model.source().vocabulary; });
         const CompiledExpression compiled = compile(expression, As::automatic, messages);
         if (compiled && model.checksNames()) {
             const NameSource names = model.source();

@@ -10,6 +10,8 @@ namespace mmq {
 namespace {
 
 constexpr std::size_t mostListed = 3;
+constexpr std::size_t shortestTelling = 5;  // of names that are like few others
+constexpr const char* manyHave = "other classes have";
 
 bool beginsWithVowel(std::string_view word) { return word.find_first_of("AEIOUaeiou") == 0; }
 
@@ -157,28 +159,70 @@ std::string NameJudge::denial(const Use& use) const {
            " has an " + kind;
 }
 
+// What may have been meant, and whose name it is as it stands.
 std::string NameJudge::hintFor(const Use& use) const {
-    const bool isAttribute = use.kind == Kind::attribute;
-    std::string before = use.isQuoted ? "\"" : isAttribute ? "$" : "[";
-    const std::string after = use.isQuoted ? "\"" : isAttribute ? "" : "]";
-    const std::size_t colon = use.name.find(':');
-    const bool isInverse = colon != std::string::npos;
-    before += isInverse ? "inverse:" : "";
-    std::string hint =
-        didYouMean(nearestNames(isInverse ? use.name.substr(colon + 1) : use.name,
-                                isInverse ? vocabulary_.inverses(use.classes)
-                                          : vocabulary_.names(use.classes, use.readAs())),
-                   before, after);
-    const std::string others = otherClasses(use);
-    return hint + (hint.empty() || others.empty() ? "" : " ") + others;
+    const std::string meant = suggestion(use);
+    const std::string others = elsewhere(use);
+    return meant + (meant.empty() || others.empty() ? "" : " ") + others;
 }
 
-// "A and B have it.": the other classes that have the name; empty where there are many or none.
-std::string NameJudge::otherClasses(const Use& use) const {
-    const std::vector<std::string> others = vocabulary_.classesWith(use.name, use.readAs());
-    return others.empty() || others.size() > mostListed
-               ? std::string()
-               : joined(others, " and ") + (others.size() == 1 ? " has it." : " have it.");
+// Where other classes have the name, it is not the beginning of one that was meant.
+std::string NameJudge::suggestion(const Use& use) const {
+    const bool isFunction = use.name == "class" || use.name == "uid";
+    if (use.kind == Kind::attribute && isFunction) {
+        return "The " + use.name + " of an object is " + use.name + " this.";
+    }
+    std::vector<std::string> names = nearest(use, use.classes);
+    if (!vocabulary_.classesWith(use.name, use.readAs()).empty()) {
+        names.erase(std::remove_if(
+                        names.begin(), names.end(),
+                        [&use](const std::string& name) { return name.rfind(use.name, 0) == 0; }),
+                    names.end());
+    }
+    return didYouMean(names, use.before(), use.after());
+}
+
+// "A and B have $x.": the other classes that have the name, or else the nearest one of all, if it
+// may be misspelt besides.
+std::string NameJudge::elsewhere(const Use& use) const {
+    std::string name = use.name;
+    std::string others = havers(name, use.readAs());
+    const bool isTelling = name.size() >= shortestTelling;
+    if (others.empty() && isTelling && nearest(use, use.classes).empty()) {
+        const std::vector<std::string> names = nearest(use, vocabulary_.allClasses());
+        name = names.empty() ? std::string() : names.front();
+        others = havers(name, use.readAs());
+    }
+    others = others == manyHave ? "Other classes have" : others;
+    return others.empty() ? others : others + " " + use.before() + name + use.after() + ".";
+}
+
+// The names of the classes that the use may mean; of what leads back, by what leads forth.
+std::vector<std::string> NameJudge::nearest(const Use& use, const ClassSet& classes) const {
+    constexpr std::size_t farthest = 2;  // of letters in which the prefix may differ
+    const std::size_t colon = use.name.find(':');
+    const bool isInverse = colon != std::string::npos &&
+                           editDistance(use.name.substr(0, colon + 1), inversePrefix) <= farthest;
+    if (!isInverse) {
+        return nearestNames(use.name, vocabulary_.names(classes, use.readAs()));
+    }
+    const std::string name = use.name.substr(colon + 1);
+    const std::vector<std::string> inverses = vocabulary_.inverses(classes);
+    const bool isThere = std::find(inverses.begin(), inverses.end(), name) != inverses.end();
+    std::vector<std::string> names = isThere ? std::vector{name} : nearestNames(name, inverses);
+    for (std::string& found : names) {
+        found.insert(0, inversePrefix);
+    }
+    return names;
+}
+
+// "A and B have": the classes that have a name; empty where there are none.
+std::string NameJudge::havers(const std::string& name, ReadAs readAs) const {
+    const std::vector<std::string> classes = vocabulary_.classesWith(name, readAs);
+    return classes.empty() ? std::string()
+           : classes.size() > mostListed
+               ? manyHave
+               : joined(classes, " and ") + (classes.size() == 1 ? " has" : " have");
 }
 
 TextError NameJudge::noteFor(const Use& use) const {
@@ -195,9 +239,9 @@ TextError NameJudge::noteFor(const Use& use) const {
                              (isAttribute ? "reads as the empty text." : "reaches nothing.");
             break;
         case LeftOut::no: {
-            const std::string others = otherClasses(use);
+            const std::string others = havers(use.name, use.readAs());
             note.sentence = denial(use) + " " + note.sentence + " in " + vocabulary_.subject() +
-                            "; " + (others.empty() ? "other classes have it." : others);
+                            "; " + (others.empty() ? manyHave : others) + " it.";
         }
     }
     return note;

@@ -64,6 +64,10 @@ private:
         Letters letters = Letters::asTheyAre;
         LeftOut leftOut = LeftOut::no;  // of a name that is not held, why the metamodel says so
 
+        // What stands round the name where it is written.
+        const char* before() const { return isQuoted ? "\"" : kind == Kind::attribute ? "$" : "["; }
+        const char* after() const { return isQuoted ? "\"" : kind == Kind::attribute ? "" : "]"; }
+
         ReadAs readAs() const {
             return kind == Kind::attribute ? ReadAs::attribute : ReadAs::association;
         }
@@ -75,7 +79,10 @@ private:
     TextError errorFor(const Use& use) const;
     TextError noteFor(const Use& use) const;
     std::string hintFor(const Use& use) const;
-    std::string otherClasses(const Use& use) const;
+    std::string suggestion(const Use& use) const;
+    std::string elsewhere(const Use& use) const;
+    std::vector<std::string> nearest(const Use& use, const ClassSet& classes) const;
+    std::string havers(const std::string& name, ReadAs readAs) const;
     std::string denial(const Use& use) const;
     bool isOnlyAttribute(const Use& use) const;
 

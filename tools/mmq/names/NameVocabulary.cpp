@@ -320,13 +320,28 @@ std::vector<std::string> NameVocabulary::classNames() const {
     return result;
 }
 
-std::vector<std::string> NameVocabulary::classesWith(std::string_view name, ReadAs readAs) const {
+ClassSet NameVocabulary::ownersOf(std::string_view name, ReadAs readAs) const {
     ClassSet owners;
-    for (const NameDeclaration& declaration : declared_.find(name)) {
-        if (fits(declaration, readAs) && allClasses().contains(declaration.owner)) {
-            owners.insert(declaration.owner);
+    const bool isInverse = startsWith(name, inversePrefix);
+    const std::string_view forth = name.substr(isInverse ? inversePrefix.size() : 0);
+    for (const NameDeclaration& declaration : declared_.find(forth)) {
+        if (!fits(declaration, isInverse ? ReadAs::association : readAs)) {
+            continue;
+        }
+        if (isInverse && declaration.isShown) {
+            owners.insert(shownReach(declaration.owner, forth));
+        } else {
+            const ClassNumber number = isInverse ? declaration.type : declaration.owner;
+            if (allClasses().contains(number)) {
+                owners.insert(number);
+            }
         }
     }
+    return owners;
+}
+
+std::vector<std::string> NameVocabulary::classesWith(std::string_view name, ReadAs readAs) const {
+    const ClassSet owners = ownersOf(name, readAs);
     std::vector<std::string> result;
     owners.forEach([&](ClassNumber owner) {
         ClassSet alone;

@@ -80,7 +80,8 @@ public:
     /// The associations that reach one of the classes, which `inverse:` may stand before.
     std::vector<std::string> inverses(const ClassSet& classes) const;
     std::vector<std::string> classNames() const;
-    /// The classes that have a name and do not inherit it, in the order of the alphabet.
+    /// The classes that have a name and do not inherit it, in the order of the alphabet; of
+    /// "inverse:x", those that "x" reaches.
     std::vector<std::string> classesWith(std::string_view name, ReadAs readAs) const;
 
 private:
@@ -110,6 +111,7 @@ private:
     ClassSet declaredReach(const Heirs& heirs, std::string_view association) const;
     ClassSet declaredContainment(const Heirs& heirs, bool ofContainers) const;
     ClassSet withHeirs(const ClassSet& types) const;
+    ClassSet ownersOf(std::string_view name, ReadAs readAs) const;
     const ClassSet& shownReach(ClassNumber number, std::string_view association) const;
 
     bool isOfStandard(const RepositoryModel& model) const;

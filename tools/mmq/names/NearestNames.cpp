@@ -78,8 +78,9 @@ std::string upperCase(std::string_view text) {
 
 // The table of distances of all beginnings, of which three lines are kept.
 std::size_t editDistance(std::string_view a, std::string_view b) {
-    if (std::max(a.size(), b.size()) > longestName) {
-        return a == b ? 0 : longestName;
+    const std::size_t longer = std::max(a.size(), b.size());
+    if (longer > longestName) {
+        return a == b ? 0 : longer;
     }
     std::array<std::array<std::size_t, longestName + 1>, 3> lines{};
     auto* beforeLast = &lines[0];

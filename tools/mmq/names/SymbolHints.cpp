@@ -1,6 +1,7 @@
 #include "names/SymbolHints.h"
 
 #include <array>
+#include <map>
 #include <sstream>
 #include <string_view>
 #include <vector>
@@ -64,10 +65,50 @@ std::vector<std::string> namesAt(const std::string& text, int line, int column, 
     return names;
 }
 
-std::string adviceFor(const UnknownSymbol& unknown, const std::string& name,
-                      const std::vector<std::string>& names, bool isForPeople) {
-    const std::string hint = didYouMean(nearestNames(name, names), unknown.written, "");
-    return hint.empty() && isForPeople && unknown.kind == SymbolKind::variable
+/// What may stand where a variable does, by its name: a variable and a constant as they are, and
+/// the names of a model as they are written there.
+class WrittenNames {
+public:
+    explicit WrittenNames(const std::vector<std::string>& variables) {
+        for (const std::string& name : variables) {
+            written_.emplace(name, name);
+        }
+        written_.insert({{"true", "true"}, {"false", "false"}});
+    }
+
+    void add(const NameVocabulary& vocabulary) {
+        for (const ReadAs kind : {ReadAs::association, ReadAs::attribute}) {
+            for (const std::string& name : vocabulary.names(vocabulary.allClasses(), kind)) {
+                written_.emplace(name, kind == ReadAs::association ? "[" + name + "]" : "$" + name);
+            }
+        }
+    }
+
+    std::string hintFor(const std::string& name) const {
+        std::vector<std::string> names;
+        for (const auto& [known, written] : written_) {
+            names.push_back(known);
+        }
+        names = written_.count(name) > 0 ? std::vector{name} : nearestNames(name, names);
+        for (std::string& found : names) {
+            found = written_.at(found);
+        }
+        return didYouMean(names, "", "");
+    }
+
+private:
+    std::map<std::string, std::string> written_;
+};
+
+std::string adviceForVariable(const std::string& name, const std::vector<std::string>& variables,
+                              const NamesAtHand& names, bool isForPeople) {
+    WrittenNames written(variables);
+    const NameVocabulary* const vocabulary = names ? names() : nullptr;
+    if (vocabulary != nullptr) {
+        written.add(*vocabulary);
+    }
+    const std::string hint = written.hintFor(name);
+    return hint.empty() && isForPeople && vocabulary == nullptr
                ? "An attribute is written $" + name + ", an association [" + name + "]."
                : hint;
 }
@@ -75,14 +116,18 @@ std::string adviceFor(const UnknownSymbol& unknown, const std::string& name,
 }  // namespace
 
 std::string hintForUnknownSymbol(const std::string& message, int line, int column,
-                                 const std::string& text, bool isForPeople) {
+                                 const std::string& text, const NamesAtHand& names,
+                                 bool isForPeople) {
     for (const UnknownSymbol& unknown : unknownSymbols) {
         const std::string name = nameIn(message, unknown);
         if (name.empty()) {
             continue;
         }
         try {
-            return adviceFor(unknown, name, namesAt(text, line, column, unknown.kind), isForPeople);
+            const std::vector<std::string> known = namesAt(text, line, column, unknown.kind);
+            return unknown.kind == SymbolKind::variable
+                       ? adviceForVariable(name, known, names, isForPeople)
+                       : didYouMean(nearestNames(name, known), unknown.written, "");
         } catch (const ParseException&) {
             return {};  // less of the stack is left than when the text was first parsed
         }

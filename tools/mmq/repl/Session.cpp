@@ -161,6 +161,7 @@ Completion Session::complete(const std::string& input, std::size_t cursor) const
 void Session::showType(const std::string& expression) {
     const ExpressionText text(expression);
     Messages messages(text, options_, false);
+    messages.setNames([this] { return names_.vocabulary(); });
     const TypePtr type =
         checkStrictly(text, messages) ? analyzeType(text, messages).type : TypePtr();
     if (type && messages.errorCount() == 0) {
@@ -173,6 +174,7 @@ void Session::showType(const std::string& expression) {
 void Session::showTarget(const std::string& expression) {
     const ExpressionText text(expression);
     Messages messages(text, options_, false);
+    messages.setNames([this] { return names_.vocabulary(); });
     const CompiledExpression compiled = compile(text, options_.as, messages);
     if (compiled) {
         std::cout << printedTarget(compiled.target()) << '\n';
@@ -194,6 +196,7 @@ void Session::evaluate(const std::string& expression, bool isTimed, bool explain
     const auto begin = Clock::now();
     const ExpressionText text(expression);
     Messages messages(text, options_, false);
+    messages.setNames([this] { return names_.vocabulary(); });
     const CompiledExpression compiled = compile(text, options_.as, messages);
     if (!compiled || hasWrongNames(compiled, messages)) {
         return fail(EXIT_EXPRESSION);
