@@ -1,10 +1,12 @@
 """The prompt on a terminal: completion by Tab, Ctrl-C, Ctrl-D and the history.
 
-check_prompt.py MMQ: each row is what is typed and what the terminal then shows.
+check_prompt.py MMQ: each row is what is typed and what the terminal then shows. The session that
+docs/prompt.md shows is held first.
 """
 
 import os
 import pty
+import re
 import select
 import sys
 import tempfile
@@ -72,17 +74,41 @@ class Terminal:
         return False
 
 
+def rows_of_document():
+    """What is typed at each prompt of the session, and what stands behind it up to the next one."""
+    with open("docs/prompt.md", encoding="utf-8") as file:
+        session = file.read().split("```text\n")[1].split("```")[0]
+    pieces = re.split(r"^(?:mmq|\.\.\.)> (.*)\n", session, flags=re.MULTILINE)
+    rows = [("", pieces[0].partition("\n")[2].replace("\n", "\r\n"))]
+    begun = ""
+    for line, shown in zip(pieces[1::2], pieces[2::2]):
+        is_completed = line.endswith("$")
+        rows.append((line[len(begun) :] + ("\t" if is_completed else "\n"),
+                     "\r\n" + shown.replace("\n", "\r\n")))
+        begun = line if is_completed else ""
+    return rows
+
+
+def hold(arguments, environment, rows):
+    """Types all rows, and ends where something else is shown, or another status is left."""
+    terminal = Terminal(arguments, environment)
+    for keys, expected in rows:
+        if not terminal.answers(keys, expected):
+            sys.exit(f"{keys!r}: {expected!r} is not in {terminal.shown!r}")
+    status = os.waitstatus_to_exitcode(os.waitpid(terminal.process, 0)[1])
+    if status != 0:
+        sys.exit(f"status {status}")
+
+
 def main():
     with tempfile.TemporaryDirectory() as folder:
         environment = {"TERM": "xterm", "XDG_STATE_HOME": folder, "HOME": folder, "NO_COLOR": "1"}
-        terminal = Terminal([sys.argv[1], "repl", "--model", "examples/webshop.uml"], environment)
-        for keys, expected in ROWS:
-            if not terminal.answers(keys, expected):
-                sys.exit(f"{keys!r}: {expected!r} is not in {terminal.shown!r}")
-        status = os.waitstatus_to_exitcode(os.waitpid(terminal.process, 0)[1])
+        arguments = [sys.argv[1], "repl", "--model", "examples/webshop.uml"]
+        hold(arguments, environment, rows_of_document())
+        hold(arguments, environment, ROWS)
         history = open(os.path.join(folder, "mmq", "history"), encoding="utf-8").read()
-        if status != 0 or "describe\\040Package" not in history:
-            sys.exit(f"status {status}, history {history!r}")
+        if "describe\\040Package" not in history:
+            sys.exit(f"history {history!r}")
 
 
 main()
