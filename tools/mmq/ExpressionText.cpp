@@ -29,6 +29,20 @@ std::string sentenceFor(std::string_view begun, std::string_view dropped) {
                          : "The text " + inQuotes(begun) + " is not the whole of anything.";
 }
 
+// Where the lexer would say that what follows this text begins.
+std::pair<int, int> lexerPlace(std::string_view before) {
+    constexpr int tabStop = 8;
+    std::pair<int, int> place{1, 1};
+    for (const char byte : before) {
+        auto& [line, column] = place;
+        line += byte == '\n' ? 1 : 0;
+        column = byte == '\n'   ? 1
+                 : byte == '\t' ? (column - 1) / tabStop * tabStop + tabStop + 1
+                                : column + 1;
+    }
+    return place;
+}
+
 }  // namespace
 
 /// Notes where tokens stand, and what it drops.
@@ -89,9 +103,22 @@ private:
 
 ExpressionText::ExpressionText(std::string text, TextOrigin origin)
     : text_(std::move(text)), origin_(std::move(origin)) {
-    text_.resize(std::min(text_.size(), text_.find('\0')));
     DLGStringInput input(text_.c_str());
     IndexingLexer(input, *this).run();
+    refuseNul();
+}
+
+// The lexer takes a NUL for the end, wherever it stands.
+void ExpressionText::refuseNul() {
+    const std::size_t at = text_.find('\0');
+    if (at == std::string::npos) {
+        return;
+    }
+    const auto [line, column] = lexerPlace(std::string_view(text_).substr(0, at));
+    tokens_[{line, column}] = {at, at + 1};
+    dropped_.push_back({line, column,
+                        "A NUL character stands here, which no expression can hold; what follows "
+                        "it would be lost."});
 }
 
 std::size_t ExpressionText::offsetOf(int line, int column) const {

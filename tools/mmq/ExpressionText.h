@@ -56,6 +56,8 @@ public:
 private:
     friend class IndexingLexer;
 
+    void refuseNul();
+
     // The bytes of a token, or of what is spoken of like one.
     struct Bytes {
         std::size_t first;
