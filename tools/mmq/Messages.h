@@ -44,6 +44,8 @@ public:
     virtual void writeHint(const MessagePlace& place, const std::string& hint) = 0;
     /// Whether programs read the messages, which want every one, and no advice that is not certain.
     virtual bool isForPrograms() const { return false; }
+    /// Whether errors are only counted by now, so that nobody need look for advice.
+    virtual bool isFull() const { return false; }
 };
 
 /// For a compilation whose messages have been shown.

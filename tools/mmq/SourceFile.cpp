@@ -98,9 +98,10 @@ std::string excerptAt(std::string_view text, std::size_t offset) {
 }
 
 std::size_t endOfLine(std::string_view text, std::size_t offset) {
-    const std::string_view line = text.substr(0, text.find_first_of("\r\n", offset));
-    const std::size_t last = line.find_last_not_of(" \t");
-    return last == std::string_view::npos || last < offset ? offset : last + 1;
+    constexpr std::size_t farthest = 10'000;
+    const std::string_view rest = text.substr(offset, farthest);
+    const std::size_t last = rest.substr(0, rest.find_first_of("\r\n")).find_last_not_of(" \t");
+    return last == std::string_view::npos ? offset : offset + last + 1;
 }
 
 SourceFile::SourceFile(std::string name, std::string text)

@@ -28,7 +28,7 @@ struct MarkedLine {
 MarkedLine markAt(std::string_view text, std::size_t point, std::size_t first, std::size_t last);
 
 /// The end of the line around a byte, without the white space there; the byte itself where nothing
-/// else is behind it.
+/// else is behind it. Of a very long line, some place in it.
 std::size_t endOfLine(std::string_view text, std::size_t offset);
 
 /// The text of a file, under the name that messages show. Shared by all that was read from it;

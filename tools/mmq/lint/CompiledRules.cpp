@@ -4,6 +4,7 @@
 
 #include "EvaluationMessages.h"
 #include "Messages.h"
+#include "lint/ErrorLimit.h"
 
 namespace mmq {
 
@@ -85,10 +86,12 @@ CompiledSets compileRules(const std::vector<const Rule*>& rules, std::size_t cou
                           const Options& options) {
     CompiledSets sets(count);
     MessageWriter writer(options);
+    ErrorLimit limit(writer);
     bool isRight = true;
-    for (const Rule* rule : rules) {
-        isRight = sets.front().emplace_back().compile(*rule, writer) && isRight;
+    for (auto rule = rules.begin(); rule != rules.end() && !limit.isFull(); ++rule) {
+        isRight = sets.front().emplace_back().compile(**rule, limit) && isRight;
     }
+    limit.finish(false);
     return isRight ? std::move(sets) : CompiledSets();
 }
 

@@ -3,6 +3,7 @@
 #include <string>
 
 #include "Messages.h"
+#include "lint/ErrorLimit.h"
 #include "lint/FileErrors.h"
 #include "names/NameCheck.h"
 
@@ -13,8 +14,8 @@ namespace {
 /// Looks at one rule after the other.
 class RuleNameCheck {
 public:
-    RuleNameCheck(const NameVocabulary& vocabulary, MessageSink& sink)
-        : vocabulary_(vocabulary), sink_(sink) {}
+    RuleNameCheck(const NameVocabulary& vocabulary, MessageSink& sink, AbsentClasses absentClasses)
+        : vocabulary_(vocabulary), sink_(sink), absentClasses_(absentClasses) {}
 
     bool check(const CompiledRule& compiled) const {
         const Rule& rule = *compiled.rule;
@@ -42,13 +43,14 @@ public:
 
 private:
     bool checkClass(const Rule& rule, const LocatedText& name) const {
-        const bool mayBeAbsent = rule.mayBeAbsent && !vocabulary_.knowsAllClasses();
-        if (vocabulary_.findClass(name.text) || mayBeAbsent) {
+        const bool mayBeAbsent = rule.mayBeAbsent || absentClasses_ == AbsentClasses::allowed;
+        if (vocabulary_.findClass(name.text) || (mayBeAbsent && !vocabulary_.knowsAllClasses())) {
             return true;
         }
         FileErrors errors(rule.file, sink_);
         errors.add(name, sentenceForClass(name.text, vocabulary_));
-        const std::string hint = hintForClass(name.text, vocabulary_);
+        const std::string hint =
+            sink_.isFull() ? std::string() : hintForClass(name.text, vocabulary_);
         if (!hint.empty()) {
             errors.addHint(hint);
         }
@@ -65,26 +67,30 @@ private:
 
     const NameVocabulary& vocabulary_;
     MessageSink& sink_;
+    AbsentClasses absentClasses_;
 };
 
 }  // namespace
 
-bool checkNames(const CompiledRule& rule, const NameVocabulary& vocabulary, MessageSink& sink) {
-    return RuleNameCheck(vocabulary, sink).check(rule);
+bool checkNames(const CompiledRule& rule, const NameVocabulary& vocabulary, MessageSink& sink,
+                AbsentClasses absentClasses) {
+    return RuleNameCheck(vocabulary, sink, absentClasses).check(rule);
 }
 
 bool checkNames(const std::vector<CompiledRule>& rules,
-                const std::vector<std::unique_ptr<RepositoryModel>>& models,
-                const Options& options) {
+                const std::vector<std::unique_ptr<RepositoryModel>>& models, const Options& options,
+                AbsentClasses absentClasses) {
     NameVocabulary vocabulary;
     for (const std::unique_ptr<RepositoryModel>& model : models) {
         vocabulary.addModel(*model);
     }
     MessageWriter writer(options);
+    ErrorLimit limit(writer);
     bool isRight = true;
-    for (const CompiledRule& rule : rules) {
-        isRight = checkNames(rule, vocabulary, writer) && isRight;
+    for (auto rule = rules.begin(); rule != rules.end() && !limit.isFull(); ++rule) {
+        isRight = checkNames(*rule, vocabulary, limit, absentClasses) && isRight;
     }
+    limit.finish(false);
     return isRight;
 }
 

@@ -5,9 +5,11 @@
 
 #include <algorithm>
 #include <map>
+#include <set>
 #include <utility>
 
 #include "TextFile.h"
+#include "lint/ErrorLimit.h"
 #include "lint/MessageTemplate.h"
 #include "lint/YamlDocument.h"
 
@@ -21,9 +23,26 @@ bool isId(const std::string& text) {
     return text.find_first_not_of(inside) == std::string::npos;
 }
 
-bool isWebAddress(const std::string& text) {
-    const bool hasScheme = text.rfind("https://", 0) == 0 || text.rfind("http://", 0) == 0;
-    return hasScheme && text.find_first_of(" \t\n\"<>\\^`{|}") == std::string::npos;
+bool hasWebScheme(const std::string& text) {
+    return text.rfind("https://", 0) == 0 || text.rfind("http://", 0) == 0;
+}
+
+// The first byte that no web address holds, or the end.
+std::size_t findForbiddenInLink(const std::string& text) {
+    const auto isForbidden = [](char byte) {
+        constexpr std::string_view printable = "\"<>\\^`{|}";
+        const auto code = static_cast<unsigned char>(byte);
+        return code <= 0x20U || code == 0x7FU || printable.find(byte) != std::string_view::npos;
+    };
+    return static_cast<std::size_t>(std::find_if(text.begin(), text.end(), isForbidden) -
+                                    text.begin());
+}
+
+// "%3C" for "<".
+std::string percentEncoded(char byte) {
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    const auto code = static_cast<unsigned char>(byte);
+    return {'%', digits[code >> 4U], digits[code & 0xFU]};
 }
 
 /// Reads one rules file.
@@ -119,12 +138,10 @@ private:
     }
 
     void readClasses(const Node& node, std::vector<LocatedText>& classes) {
-        const auto add = [this, &classes](const Node& name) {
+        std::set<std::string> seen;
+        const auto add = [&](const Node& name) {
             if (auto text = document_.readText(name, "The class of a rule")) {
-                const bool isNew =
-                    std::none_of(classes.begin(), classes.end(),
-                                 [&text](const auto& other) { return other.text == text->text; });
-                if (!isNew) {
+                if (!seen.insert(text->text).second) {
                     fail(name, "The class " + inQuotes(text->text) + " stands here twice.");
                 }
                 classes.push_back(*std::move(text));
@@ -151,9 +168,19 @@ private:
 
     void readLink(const Node& node, std::string& link) {
         const auto text = document_.readText(node, "The link of a rule");
-        if (text && !isWebAddress(text->text)) {
-            fail(node, "A link begins with https:// or http:// and holds no blank.");
-        } else if (text) {
+        if (!text) {
+            return;
+        }
+        const std::size_t forbidden = findForbiddenInLink(text->text);
+        if (!hasWebScheme(text->text)) {
+            fail(node, "A link begins with https:// or http://.");
+        } else if (forbidden < text->text.size()) {
+            const char byte = text->text[forbidden];
+            document_.errors().add(text->origin.offsets[forbidden],
+                                   text->origin.offsets[forbidden + 1],
+                                   "A link holds no " + inQuotes({&byte, 1}) + "; it is written " +
+                                       percentEncoded(byte) + " there.");
+        } else {
             link = text->text;
         }
     }
@@ -292,23 +319,25 @@ RuleFile readRuleFile(FileErrors& errors) {
 
 std::vector<RuleFile> readRuleFiles(const std::vector<std::string>& paths, const Options& options) {
     MessageWriter writer(options);
+    ErrorLimit limit(writer);
     std::vector<RuleFile> files;
     bool isRight = true;
     for (const std::string& path : paths) {
         const auto source = std::make_shared<const SourceFile>(
             path == "-" ? "<stdin>" : path, readTextFile(path, "The rules file"));
-        FileErrors errors(source, writer);
+        FileErrors errors(source, limit);
         files.push_back(RuleFileReader(errors).read());
         isRight = isRight && errors.isEmpty();
     }
     RulesById rules;
-    isRight = isRight && checkIds(files, rules, writer);
+    isRight = isRight && checkIds(files, rules, limit);
     for (const RuleFile& file : files) {
-        isRight = isRight && checkCases(file, rules, writer);
+        isRight = isRight && checkCases(file, rules, limit);
     }
     if (isRight && rules.empty()) {
-        FileErrors(files.front().source, writer).add(0, "There is no rule.");
+        FileErrors(files.front().source, limit).add(0, "There is no rule.");
     }
+    limit.finish();
     isRight = isRight && !rules.empty();
     return isRight ? std::move(files) : std::vector<RuleFile>();
 }

@@ -35,17 +35,14 @@ std::size_t offsetOf(const YAML::Mark& mark) {
     return mark.pos < 0 ? 0 : static_cast<std::size_t>(mark.pos);
 }
 
-// So many nodes may be there because of aliases: a few bytes could stand for any number.
-constexpr std::size_t mostAliased = 100000;
+// What aliases may stand for in all: a few of them, one within the other, stand for a file that no
+// memory holds.
+constexpr std::size_t mostAliased = std::size_t{1024} * 1024;
 
-/// Thrown at the alias that is one too many.
-struct TooManyAliased {
+/// Thrown where a file is well-formed YAML, but none that rules are written in.
+struct UnwantedYaml {
     std::size_t offset;
-};
-
-/// Thrown where a document begins behind the first.
-struct SecondDocument {
-    std::size_t offset;
+    const char* sentence;
 };
 
 }  // namespace
@@ -57,34 +54,44 @@ public:
 
     void OnDocumentStart(const YAML::Mark& mark) override {
         if (std::exchange(hasBegun_, true)) {
-            throw SecondDocument{offsetOf(mark)};
+            throw UnwantedYaml{offsetOf(mark),
+                               "A rules file is one YAML document, which ends before this."};
         }
     }
     void OnDocumentEnd() override {}
 
     void OnNull(const YAML::Mark& mark, YAML::anchor_t anchor) override {
-        add(YamlNode::Kind::nothing, mark, "", anchor);
+        count(add(YamlNode::Kind::nothing, mark, "", anchor));
     }
     void OnAlias(const YAML::Mark& mark, YAML::anchor_t anchor) override {
         const YamlNode& node = *anchors_.at(anchor);
-        attach(node);
-        aliasedCount_ += node.count;
-        if (aliasedCount_ > mostAliased) {
-            throw TooManyAliased{offsetOf(mark)};
+        if (node.isOpen) {
+            throw UnwantedYaml{offsetOf(mark), "This alias is a part of what it stands for."};
         }
+        aliased_ += node.size;
+        if (aliased_ > mostAliased) {
+            throw UnwantedYaml{offsetOf(mark),
+                               "The aliases up to this one stand for more than 1 MiB of YAML, "
+                               "which is too much."};
+        }
+        attach(node);
+        count(node);
     }
     void OnScalar(const YAML::Mark& mark, const std::string& tag, YAML::anchor_t anchor,
                   const std::string& value) override {
-        add(YamlNode::Kind::text, mark, tag, anchor).text = value;
+        YamlNode& node = add(YamlNode::Kind::text, mark, tag, anchor);
+        node.text = value;
+        node.size += value.size();
+        count(node);
     }
     void OnSequenceStart(const YAML::Mark& mark, const std::string& tag, YAML::anchor_t anchor,
                          YAML::EmitterStyle::value /*style*/) override {
-        open_.push_back(&add(YamlNode::Kind::list, mark, tag, anchor));
+        open(add(YamlNode::Kind::list, mark, tag, anchor));
     }
     void OnSequenceEnd() override { close(); }
     void OnMapStart(const YAML::Mark& mark, const std::string& tag, YAML::anchor_t anchor,
                     YAML::EmitterStyle::value /*style*/) override {
-        open_.push_back(&add(YamlNode::Kind::mapping, mark, tag, anchor));
+        open(add(YamlNode::Kind::mapping, mark, tag, anchor));
     }
     void OnMapEnd() override { close(); }
 
@@ -107,22 +114,31 @@ private:
             tree_.root_ = &node;
         } else {
             open_.back()->children.push_back(&node);
-            open_.back()->count += node.count;
         }
     }
 
-    // Of what is closed, the node itself was counted when it began.
+    void open(YamlNode& node) {
+        node.isOpen = true;
+        open_.push_back(&node);
+    }
+
     void close() {
-        const std::size_t inside = open_.back()->count - 1;
+        YamlNode& node = *open_.back();
+        node.isOpen = false;
         open_.pop_back();
+        count(node);
+    }
+
+    // Counts a node that is whole as a part of the one around it.
+    void count(const YamlNode& node) {
         if (!open_.empty()) {
-            open_.back()->count += inside;
+            open_.back()->size += node.size;
         }
     }
 
     YamlTree& tree_;
-    std::size_t aliasedCount_ = 0;
     bool hasBegun_ = false;
+    std::size_t aliased_ = 0;
     std::vector<YamlNode*> open_;
     std::unordered_map<YAML::anchor_t, const YamlNode*> anchors_;
 };
@@ -150,12 +166,8 @@ void YamlTree::parse(FileErrors& errors) {
         while (parser.HandleNextDocument(builder)) {
             // The second one throws.
         }
-    } catch (const SecondDocument& second) {
-        errors.add(std::min(second.offset, size),
-                   "A rules file is one YAML document, which ends before this.");
-    } catch (const TooManyAliased& alias) {
-        errors.add(std::min(alias.offset, size),
-                   "The aliases of the file stand for more than 100000 pieces of it.");
+    } catch (const UnwantedYaml& unwanted) {
+        errors.add(std::min(unwanted.offset, size), unwanted.sentence);
     } catch (const YAML::Exception& exception) {
         // The library has no other words for a document that is too deep.
         const bool isDeep = exception.msg == YAML::ErrorMsg::BAD_FILE;

@@ -21,11 +21,12 @@ struct YamlNode {
     std::size_t offset = 0;
     std::string text;
     bool hasTag = false;  ///< of the file's own, such as "!!binary"
+    /// About the bytes that it would have if every alias were written out.
+    std::size_t size = 8;
+    bool isOpen = false;  ///< while it is read
     /// The elements of a list; the keys and values of a mapping, in turn. What an alias stands for
-    /// is the same node again, be it one that it is part of.
+    /// is the same node again.
     std::vector<const YamlNode*> children;
-    /// Of the nodes in it, itself among them; those of an alias count each time.
-    std::size_t count = 1;
 
     bool isText() const { return kind == Kind::text; }
     bool isList() const { return kind == Kind::list; }
@@ -36,7 +37,7 @@ struct YamlNode {
 class YamlTree {
 public:
     /// Parses the file of the errors. Adds an error where it is not UTF-8, is no YAML, or more than
-    /// one document; the tree is empty then.
+    /// one document, or where its aliases stand for very much; the tree is empty then.
     explicit YamlTree(FileErrors& errors);
 
     /// Null where there is none.
