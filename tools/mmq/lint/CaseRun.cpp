@@ -1,34 +1,14 @@
 #include "lint/CaseRun.h"
 
 #include <algorithm>
-#include <memory>
 #include <utility>
 
-#include "ModelLoading.h"
 #include "lint/Escaping.h"
 #include "lint/Judge.h"
-#include "repository/ModelReader.h"
 
 namespace mmq {
 
 namespace {
-
-std::unique_ptr<RepositoryModel> readCaseModel(const LocatedText& model, const Options& options) {
-    const std::string& name = model.origin.file->name();
-    try {
-        return readModelText(model.text, name, readOptions(options));
-    } catch (const ModelError& error) {
-        if (error.getFile() != name) {
-            throw;
-        }
-        // The place in the small document is a place in the rules file.
-        const std::size_t offset = SourceFile(name, model.text).offset(error.getPlace());
-        const std::string what = error.what();
-        const std::size_t sentence = what.find(": ") + 2;
-        throw ModelError(name, model.origin.file->place(model.origin.offsets[offset]),
-                         what.substr(sentence));
-    }
-}
 
 bool isAbout(const Finding& finding, const ExpectedFinding& expected) {
     return finding.rule->id == expected.rule.text &&
@@ -85,10 +65,28 @@ private:
 
 }  // namespace
 
-CaseResult runCase(const RuleCase& ruleCase, CompiledSets& sets, const Options& options) {
-    const std::unique_ptr<RepositoryModel> model = readCaseModel(ruleCase.model, options);
+std::unique_ptr<RepositoryModel> readModel(const RuleCase& ruleCase, const ReadOptions& options) {
+    const LocatedText& model = ruleCase.model;
+    const std::string& name = model.origin.file->name();
+    try {
+        return readModelText(model.text, name, options);
+    } catch (const ModelError& error) {
+        if (error.getFile() != name) {
+            throw;
+        }
+        // The place in the small document is a place in the rules file.
+        const std::size_t offset = SourceFile(name, model.text).offset(error.getPlace());
+        const std::string what = error.what();
+        const std::size_t sentence = what.find(": ") + 2;
+        throw ModelError(name, model.origin.file->place(model.origin.offsets[offset]),
+                         what.substr(sentence));
+    }
+}
+
+CaseResult runCase(const RuleCase& ruleCase, const RepositoryModel& model, CompiledSets& sets,
+                   const Options& options) {
     std::vector<Finding> findings;
-    Judge(sets, options).judge(*model, findings);
+    Judge(sets, options).judge(model, findings);
     findings.erase(std::remove_if(findings.begin(), findings.end(),
                                   [&ruleCase](const Finding& finding) {
                                       return !isTried(ruleCase, finding.rule->id);

@@ -1,6 +1,8 @@
 // The command lines of lint and test. What ends in .yaml or .yml are rules, what does not are
 // models: so a shell may expand a pattern behind --model.
+#include <filesystem>
 #include <string>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -34,6 +36,43 @@ void addOutput(const std::string& given, LintOptions& options) {
     }
     options.outputs.emplace_back(chosen(formatNames(), given.substr(0, equals)),
                                  given.substr(equals + 1));
+}
+
+// Whether two names are of one file that can be overwritten, be it there or not.
+bool isSameFile(const std::string& a, const std::string& b) {
+    namespace fs = std::filesystem;
+    std::error_code error;
+    if (fs::exists(a, error) && !fs::is_regular_file(a, error)) {
+        return false;
+    }
+    return fs::equivalent(a, b, error) ||
+           fs::path(a).lexically_normal() == fs::path(b).lexically_normal();
+}
+
+// What is wrong where a file would be written that is needed; empty where none is.
+std::string findOverwriting(const Options& options) {
+    const LintOptions& lint = options.lint;
+    std::vector<std::string> used = lint.models;
+    used.insert(used.end(), lint.rules.begin(), lint.rules.end());
+    used.push_back(options.metamodelFile);
+    std::vector<std::pair<std::string, std::string>> written;
+    if (lint.writesBaseline) {
+        written.emplace_back("--write-baseline", lint.baselineFile);
+    } else {
+        used.push_back(lint.baselineFile);
+    }
+    for (const auto& [format, path] : lint.outputs) {
+        written.emplace_back("--output", path);
+    }
+    for (const auto& [option, path] : written) {
+        for (const std::string& other : used) {
+            if (isSameFile(path, other)) {
+                return option + " would overwrite " + other + ".";
+            }
+        }
+        used.push_back(path);
+    }
+    return {};
 }
 
 void addRules(CLI::App& command, LintOptions& options, const char* help) {
@@ -86,6 +125,7 @@ void addTest(CLI::App& program, Options& options) {
     CLI::App& command = *program.add_subcommand("test", "Try rules on the cases of their files");
     addRules(command, options.lint, "Rules files; - is the standard input");
     addMetamodel(command, options);
+    addNames(command, options);
     addLimits(command, options);
     addMessages(command, options);
     command.callback([&options] { options.command = Command::test; });
@@ -109,9 +149,10 @@ std::string settleLint(Options& options) {
                    ? "Rules are missing: name a file that ends in .yaml."
                    : "A rules file is missing.";
     }
-    return lint.writesBaseline && lint.baselineFile.empty()
-               ? "--write-baseline needs --baseline FILE, the file to write."
-               : "";
+    if (lint.writesBaseline && lint.baselineFile.empty()) {
+        return "--write-baseline needs --baseline FILE, the file to write.";
+    }
+    return findOverwriting(options);
 }
 
 }  // namespace mmq

@@ -1,13 +1,16 @@
 // mmq test: tries rules on the cases of their files.
 #include <iostream>
+#include <memory>
 #include <set>
 #include <string>
 #include <vector>
 
 #include "Commands.h"
 #include "ExitStatus.h"
+#include "ModelLoading.h"
 #include "lint/CaseRun.h"
 #include "lint/Escaping.h"
+#include "lint/RuleNames.h"
 #include "lint/RuleReader.h"
 
 namespace mmq {
@@ -19,13 +22,12 @@ class TestRun {
 public:
     explicit TestRun(const Options& options) : options_(options) {}
 
-    void run(const RuleFile& file, CompiledSets& sets) {
-        for (const RuleCase& ruleCase : file.cases) {
-            const CaseResult result = runCase(ruleCase, sets, options_);
-            tell(file, ruleCase, result);
-            tried_.insert(result.tried.begin(), result.tried.end());
-            hasFailedEvaluation_ = hasFailedEvaluation_ || result.hasFailedEvaluation;
-        }
+    void run(const RuleFile& file, const RuleCase& ruleCase, const RepositoryModel& model,
+             CompiledSets& sets) {
+        const CaseResult result = runCase(ruleCase, model, sets, options_);
+        tell(file, ruleCase, result);
+        tried_.insert(result.tried.begin(), result.tried.end());
+        hasFailedEvaluation_ = hasFailedEvaluation_ || result.hasFailedEvaluation;
     }
 
     int finish(const std::vector<const Rule*>& rules) const {
@@ -68,6 +70,26 @@ private:
     bool hasFailedEvaluation_ = false;
 };
 
+using Models = std::vector<std::unique_ptr<RepositoryModel>>;
+
+// The models of all cases, in order.
+Models readModels(const std::vector<RuleFile>& files, const Options& options) {
+    const ReadOptions reading = readOptions(options);
+    Models models;
+    for (const RuleFile& file : files) {
+        for (const RuleCase& ruleCase : file.cases) {
+            models.push_back(readModel(ruleCase, reading));
+        }
+    }
+    return models;
+}
+
+// Cases show what kinds of models the rules are for; without any, nothing is known.
+bool areNamesRight(const CompiledSets& sets, const Models& models, const Options& options) {
+    return models.empty() || options.allowsUnknownNames ||
+           checkNames(sets.front(), models, options, AbsentClasses::allowed);
+}
+
 }  // namespace
 
 int runTest(const Options& options) {
@@ -77,9 +99,16 @@ int runTest(const Options& options) {
     if (sets.empty()) {
         return EXIT_EXPRESSION;
     }
+    const Models models = readModels(files, options);
+    if (!areNamesRight(sets, models, options)) {
+        return EXIT_EXPRESSION;
+    }
     TestRun run(options);
+    auto model = models.begin();
     for (const RuleFile& file : files) {
-        run.run(file, sets);
+        for (const RuleCase& ruleCase : file.cases) {
+            run.run(file, ruleCase, **model++, sets);
+        }
     }
     return run.finish(rules);
 }
