@@ -97,6 +97,10 @@ private:
     };
 
     void write(const EvaluationResults& results) {
+        if (isCut_) {
+            return;  // an object before these was told to be the last
+        }
+        isCut_ = results.isCut;
         const std::string_view text = results.text;
         std::size_t written = 0;
         for (const auto& [position, failure] : results.failures) {
@@ -117,6 +121,7 @@ private:
     std::vector<Worker> workers_;
     bool hasFailed_ = false;
     bool hasFalse_ = false;
+    bool isCut_ = false;
 };
 
 // The objects that the options choose; empty, after a sentence, where there are none to choose.

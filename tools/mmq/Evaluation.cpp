@@ -20,13 +20,13 @@ Evaluation::Evaluation(const RepositoryModel& model, const ExpressionText& text,
       drawing_(model) {}
 
 EvaluationResults Evaluation::run(const MMObjectRange& objects) {
-    for (const MMObject object : objects) {
+    const MMObject* object = objects.begin();
+    for (; object != objects.end() && !results_.isCut; ++object) {
         try {
             context_.setLimits(budget_.next());
-            evaluate(object);
+            evaluate(*object);
         } catch (const MMEvaluationError& error) {
-            results_.hasFailed = true;
-            showFailure(object, error);
+            fail(*object, error);
         }
     }
     results_.text = std::exchange(stream_, {}).str();
@@ -54,15 +54,20 @@ void Evaluation::draw(MMObject object) {
 }
 
 // Programs that read results find the sentence there.
-void Evaluation::showFailure(MMObject object, const MMEvaluationError& error) {
+void Evaluation::fail(MMObject object, const MMEvaluationError& error) {
+    results_.hasFailed = true;
+    results_.isCut = error.getKind() == MMEvaluationError::Kind::timeLimit;
+    const std::string sentence =
+        std::string(error.what()) +
+        (results_.isCut && !options_.onClass.empty() ? " What comes after was not evaluated." : "");
     if (options_.format != Format::json) {
         std::string buffer;
         const std::string uid(model_.uid(object, buffer));
         results_.failures.push_back(
             {static_cast<std::size_t>(stream_.tellp()),
-             {placeOf(error, *expression_.map, text_), uid + ": " + error.what()}});
+             {placeOf(error, *expression_.map, text_), uid + ": " + sentence}});
     }
-    writer_.writeError(object, error.what(), error.isLimit() ? std::string() : why(object));
+    writer_.writeError(object, sentence, error.isLimit() ? std::string() : why(object));
 }
 
 // The evidence in the form of the output; empty where it is not asked for.

@@ -27,6 +27,7 @@ struct EvaluationResults {
     std::vector<Failure> failures;
     bool hasFailed = false;
     bool hasFalse = false;
+    bool isCut = false;  ///< whether time was up before the last object
 };
 
 /// Evaluates one expression on objects of one model, one after the other.
@@ -39,8 +40,8 @@ public:
                const CompiledExpression& expression, const Options& options,
                const EvaluationBudget& budget);
 
-    /// What the objects yield. One that fails is reported, and the others are gone on with; in a
-    /// form that is drawn they are added to the drawing instead.
+    /// What the objects yield. One that fails is reported, and the others are gone on with, until
+    /// time is up; in a form that is drawn they are added to the drawing instead.
     EvaluationResults run(const MMObjectRange& objects);
 
     /// What paths reached in all runs, and whether there was a path of objects at all.
@@ -50,7 +51,7 @@ public:
 private:
     void evaluate(MMObject object);
     void draw(MMObject object);
-    void showFailure(MMObject object, const MMEvaluationError& error);
+    void fail(MMObject object, const MMEvaluationError& error);
     std::string why(MMObject object);
     void writeValue(MMObject object, const MMValue& value);
 
