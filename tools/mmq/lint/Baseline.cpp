@@ -4,9 +4,12 @@
 #include <rapidjson/reader.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <fstream>
 #include <map>
 #include <stdexcept>
+#include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "JsonWriter.h"
@@ -18,14 +21,15 @@ namespace mmq {
 namespace {
 
 BaselineEntry entryOf(const Finding& finding) {
-    return {finding.rule->id, finding.identity(), finding.message};
+    return {finding.rule->id, finding.identity(), finding.message, finding.kind};
 }
 
 // Whether a baseline is about findings of this kind.
 bool isKept(const Finding& finding) {
-    return finding.isFresh() && (finding.kind == Finding::Kind::element ||
-                                 finding.kind == Finding::Kind::nothingToJudge);
+    return finding.isFresh() && finding.kind != Finding::Kind::failure;
 }
+
+const char* unusedSuppression() { return nameOf(Finding::Kind::unusedSuppression); }
 
 /// How many there are of each.
 using Entries = std::map<BaselineEntry, std::size_t>;
@@ -52,6 +56,9 @@ public:
         if (--depth_ == 0) {
             return hasList_;
         }
+        if (entry_.element.empty() && entry_.kind == Finding::Kind::element) {
+            entry_.kind = Finding::Kind::nothingToJudge;
+        }
         ++entries_[entry_];
         return !entry_.rule.empty() && !entry_.message.empty();
     }
@@ -60,6 +67,10 @@ public:
         return true;
     }
     bool String(const char* text, rapidjson::SizeType length, bool /*copy*/) {
+        if (depth_ == 3 && key_ == "kind") {
+            entry_.kind = Finding::Kind::unusedSuppression;
+            return std::string_view(text, length) == unusedSuppression();
+        }
         std::string* const part = key_ == "rule"      ? &entry_.rule
                                   : key_ == "element" ? &entry_.element
                                   : key_ == "message" ? &entry_.message
@@ -81,8 +92,7 @@ private:
     Entries entries_;
 };
 
-Entries readEntries(const std::string& path) {
-    const SourceFile source(path, readTextFile(path, "The baseline"));
+Entries parseEntries(const SourceFile& source) {
     std::string text = source.text();  // parsed in place
     rapidjson::InsituStringStream stream(text.data());
     BaselineHandler handler;
@@ -92,12 +102,35 @@ Entries readEntries(const std::string& path) {
     if (result.IsError()) {
         const bool isForeign = result.Code() == rapidjson::kParseErrorTermination;
         const TextPlace place = source.place(std::min(result.Offset(), source.text().size()));
-        throw std::runtime_error(path + ":" + std::to_string(place.line) + ":" +
+        throw std::runtime_error(source.name() + ":" + std::to_string(place.line) + ":" +
                                  std::to_string(place.column) + ": This is no baseline: " +
                                  (isForeign ? "it is JSON of another form."
                                             : rapidjson::GetParseError_En(result.Code())));
     }
     return handler.takeEntries();
+}
+
+const Rule* findRule(const Report& report, const std::string& id) {
+    const auto found = std::find_if(report.rules.begin(), report.rules.end(),
+                                    [&id](const Rule* rule) { return rule->id == id; });
+    return found != report.rules.end() ? *found : nullptr;
+}
+
+// What a baseline that may be there has of rules that the report is not about. A file that is
+// empty is one to be written.
+std::vector<BaselineEntry> entriesOfOthers(const std::string& path, const Report& report) {
+    std::vector<BaselineEntry> others;
+    std::error_code error;
+    const bool isThere = std::filesystem::exists(path, error);
+    const SourceFile source(path, isThere ? readTextFile(path, "The baseline") : std::string());
+    if (!source.text().empty()) {
+        for (const auto& [entry, count] : parseEntries(source)) {
+            if (findRule(report, entry.rule) == nullptr) {
+                others.insert(others.end(), count, entry);
+            }
+        }
+    }
+    return others;
 }
 
 std::string lineOf(const BaselineEntry& entry) {
@@ -106,6 +139,9 @@ std::string lineOf(const BaselineEntry& entry) {
     json.add("rule", entry.rule);
     json.add("element", entry.element);
     json.add("message", entry.message);
+    if (entry.kind == Finding::Kind::unusedSuppression) {
+        json.add("kind", unusedSuppression());
+    }
     json.endObject();
     return "    " + json.text();
 }
@@ -113,7 +149,7 @@ std::string lineOf(const BaselineEntry& entry) {
 }  // namespace
 
 void applyBaseline(const std::string& path, Report& report) {
-    Entries entries = readEntries(path);
+    Entries entries = parseEntries(SourceFile(path, readTextFile(path, "The baseline")));
     report.hasBaseline = true;
     for (Finding& finding : report.findings) {
         const auto entry = isKept(finding) ? entries.find(entryOf(finding)) : entries.end();
@@ -123,15 +159,14 @@ void applyBaseline(const std::string& path, Report& report) {
         }
     }
     for (const auto& [entry, count] : entries) {
-        const bool isJudged =
-            std::any_of(report.rules.begin(), report.rules.end(),
-                        [&id = entry.rule](const Rule* rule) { return rule->id == id; });
-        report.fixed.insert(report.fixed.end(), isJudged ? count : 0, entry);
+        if (const Rule* const rule = findRule(report, entry.rule)) {
+            report.fixed.insert(report.fixed.end(), count, {entry, rule});
+        }
     }
 }
 
 void writeBaseline(const std::string& path, Report& report) {
-    std::vector<BaselineEntry> entries;
+    std::vector<BaselineEntry> entries = entriesOfOthers(path, report);
     for (Finding& finding : report.findings) {
         if (isKept(finding)) {
             entries.push_back(entryOf(finding));

@@ -186,7 +186,7 @@ Finding locate(const RepositoryModel& model, const Rule& rule, Discovery discove
     finding.kind = discovery.isFailure ? Finding::Kind::failure : Finding::Kind::element;
     finding.rule = &rule;
     finding.ruleNumber = discovery.rule;
-    finding.severity = discovery.isFailure ? Severity::error : rule.severity;
+    finding.severity = severityOf(finding.kind, rule);
     finding.file = model.sourceName();
     finding.place = discovery.place;
     finding.className = model.className(discovery.object);

@@ -5,6 +5,7 @@
 
 #include "Csv.h"
 #include "JsonWriter.h"
+#include "lint/Escaping.h"
 #include "lint/ReportFormats.h"
 
 namespace mmq {
@@ -42,16 +43,26 @@ std::string jsonOf(const Finding& finding) {
     return json.text() + "\n";
 }
 
-std::string jsonOf(const BaselineEntry& entry) {
+std::string jsonOf(const FixedFinding& fixed) {
     JsonWriter json(JsonWriter::Layout::oneLine);
     json.beginObject();
     json.add("state", "fixed");
-    json.add("rule", entry.rule);
-    json.add("element", entry.element);
-    json.add("message", entry.message);
+    json.add("kind", nameOf(fixed.kind));
+    json.add("severity", nameOf(fixed.severity()));
+    json.add("rule", fixed.rule);
+    if (!fixed.element.empty()) {
+        json.add("element", fixed.element);
+    }
+    json.add("message", fixed.message);
+    json.add("reason", fixed.source->reason);
+    if (!fixed.source->link.empty()) {
+        json.add("link", fixed.source->link);
+    }
     json.endObject();
     return json.text() + "\n";
 }
+
+std::string csvText(const std::string& text) { return csvField(onOneLine(text)); }
 
 // The data of a workflow command ends at the end of its line; a property, at a comma or colon too.
 std::string commandText(std::string_view text, bool isProperty) {
@@ -87,11 +98,12 @@ const char* commandOf(const Finding& finding) {
 }
 
 std::string annotationOf(const Finding& finding) {
-    std::string text = finding.message;
+    std::string text = onOneLine(finding.message);
     if (!finding.className.empty()) {
-        text += "\n" + finding.path + " (" + finding.className + ", uid " + finding.uid + ")";
+        text.append("\n").append(
+            onOneLine(finding.path + " (" + finding.className + ", uid " + finding.uid + ")"));
     }
-    text += "\n" + finding.rule->reason;
+    text.append("\n").append(onOneLine(finding.rule->reason));
     text += finding.rule->link.empty() ? "" : "\n" + finding.rule->link;
     text += finding.why.text.empty() ? "" : "\n" + finding.why.text;
     return text;
@@ -103,31 +115,40 @@ void writeJsonLines(const Report& report, std::ostream& stream) {
     for (const Finding& finding : report.findings) {
         stream << jsonOf(finding);
     }
-    for (const BaselineEntry& entry : report.fixed) {
-        stream << jsonOf(entry);
+    for (const FixedFinding& fixed : report.fixed) {
+        stream << jsonOf(fixed);
     }
 }
 
 void writeCsv(const Report& report, std::ostream& stream) {
-    stream << "state,severity,rule,file,line,column,class,path,uid,message,reason,link\n";
+    stream << "state,kind,severity,rule,file,line,column,class,name,path,uid,message,reason,link,"
+              "justification\n";
     for (const Finding& finding : report.findings) {
-        stream << nameOf(finding.state) << ',' << nameOf(finding.severity) << ','
-               << finding.rule->id << ',' << csvField(finding.file) << ',' << finding.place.line
-               << ',' << finding.place.column << ',' << csvField(finding.className) << ','
-               << csvField(finding.path) << ',' << csvField(finding.uid) << ','
-               << csvField(finding.message) << ',' << csvField(finding.rule->reason) << ','
-               << csvField(finding.rule->link) << '\n';
+        const Rule& rule = *finding.rule;
+        stream << nameOf(finding.state) << ',' << nameOf(finding.kind) << ','
+               << nameOf(finding.severity) << ',' << rule.id << ',' << csvText(finding.file) << ','
+               << finding.place.line << ',' << finding.place.column;
+        for (const std::string* text :
+             {&finding.className, &finding.name, &finding.path, &finding.uid, &finding.message,
+              &rule.reason, &rule.link, &finding.justification}) {
+            stream << ',' << csvText(*text);
+        }
+        stream << '\n';
     }
-    for (const BaselineEntry& entry : report.fixed) {
-        stream << "fixed,," << csvField(entry.rule) << ",,,,," << csvField(entry.element) << ",,"
-               << csvField(entry.message) << ",,\n";
+    // The element of a baseline is a path or a uid.
+    for (const FixedFinding& fixed : report.fixed) {
+        stream << "fixed," << nameOf(fixed.kind) << ',' << nameOf(fixed.severity()) << ','
+               << csvText(fixed.rule) << ",,,,,," << csvText(fixed.element) << ",,"
+               << csvText(fixed.message) << ',' << csvText(fixed.source->reason) << ','
+               << csvText(fixed.source->link) << ",\n";
     }
 }
 
 void writeGithub(const Report& report, std::ostream& stream) {
     for (const Finding& finding : report.findings) {
         if (finding.isFresh()) {
-            stream << "::" << commandOf(finding) << " file=" << commandText(finding.file, true)
+            stream << "::" << commandOf(finding)
+                   << " file=" << commandText(onOneLine(finding.file), true)
                    << ",line=" << finding.place.line << ",col=" << finding.place.column
                    << ",title=" << commandText(finding.rule->id, true)
                    << "::" << commandText(annotationOf(finding), false) << '\n';

@@ -16,8 +16,7 @@ Finding aboutRule(Finding::Kind kind, const Report& report, std::size_t number,
     finding.kind = kind;
     finding.rule = report.rules[number];
     finding.ruleNumber = number;
-    finding.severity =
-        kind == Finding::Kind::nothingToJudge ? finding.rule->severity : Severity::warning;
+    finding.severity = severityOf(kind, *finding.rule);
     finding.file = finding.rule->file->name();
     finding.place = place;
     finding.message = std::move(message);

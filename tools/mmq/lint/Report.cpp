@@ -15,6 +15,12 @@ void appendPart(std::string& text, const std::string& separator, std::size_t cou
 
 }  // namespace
 
+Severity severityOf(Finding::Kind kind, const Rule& rule) {
+    return kind == Finding::Kind::failure             ? Severity::error
+           : kind == Finding::Kind::unusedSuppression ? Severity::warning
+                                                      : rule.severity;
+}
+
 ReportCounts::ReportCounts(const Report& report) {
     for (const Finding& finding : report.findings) {
         if (finding.kind == Finding::Kind::failure) {

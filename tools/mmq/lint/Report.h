@@ -53,21 +53,32 @@ struct Finding {
     const std::string& identity() const { return hasId ? uid : path; }
 };
 
+/// How severe a finding of a rule is: what evaluations fail of is an error, what can go a warning.
+Severity severityOf(Finding::Kind kind, const Rule& rule);
+
 /// A finding of a baseline.
 struct BaselineEntry {
     std::string rule;
     std::string element;
     std::string message;
+    Finding::Kind kind = Finding::Kind::element;
 
     auto operator<=>(const BaselineEntry& other) const = default;
+};
+
+/// A finding of the baseline that is found no more, and the rule that found it.
+struct FixedFinding : BaselineEntry {
+    const Rule* source = nullptr;
+
+    Severity severity() const { return severityOf(kind, *source); }
 };
 
 /// Everything that one run has to tell. Borrows the rules.
 struct Report {
     std::vector<std::string> models;
     std::vector<const Rule*> rules;
-    std::vector<Finding> findings;     ///< by rules file, then by model in document order
-    std::vector<BaselineEntry> fixed;  ///< of the baseline, what is found no more
+    std::vector<Finding> findings;    ///< by rules file, then by model in document order
+    std::vector<FixedFinding> fixed;  ///< of the baseline, what is found no more
     bool hasBaseline = false;
     std::optional<Severity> failOn;  ///< the least severity that fails; nothing for none
     std::size_t objectCount = 0;     ///< objects that rules looked at
@@ -94,7 +105,7 @@ struct ReportCounts {
 /// "3 findings (1 error, 2 warnings), 1 suppressed, 2 fixed".
 std::string summaryOf(const Report& report);
 
-/// The texts of the enumerations in reports that programs read.
+/// The texts of the enumerations in reports and baselines, which programs read.
 const char* nameOf(Finding::Kind kind);
 const char* nameOf(Finding::State state);
 
