@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <cwchar>
 #include <exception>
 #include <filesystem>
 #include <iostream>
@@ -111,7 +112,8 @@ public:
         el_set(edit_, EL_HIST, &history, history_);
         el_set(edit_, EL_EDITOR, "emacs");
         el_set(edit_, EL_SIGNAL, 1);  // puts the terminal right before it stops and after it
-        el_set(edit_, EL_ADDFN, "mmq-complete", "Complete a name", &EditingReader::complete);
+        // el_set would copy these names and lose the copies.
+        el_wset(edit_, EL_ADDFN, L"mmq-complete", L"Complete a name", &EditingReader::complete);
         el_set(edit_, EL_BIND, "^I", "mmq-complete", nullptr);
         el_set(edit_, EL_BIND, "^R", "em-inc-search-prev", nullptr);
         el_source(edit_, nullptr);
@@ -157,7 +159,7 @@ private:
 
     static char* prompt(EditLine* edit) { return readerOf(edit).prompt_.data(); }
 
-    static unsigned char complete(EditLine* edit, int /*key*/) {
+    static unsigned char complete(EditLine* edit, wint_t /*key*/) {
         try {
             return readerOf(edit).completeHere();
         } catch (const std::exception&) {
