@@ -230,6 +230,8 @@ void Session::apply(const ExpressionText& text, const CompiledExpression& expres
             context.setLimits(limits);
             applyTo(object, expression, context, writer);
             if (explains) {
+                limits.time = budget.rest().time;
+                context.setLimits(limits);
                 const Evidence evidence = explain(expression, context, object);
                 std::cout << evidenceText(evidence, text, model, "    ");
             }
