@@ -29,7 +29,9 @@ bool wantsColor(When when, int stream) {
         return when == When::always;
     }
     const char* const refusal = std::getenv("NO_COLOR");
-    return (refusal == nullptr || *refusal == '\0') && isatty(stream) != 0;
+    const char* const terminal = std::getenv("TERM");
+    const bool isDumb = terminal != nullptr && std::string_view(terminal) == "dumb";
+    return (refusal == nullptr || *refusal == '\0') && !isDumb && isatty(stream) != 0;
 }
 
 std::string inQuotes(std::string_view text) {

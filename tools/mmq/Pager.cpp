@@ -32,7 +32,8 @@ std::string pagerCommand() {
     dup2(input, STDIN_FILENO);
     close(input);
     setenv("LESS", "FRX", 0);
-    const std::string command = pagerCommand();
+    // A pager that is not there has read nothing.
+    const std::string command = pagerCommand() + "\n[ $? -ne 127 ] || exec cat";
     execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char*>(nullptr));
     _exit(127);
 }

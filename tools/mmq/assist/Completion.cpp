@@ -154,10 +154,13 @@ void Completer::addNamesInText(SymbolKind kind) {
     }
 }
 
-// The words that the grammar takes behind what stands before; all where that is wrong itself.
+// The words that the grammar takes behind what stands before; all where that is wrong itself. A name
+// that is only declared there, of a variable or a label, is the writer's own.
 void Completer::addWords() {
-    const Continuation continuation(text_.substr(0, context_.offset()));
+    const std::string before = text_.substr(0, context_.offset());
+    const Continuation continuation(before);
     const bool takesName = continuation.accepts("x");
+    const bool takesValue = takesName && Continuation(before + "x").accepts("(");
     for (const bool isAnyTaken : {false, true}) {
         for (const KeywordTable::Entry& keyword : KeywordTable::instance()->entries()) {
             const std::string word(keyword.word);
@@ -165,11 +168,11 @@ void Completer::addWords() {
                 completion_.items.push_back({word, CompletionKind::keyword});
             }
         }
-        if (takesName || isAnyTaken) {
+        if (takesValue || isAnyTaken) {
             addFunctions();
             addNamesInScope(SymbolKind::variable);
         }
-        if (!completion_.items.empty()) {
+        if (takesName || !completion_.items.empty()) {
             break;
         }
     }
