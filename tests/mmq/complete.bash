@@ -12,3 +12,5 @@ complete_line mmq eval --format ''
 complete_line mmq dump t
 complete_line mmq eval --model examples/family.json --on P
 complete_line mmq eval --model no-such-file --on P
+complete_line mmq eval --color = a
+complete_line mmq eval --model = '"examples/family.json"' --on = P

@@ -127,21 +127,26 @@ std::string bashCompletion(const ProgramDescription& description) {
            "_mmq_classes() {\n"
            "    local i model=\n"
            "    for ((i = 1; i + 1 < ${#COMP_WORDS[@]}; ++i)); do\n"
-           "        [[ ${COMP_WORDS[i]} == --model ]] && model=${COMP_WORDS[i + 1]}\n"
+           "        [[ ${COMP_WORDS[i]} == --model ]] || continue\n"
+           "        [[ ${COMP_WORDS[i + 1]} != = ]] || ((++i))\n"
+           "        model=$(xargs printf %s <<<\"${COMP_WORDS[i + 1]}\" 2>/dev/null)\n"
            "    done\n"
            "    mmq info --model \"${model/#\\~/$HOME}\" --format csv 2>/dev/null | sed '1d; "
            "s/,.*//'\n"
            "}\n"
            "_mmq() {\n"
-           "    local word=${COMP_WORDS[COMP_CWORD]} words=\n"
+           "    local word=${COMP_WORDS[COMP_CWORD]} option=${COMP_WORDS[COMP_CWORD - 1]} words=\n"
            "    COMPREPLY=()\n"
+           "    # The shell takes --option=value for three words.\n"
+           "    [[ $option != = ]] || option=${COMP_WORDS[COMP_CWORD - 2]}\n"
+           "    [[ $word != = ]] || word=\n"
            "    case ${COMP_WORDS[1]} in\n" +
            options +
            "    esac\n"
            "    ((COMP_CWORD > 1)) || words=" +
            shellWord(commands) +
            "\n"
-           "    case ${COMP_WORDS[1]}:${COMP_WORDS[COMP_CWORD - 1]} in\n" +
+           "    case ${COMP_WORDS[1]}:$option in\n" +
            cases +
            "    esac\n"
            "    mapfile -t COMPREPLY < <(compgen -W \"$words\" -- \"$word\")\n"
