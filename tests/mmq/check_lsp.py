@@ -62,6 +62,8 @@ TOLD = [
     ("completion", "a.mmq", "$na¦", None, "direction"),
     ("completion", "a.mmq", "let ab = 1 in ¦", "let ab = 1 in ab", "ab"),
     ("completion", "a.mmq", "let ¦", None, "size"),
+    ("completion", "a.mmq", "map ¦", None, "else"),
+    ("completion", "a.mmq", "true ) ¦", "true ) else", "else"),
     ("completion", "a.mmq", "[type] -> ¦", None, "size"),
     ("completion", "a.mmq", "th¦", "there_exists", "there_exists"),
     ("completion", "a.yaml", rule("require", "$direction = $¦", "Parameter"),

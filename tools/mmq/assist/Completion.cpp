@@ -154,27 +154,22 @@ void Completer::addNamesInText(SymbolKind kind) {
     }
 }
 
-// The words that the grammar takes behind what stands before; all where that is wrong itself. A name
-// that is only declared there, of a variable or a label, is the writer's own.
+// The words that the grammar takes behind what stands before; all where that is wrong itself. A
+// name that is only declared there, of a variable or a label, is the writer's own.
 void Completer::addWords() {
     const std::string before = text_.substr(0, context_.offset());
     const Continuation continuation(before);
-    const bool takesName = continuation.accepts("x");
-    const bool takesValue = takesName && Continuation(before + "x").accepts("(");
-    for (const bool isAnyTaken : {false, true}) {
-        for (const KeywordTable::Entry& keyword : KeywordTable::instance()->entries()) {
-            const std::string word(keyword.word);
-            if (isAnyTaken || continuation.accepts(word)) {
-                completion_.items.push_back({word, CompletionKind::keyword});
-            }
+    const bool isAnyTaken = !continuation.isPossible();
+    for (const KeywordTable::Entry& keyword : KeywordTable::instance()->entries()) {
+        const std::string word(keyword.word);
+        if (isAnyTaken || continuation.accepts(word)) {
+            completion_.items.push_back({word, CompletionKind::keyword});
         }
-        if (takesValue || isAnyTaken) {
-            addFunctions();
-            addNamesInScope(SymbolKind::variable);
-        }
-        if (takesName || !completion_.items.empty()) {
-            break;
-        }
+    }
+    const bool takesValue = continuation.accepts("x") && Continuation(before + "x").accepts("(");
+    if (takesValue || isAnyTaken) {
+        addFunctions();
+        addNamesInScope(SymbolKind::variable);
     }
 }
 

@@ -86,6 +86,8 @@ Continuation::Continuation(const std::string& before) : before_(before) {
     place_ = tokens.endPlace();
 }
 
+bool Continuation::isPossible() const { return stopOf(before_) >= place_; }
+
 bool Continuation::accepts(const std::string& word) const {
     return stopOf(before_ + word) > place_;
 }

@@ -20,6 +20,8 @@ class Continuation {
 public:
     explicit Continuation(const std::string& before);
 
+    /// Whether the text is right as far as it goes.
+    bool isPossible() const;
     /// Whether the text can go on with the word. No word is accepted where the text itself is
     /// wrong.
     bool accepts(const std::string& word) const;
