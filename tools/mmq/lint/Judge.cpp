@@ -58,6 +58,9 @@ public:
         return rulesOfClass_;
     }
 
+    /// How many objects were looked at before time was up.
+    std::size_t objectCount() const { return objectCount_; }
+
     /// The discoveries in order.
     std::vector<Discovery> run() {
         std::vector<std::vector<Discovery>> found(blocks_.size());
@@ -67,11 +70,14 @@ public:
         }
         runBlocks(sets_.size(), blocks_.size(), [&](std::size_t worker, std::size_t block) {
             completeSet(sets_, worker);
+            std::size_t objectCount = 0;
             for (const MMObject object : blocks_[block].objects) {
                 for (const std::size_t rule : *blocks_[block].rules) {
                     judge(*contexts[worker], sets_[worker][rule], rule, object, found[block]);
                 }
+                objectCount += isOutOfTime_ ? 0 : 1;
             }
+            objectCount_ += objectCount;
         });
         std::vector<Discovery> all;
         for (std::vector<Discovery>& part : found) {
@@ -170,6 +176,7 @@ private:
     std::map<std::string_view, std::vector<std::size_t>> rulesOfClass_;
     std::vector<Block> blocks_;
     std::atomic<bool> isOutOfTime_{false};
+    std::atomic<std::size_t> objectCount_{0};
 };
 
 std::string stepOf(const RepositoryModel& model, MMObject object) {
@@ -222,7 +229,6 @@ Judge::Judge(CompiledSets& sets, const Options& options)
 void Judge::judge(const RepositoryModel& model, std::vector<Finding>& findings) {
     ModelJudge judge(model, sets_, budget_, explains_);
     for (const auto& [name, rules] : judge.rulesOfClass()) {
-        objectCount_ += model.instances(name).size();
         for (const std::size_t rule : rules) {
             hasJudged_[rule] = true;
         }
@@ -231,6 +237,7 @@ void Judge::judge(const RepositoryModel& model, std::vector<Finding>& findings) 
         const Rule& rule = *sets_[0][discovery.rule].rule;
         findings.push_back(locate(model, rule, std::move(discovery)));
     }
+    objectCount_ += judge.objectCount();
 }
 
 }  // namespace mmq

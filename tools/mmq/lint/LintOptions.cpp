@@ -67,7 +67,8 @@ std::string findOverwriting(const Options& options) {
     for (const auto& [option, path] : written) {
         for (const std::string& other : used) {
             if (isSameFile(path, other)) {
-                return option + " would overwrite " + other + ".";
+                std::string sentence = option;
+                return sentence.append(" would overwrite ").append(other).append(".");
             }
         }
         used.push_back(path);
