@@ -109,7 +109,9 @@ void MMAssociationTraversal::printCall(MMTargetPrinter& printer) const {
 
 MMAssociationExpr::MMAssociationExpr(const OrvCyclicPtr<MMAssociationTraversal>& traversal,
                                      const OrvCyclicPtr<MMObjectExpr>& object)
-    : traversal_(*this, traversal), object_(*this, object) {}
+    : traversal_(*this, traversal), object_(*this, object) {
+    addBodyKinds(MM_KIND_ASSOCIATION);
+}
 
 MMAssociationExpr::~MMAssociationExpr() = default;
 
@@ -135,17 +137,6 @@ bool MMAssociationExpr::findRange(MMEvaluationContext& context, MMObjectRange& r
         }
     }
     return true;
-}
-
-std::size_t MMAssociationExpr::count(MMEvaluationContext& context) const {
-    MMObjectRange range;
-    const bool isKnown = object_.variable() != nullptr && traversal_->isPlain() &&
-                         traversal_->knowsTargets(context, object_.variable()->object(), range);
-    if (!isKnown || !range.isDistinct) {
-        return MMObjectCollectionExpr::count(context);
-    }
-    context.step();
-    return range.size();
 }
 
 bool MMAssociationExpr::forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const {

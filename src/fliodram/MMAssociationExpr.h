@@ -99,10 +99,24 @@ public:
     const MMAssociationTraversal& getTraversal() const { return *traversal_; }
     const MMObjectExpr& getObject() const { return *object_.get(); }
 
+    /// A collection that is one of these; else null.
+    static const MMAssociationExpr* from(const MMObjectCollectionExpr* collection) {
+        const bool isOne =
+            collection != nullptr && (collection->getBodyKinds() & MM_KIND_ASSOCIATION) != 0;
+        return isOne ? static_cast<const MMAssociationExpr*>(collection) : nullptr;
+    }
+
+    /// Sets `range` to the whole collection, where that is known without asking the model and
+    /// without evaluating anything; else returns false.
+    bool knowsRange(const MMEvaluationContext& context, MMObjectRange& range) const {
+        return object_.variable() != nullptr && traversal_->isPlain() &&
+               traversal_->knowsTargets(context, object_.variable()->object(), range) &&
+               range.isDistinct;
+    }
+
     bool forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const override;
     bool findRange(MMEvaluationContext& context, MMObjectRange& range,
                    std::vector<MMObject>& buffer) const override;
-    std::size_t count(MMEvaluationContext& context) const override;
     void print(MMTargetPrinter& printer) const override;
 
 private:

@@ -1,27 +1,5 @@
 #include "fliodram/MMExpr.h"
 
-namespace {
-
-/// Counts without looking at the objects.
-class Counter final : public MMObjectConsumer {
-public:
-    explicit Counter(MMEvaluationContext& context) : context_(context) {}
-
-    bool take(const MMObjectRange& objects) override {
-        context_.step();
-        count_ += objects.size();
-        return true;
-    }
-
-    std::size_t count() const { return count_; }
-
-private:
-    MMEvaluationContext& context_;
-    std::size_t count_ = 0;
-};
-
-}  // namespace
-
 MMTarget::~MMTarget() = default;
 MMExpr::~MMExpr() = default;
 MMValueExpr::~MMValueExpr() = default;
@@ -57,10 +35,4 @@ void MMValueExpr::appendText(MMEvaluationContext& context, std::string& text) co
 bool MMObjectCollectionExpr::findRange(MMEvaluationContext& /*context*/, MMObjectRange& /*range*/,
                                        std::vector<MMObject>& /*buffer*/) const {
     return false;
-}
-
-std::size_t MMObjectCollectionExpr::count(MMEvaluationContext& context) const {
-    Counter counter(context);
-    forEachObject(context, *this, counter);
-    return counter.count();
 }

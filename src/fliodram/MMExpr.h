@@ -27,7 +27,8 @@ enum MMTargetKind : std::uint8_t {
     MM_KIND_STRING_COLLECTION = 8,
     MM_KIND_OBJECT_VARIABLE = 16,
     MM_KIND_TRAVERSAL = 32,
-    MM_KIND_CONSTANT = 64
+    MM_KIND_CONSTANT = 64,
+    MM_KIND_ASSOCIATION = 128
 };
 
 /// The base of everything that a compilation builds: a body of its graph.
@@ -148,9 +149,6 @@ public:
     /// Returns false, and does nothing, where it does not. Throws MMEvaluationError.
     virtual bool findRange(MMEvaluationContext& context, MMObjectRange& range,
                            std::vector<MMObject>& buffer) const;
-
-    /// The number of objects. Throws MMEvaluationError.
-    virtual std::size_t count(MMEvaluationContext& context) const;
 };
 
 /// Hands the objects of a collection to a consumer whose class is known, as forEach() does; where

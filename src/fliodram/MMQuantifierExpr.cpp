@@ -1,5 +1,6 @@
 #include "fliodram/MMQuantifierExpr.h"
 
+#include "fliodram/MMAssociationExpr.h"
 #include "fliodram/MMTargetPrinter.h"
 
 namespace {
@@ -36,6 +37,7 @@ MMQuantifierExpr::MMQuantifierExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& c
                                    const OrvCyclicPtr<MMObjectVarExpr>& variable, bool decisive)
     : MMValueExpr(MMValue::Kind::boolean),
       collection_(*this, collection),
+      association_(MMAssociationExpr::from(collection.get())),
       predicate_(*this, predicate),
       variable_(*this, variable),
       decisive_(decisive) {}
@@ -45,7 +47,10 @@ MMQuantifierExpr::~MMQuantifierExpr() = default;
 bool MMQuantifierExpr::evaluateBoolean(MMEvaluationContext& context) const {
     context.checkDepth();
     PredicateTest test(context, *variable_, *predicate_, decisive_);
-    const bool isUndecided = forEachObject(context, *collection_, test);
+    MMObjectRange range;
+    const bool isKnown = association_ != nullptr && association_->knowsRange(context, range);
+    const bool isUndecided =
+        isKnown ? test.take(range) : forEachObject(context, *collection_, test);
     return isUndecided ? !decisive_ : decisive_;
 }
 

@@ -4,6 +4,8 @@
 #include "fliodram/MMExpr.h"
 #include "fliodram/MMObjectVarExpr.h"
 
+class MMAssociationExpr;
+
 /// The base of the quantifiers: a predicate is evaluated with the variable bound to one object
 /// after the other, as many as decide the answer.
 class __attribute__((visibility("default"))) MMQuantifierExpr : public MMValueExpr {
@@ -22,6 +24,7 @@ protected:
 
 private:
     OrvCyclicMember<MMObjectCollectionExpr> collection_;
+    const MMAssociationExpr* association_;  // the collection, if it is one
     OrvCyclicMember<MMValueExpr> predicate_;
     OrvCyclicMember<MMObjectVarExpr> variable_;
     bool decisive_;

@@ -3,10 +3,29 @@
 #include <limits>
 #include <string>
 
+#include "fliodram/MMAssociationExpr.h"
 #include "fliodram/MMEvaluationError.h"
 #include "fliodram/MMTargetPrinter.h"
 
 namespace {
+
+/// Counts without looking at the objects.
+class Counter final : public MMObjectConsumer {
+public:
+    explicit Counter(MMEvaluationContext& context) : context_(context) {}
+
+    bool take(const MMObjectRange& objects) override {
+        context_.step();
+        count_ += objects.size();
+        return true;
+    }
+
+    std::size_t count() const { return count_; }
+
+private:
+    MMEvaluationContext& context_;
+    std::size_t count_ = 0;
+};
 
 /// Appends the texts that it takes to another, joined.
 class Joiner final : public MMTextConsumer {
@@ -55,19 +74,27 @@ std::string_view trimmed(std::string_view text) {
 }  // namespace
 
 MMCountExpr::MMCountExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection)
-    : MMValueExpr(MMValue::Kind::integer), collection_(*this, collection) {}
+    : MMValueExpr(MMValue::Kind::integer),
+      collection_(*this, collection),
+      association_(MMAssociationExpr::from(collection.get())) {}
 
 MMValue MMCountExpr::evaluate(MMEvaluationContext& context) const {
     return MMValue(evaluateInteger(context));
 }
 
 int MMCountExpr::evaluateInteger(MMEvaluationContext& context) const {
-    context.checkDepth();
-    const std::size_t count = collection_->count(context);
-    if (count > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
+    Counter counter(context);
+    MMObjectRange range;
+    if (association_ != nullptr && association_->knowsRange(context, range)) {
+        counter.take(range);
+    } else {
+        context.checkDepth();
+        forEachObject(context, *collection_, counter);
+    }
+    if (counter.count() > static_cast<std::size_t>(std::numeric_limits<int>::max())) {
         throwEvaluationFailure("The size of a collection is out of the range of integers.");
     }
-    return static_cast<int>(count);
+    return static_cast<int>(counter.count());
 }
 
 void MMCountExpr::print(MMTargetPrinter& printer) const {

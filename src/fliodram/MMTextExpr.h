@@ -4,6 +4,8 @@
 #include "fliodram/MMAbsExpr.h"
 #include "fliodram/MMExpr.h"
 
+class MMAssociationExpr;
+
 /// The number of objects of a collection.
 class __attribute__((visibility("default"))) MMCountExpr : public MMValueExpr {
 public:
@@ -15,6 +17,7 @@ public:
 
 private:
     OrvCyclicMember<MMObjectCollectionExpr> collection_;
+    const MMAssociationExpr* association_;  // the collection, if it is one
 };
 
 /// The strings of a collection joined, with the delimiter between each two.
