@@ -1,5 +1,6 @@
 // ask MODEL EXPRESSION: prints the value of an expression on the root of a model. The shortest
 // program that embeds the library.
+#include <chrono>
 #include <iostream>
 
 #include "api/ExprParser.h"
@@ -29,7 +30,10 @@ int main(int count, char** arguments) try {
     if (!question) {
         return 3;
     }
-    MMEvaluationContext context(*model);
+    MMEvaluationLimits limits;
+    limits.steps = 10'000'000;
+    limits.time = std::chrono::milliseconds(200);
+    MMEvaluationContext context(*model, limits);
     std::cout << question->apply(context, model->root(0)).asString().view() << "\n";
 } catch (const std::exception& exception) {
     std::cerr << exception.what() << "\n";
