@@ -51,7 +51,9 @@ there are findings, or a case does not hold.
 The command line is wrong.
 .TP
 .B 3
-The expression does not compile.
+The expression does not compile, or names what no object can have; of
+.BR lint ,
+a rule is wrong.
 .TP
 .B 4
 The model cannot be read.
@@ -61,12 +63,12 @@ An evaluation failed or reached a limit.
 .SH ENVIRONMENT
 .TP
 .B NO_COLOR
-Where it is set to anything, messages have no colours unless
+Where it is set and not empty, messages have no colours unless
 .B \-\-color
 asks for them.
 .TP
 .BR MMQ_PAGER ", " PAGER
-What shows output that is longer than the terminal; the first that is set counts.
+What shows answers and findings that are longer than the terminal; the first that is set counts.
 .B less
 where neither is, nothing where it is empty or
 .BR cat .
@@ -77,6 +79,14 @@ The options of
 .BR less ;
 .B FRX
 where it is not set.
+.SH FILES
+.TP
+.I $XDG_STATE_HOME/mmq/history
+What was entered into
+.BR "mmq repl" ;
+below
+.I ~/.local/state
+where the variable is not set.
 .SH EXAMPLES
 .TP
 The names of all classes:

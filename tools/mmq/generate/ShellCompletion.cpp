@@ -79,10 +79,14 @@ std::string zshOption(const OptionDescription& option) {
     std::string help = replaced(replaced(option.help, "[", "\\["), "]", "\\]");
     help = std::string("[").append(help).append("]");
     help = shellWord(help + (option.value.empty() ? "" : zshAction(option)));
-    const bool isOne = option.names.size() == 1;
-    return isOne
-               ? option.names[0] + help
-               : "'(" + joined(option.names, " ") + ")'{" + joined(option.names, ",") + "}" + help;
+    // A long name takes its value behind an equals sign, too.
+    std::vector<std::string> names = option.names;
+    for (std::string& name : names) {
+        name += name.size() > 2 && !option.value.empty() ? "=" : "";
+    }
+    return names.size() == 1
+               ? names[0] + help
+               : "'(" + joined(option.names, " ") + ")'{" + joined(names, ",") + "}" + help;
 }
 
 // What completes the value of an option.
@@ -175,9 +179,10 @@ std::string zshCompletion(const ProgramDescription& description) {
            "# Completion of mmq for zsh, as `mmq generate zsh` writes it.\n"
            "_mmq_classes() {\n"
            "    local -a classes\n"
-           "    classes=(${(f)\"$(mmq info --model ${(Q)~words[${words[(i)--model]} + 1]} --format "
-           "csv "
-           "2>/dev/null | sed '1d; s/,.*//')\"})\n"
+           "    local model=${${words[(r)--model=*]}#--model=}\n"
+           "    [[ -n $model ]] || model=${words[${words[(i)--model]} + 1]}\n"
+           "    classes=(${(f)\"$(mmq info --model ${(Q)~model} --format csv 2>/dev/null |\n"
+           "        sed '1d; s/,.*//')\"})\n"
            "    compadd -a classes\n"
            "}\n"
            "_mmq() {\n"
