@@ -180,15 +180,15 @@ std::string answerDefinition(const DocumentView& view, const Position& position)
     return json.text();
 }
 
-std::string diagnosticsOf(const DocumentView& view, const std::string& version) {
+std::string diagnosticsOf(const DocumentView& view, const std::string& documentVersion) {
     constexpr std::uint64_t error = 1;
     constexpr std::uint64_t information = 3;
     const std::string name = view.uri.substr(view.uri.rfind('/') + 1);
     JsonWriter json(JsonWriter::Layout::oneLine);
     json.beginObject();
     json.add("uri", view.uri);
-    if (!version.empty()) {
-        json.addJson("version", version);
+    if (!documentVersion.empty()) {
+        json.addJson("version", documentVersion);
     }
     json.beginList("diagnostics");
     for (const Diagnostic& diagnostic :

@@ -29,7 +29,7 @@ std::string answerCompletion(const DocumentView& view, const Position& position,
 /// Where the variable or the label at a place is declared; "null" where there is none.
 std::string answerDefinition(const DocumentView& view, const Position& position);
 
-/// The parameters that tell what is wrong in a document. `version` is JSON, or empty.
-std::string diagnosticsOf(const DocumentView& view, const std::string& version);
+/// The parameters that tell what is wrong in a document. `documentVersion` is JSON, or empty.
+std::string diagnosticsOf(const DocumentView& view, const std::string& documentVersion);
 
 }  // namespace mmq
