@@ -32,6 +32,9 @@ WRONG = [
     ("a.yaml", rule("require", "true") + "    «links»: x", ['A rule has no key "links"']),
     ("a.yaml", rule("require", "«nix»").replace("$name", "$«nam»"),
      ["TypeChecker: Variable nix", 'A Class has no attribute "nam"']),
+    ("a.yaml", rule("require", "true") + "cases:\n  - name: n\n    rules: [a, «b»]\n"
+     "    model: |\n      <a b«»\n    findings: {}\n",
+     ['There is no rule "b".', "The document ends before its elements do."]),
     ("a.yml", "rules: [«»", ["This is not well-formed YAML"]),
     ("a.yaml", "\ufeff" + rule("require", "«nix»"), ["TypeChecker: Variable nix doesn't exist."]),
     ("other.yaml", "a: [", []),
@@ -43,7 +46,8 @@ WRONG = [
 TOLD = [
     ("hover", "a.mmq", '"𝒳" + $na¦me', '"𝒳" + «$name»', "$name : string"),
     ("hover", "a.mmq", "si¦ze [children]", "«size» [children]", "how many there are"),
-    ("hover", "a.mmq", "true ¦ or", None, None),
+    ("hover", "a.mmq", "true ¦ or)", None, None),
+    ("hover", "a.mmq", "let x = $name in ¦x + (", "let x = $name in «x» + (", "x : string"),
     ("hover", "a.yaml", rule("require", '>\n      "é" =\n      $na¦me'),
      rule("require", '>\n      "é" =\n      «$name»'), "Of Class."),
     ("hover", "a.yaml", rule("require", "true").replace("$n", "$¦n"),
@@ -53,6 +57,7 @@ TOLD = [
     ("definition", "a.mmq", 'let ab = "𝒳" in\n"𝒳" + a¦b', 'let «ab» = "𝒳" in\n"𝒳" + ab', ""),
     ("definition", "a.mmq", "up:[a] -> ^[b] -> @u¦p", "«up»:[a] -> ^[b] -> @up", ""),
     ("definition", "a.mmq", "$na¦me", None, None),
+    ("definition", "a.mmq", "let x = $name in x¦ + (", "let «x» = $name in x + (", ""),
     ("definition", "a.yaml", rule("require", "'for_all q in [a] => class q¦ = \"\"'"),
      rule("require", "'for_all «q» in [a] => class q = \"\"'"), ""),
     ("completion", "a.mmq", '"𝒳" + $na¦', '"𝒳" + $name', "name"),
@@ -268,6 +273,9 @@ def check_agreement(mmq):
     client.send(request(None, "textDocument/didClose", **place))
     assert client.read()["params"] == {"uri": "file:///a.mmq", "diagnostics": []}
     assert client.ask("textDocument/hover", **place) is None
+    client.leave()
+    client = Client(mmq, initializationOptions={"model": 5})
+    assert '"model" is no text' in client.seen[0]["params"]["message"]
     client.leave()
     client = Client(mmq, initializationOptions={"model": "examples/webshop.uml", "on": "Package"})
     assert "A Package has no" in client.open("a.mmq", "$isAbstract")[0]["message"]

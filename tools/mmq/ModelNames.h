@@ -21,6 +21,8 @@ public:
     const RepositoryModel* model() const { return model_.get(); }
     /// Null where nothing is named.
     const NameVocabulary* vocabulary() const { return vocabulary_.get(); }
+    /// Null where no metamodel is named.
+    const std::shared_ptr<const Metamodel>& metamodel() const { return metamodel_; }
 
 private:
     std::unique_ptr<RepositoryModel> model_;

@@ -1,8 +1,10 @@
 #include "assist/TextMeaning.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "assist/NodeSearch.h"
+#include "assist/PartialText.h"
 #include "ast/ExpressionNode.h"
 #include "namespace/Symbol.h"
 #include "parser/TokenNumber.h"
@@ -66,8 +68,15 @@ std::string classList(const ClassSet& classes, const NameVocabulary& vocabulary)
 
 }  // namespace
 
-TextMeaning::TextMeaning(std::string text)
-    : text_(std::move(text)), tokens_(text_), analysis_(analyzeSilently(text_)) {}
+TextMeaning::TextMeaning(const std::string& text)
+    : length_(text.size()),
+      text_(withEnding(text).value_or(text)),
+      tokens_(text_),
+      analysis_(analyzeSilently(text_)) {}
+
+TextRange TextMeaning::written(std::size_t offset, std::size_t endOffset) const {
+    return {offset, std::min(endOffset, length_)};
+}
 
 // "$" and the name behind it are one application.
 ASTNode* TextMeaning::partAt(const PlacedToken& token) const {
@@ -167,7 +176,7 @@ std::optional<TypedPart> TextMeaning::typeAt(std::size_t offset, const NameSourc
     result.range = isName ? TextRange{token->offset, token->endOffset}
                    : step != nullptr
                        ? TextRange{step->getNameSpan().offset, step->getNameSpan().endOffset}
-                       : TextRange{span.offset, span.endOffset};
+                       : written(span.offset, span.endOffset);
     result.text = snippet(result.range);
     result.type = printedType(type);
     result.classes = classesAt(*part, names);

@@ -25,11 +25,12 @@ struct TypedPart {
     std::string classes;  ///< a sentence about the objects that a name is applied to, or empty
 };
 
-/// A text that was analysed once, to be asked about its parts. Of a text that does not parse,
-/// nothing is known. Belongs to one thread.
+/// A text that was analysed once, to be asked about its parts. A text that ends before its
+/// expression does is analysed with an ending; of any other that does not parse, nothing is known.
+/// Belongs to one thread.
 class TextMeaning {
 public:
-    explicit TextMeaning(std::string text);
+    explicit TextMeaning(const std::string& text);
 
     /// The part whose token stands at a byte: a name, or the operation that the token belongs to.
     /// Nothing where there is no token, or where the part has no type.
@@ -44,9 +45,11 @@ private:
     const PlacedToken* nameToken(const ASTNode& node) const;
     OrvCountedPtr<VariableSymbol> variableAt(const PlacedToken& token, const ASTNode& part) const;
     TypePtr typeOfToken(const PlacedToken& token, ASTNode& part) const;
+    TextRange written(std::size_t offset, std::size_t endOffset) const;
     std::string snippet(const TextRange& range) const;
     std::string classesAt(const ASTNode& part, const NameSource& names) const;
 
+    std::size_t length_;  // without the ending
     std::string text_;
     TokenList tokens_;
     Analysis analysis_;

@@ -267,9 +267,8 @@ private:
 
 using RulesById = std::map<std::string, const Rule*>;
 
-// Whether every rule that the cases of a file speak of is there.
-bool checkCases(const RuleFile& file, const RulesById& rules, MessageSink& sink) {
-    FileErrors errors(file.source, sink);
+// Adds an error for each rule that the cases of a file speak of and that is not there.
+void checkCases(const RuleFile& file, const RulesById& rules, FileErrors& errors) {
     const auto check = [&](const LocatedText& id) {
         if (rules.count(id.text) == 0) {
             errors.add(id, "There is no rule " + inQuotes(id.text) + ".");
@@ -281,7 +280,6 @@ bool checkCases(const RuleFile& file, const RulesById& rules, MessageSink& sink)
             check(finding.rule);
         }
     }
-    return errors.isEmpty();
 }
 
 // Adds the rules of a file to those that are known, with an error for an id that is.
@@ -314,6 +312,9 @@ RuleFile readRuleFile(FileErrors& errors) {
     RuleFile file = RuleFileReader(errors).read();
     RulesById rules;
     addRules(file, rules, errors);
+    if (!rules.empty()) {
+        checkCases(file, rules, errors);
+    }
     return file;
 }
 
@@ -332,7 +333,11 @@ std::vector<RuleFile> readRuleFiles(const std::vector<std::string>& paths, const
     RulesById rules;
     isRight = isRight && checkIds(files, rules, limit);
     for (const RuleFile& file : files) {
-        isRight = isRight && checkCases(file, rules, limit);
+        FileErrors errors(file.source, limit);
+        if (isRight) {
+            checkCases(file, rules, errors);
+        }
+        isRight = isRight && errors.isEmpty();
     }
     if (isRight && rules.empty()) {
         FileErrors(files.front().source, limit).add(0, "There is no rule.");

@@ -15,8 +15,8 @@ namespace mmq {
 std::vector<RuleFile> readRuleFiles(const std::vector<std::string>& paths, const Options& options);
 
 /// Reads one file that is in memory, as far as it can be read: what is missing in a rule is empty.
-/// Adds an error for everything that is wrong with the form of the file, seen by itself: its cases
-/// may be about rules of other files.
+/// Adds an error for everything that is wrong with the form of the file, seen by itself: the cases
+/// of a file that has no rules may be about those of any other.
 RuleFile readRuleFile(FileErrors& errors);
 
 }  // namespace mmq

@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 
+#include "lint/CaseRun.h"
 #include "lint/CompiledRules.h"
 #include "lint/RuleNames.h"
 #include "lint/RuleReader.h"
@@ -35,6 +36,21 @@ void dropWrong(CompiledRule& rule) {
     for (CompiledExpression& piece : rule.message) {
         if (!piece) {
             piece = CompiledExpression();
+        }
+    }
+}
+
+// What cannot be read for another reason than its text is no error of the text.
+void checkModel(const RuleCase& ruleCase, const ServerModel& model, FileErrors& errors) {
+    if (ruleCase.model.origin.file == nullptr) {
+        return;
+    }
+    try {
+        readModel(ruleCase, model.reading());
+    } catch (const ModelError& error) {
+        const std::string what = error.what();
+        if (error.getFile() == errors.file()->name()) {
+            errors.add(errors.file()->offset(error.getPlace()), what.substr(what.find(": ") + 2));
         }
     }
 }
@@ -198,6 +214,10 @@ public:
             if (model.checksNames()) {
                 checkNames(compiled, *model.vocabulary(), list);
             }
+        }
+        FileErrors errors(file.source, list);
+        for (const RuleCase& ruleCase : file.cases) {
+            checkModel(ruleCase, model, errors);
         }
         return list.take();
     }

@@ -6,6 +6,7 @@
 #include "ModelNames.h"
 #include "Options.h"
 #include "assist/Completion.h"
+#include "repository/ReadOptions.h"
 
 namespace mmq {
 
@@ -19,6 +20,8 @@ public:
 
     /// Null where nothing is named.
     const NameVocabulary* vocabulary() const { return names_.vocabulary(); }
+    /// How other models are read.
+    ReadOptions reading() const { return {names_.metamodel()}; }
     /// Whether a name that no object can have is an error.
     bool checksNames() const { return vocabulary() != nullptr && !allowsUnknownNames_; }
     /// The names for a file of expressions, and for an expression about objects of some classes.

@@ -121,6 +121,13 @@ std::string Workspace::initialize(const JsonValue& parameters) {
 
 void Workspace::useModel(const JsonValue& parameters) {
     const JsonValue* const wishes = findMember(parameters, "initializationOptions");
+    for (const char* const name : {"model", "metamodel", "on"}) {
+        const JsonValue* const wish = findMember(parameters, "initializationOptions", name);
+        if (wish != nullptr && !wish->IsString() && !wish->IsNull()) {
+            send_(errorToShow(
+                std::string("The initialization option \"").append(name).append("\" is no text.")));
+        }
+    }
     const std::string model = wishes != nullptr ? optionalText(*wishes, "model") : "";
     const std::string metamodel = wishes != nullptr ? optionalText(*wishes, "metamodel") : "";
     if (model.empty() && metamodel.empty()) {
