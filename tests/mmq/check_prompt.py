@@ -24,7 +24,8 @@ ROWS = [
     (CTRL_C, "\r\nmmq> "),
     (":des\tPack\t\n", "\r\nPackage: 5 objects\r\n"),
     ("let total = 41 in\n", "\r\n...> "),
-    ("tota\t+ 1\n", "\r\n42\r\nmmq> "),
+    ("\t1 +", "\x1b[10G1 +"),  # behind four blanks
+    (" tota\t\n", "\r\n42\r\nmmq> "),
     (SLOW + "\n", "true\r\n"),
     (CTRL_C, "Interrupted.\r\nmmq> "),
     ("\x10\x01\x0b$na\t\n", "\r\nWebShop\r\nmmq> "),

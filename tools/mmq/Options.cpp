@@ -256,6 +256,17 @@ std::vector<std::string> withExpressionLast(const CLI::App& program,
     return result;
 }
 
+// The library names them from the last to the first.
+std::string sentenceForExtras(const CLI::App& program) {
+    const std::vector<std::string> extras = program.remaining(true);
+    std::string sentence = extras.size() > 1 ? "The following arguments were not expected:"
+                                             : "The following argument was not expected:";
+    for (const std::string& extra : extras) {
+        sentence.append(" ").append(extra);
+    }
+    return sentence;
+}
+
 // What is wrong in the combination of options; empty where nothing is.
 std::string findConflict(Options& options) {
     if (options.command == Command::lint || options.command == Command::test) {
@@ -298,7 +309,9 @@ void buildProgram(CLI::App& program, Options& options) {
     program.failure_message([](const CLI::App* app, const CLI::Error& error) {
         const std::vector<CLI::App*> commands = app->get_subcommands();
         const std::string command = commands.empty() ? "" : " " + commands.front()->get_name();
-        return "mmq: " + std::string(error.what()) + ".\nTry 'mmq" + command + " --help'.\n";
+        const bool isExtra = dynamic_cast<const CLI::ExtrasError*>(&error) != nullptr;
+        const std::string sentence = isExtra ? sentenceForExtras(*app) : error.what();
+        return "mmq: " + sentence + ".\nTry 'mmq" + command + " --help'.\n";
     });
     for (auto* add : {&addEval, &addCheck, &addLint, &addTest, &addDump, &addInfo, &addRepl,
                       &addLsp, &addGenerate}) {

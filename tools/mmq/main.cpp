@@ -3,6 +3,7 @@
 #include <iostream>
 #include <memory>
 #include <new>
+#include <string_view>
 
 #include "Commands.h"
 #include "ExitStatus.h"
@@ -42,6 +43,11 @@ bool isPaged(const mmq::Options& options) {
            options.command != mmq::Command::repl && options.command != mmq::Command::lsp;
 }
 
+// The help of one command is about a page.
+bool asksForAllHelp(int argumentCount, char** arguments) {
+    return argumentCount == 2 && std::string_view(arguments[1]) == "--help-all";
+}
+
 // Runs the command; what goes wrong outside an evaluation is a sentence and a status.
 int runGuarded(const mmq::Options& options) {
     try {
@@ -67,8 +73,11 @@ int main(int argumentCount, char** arguments) {
     // Only for the width of characters; numbers are never read or written by the locale.
     std::setlocale(LC_CTYPE, "C.UTF-8");
     std::ios::sync_with_stdio(false);
-    const mmq::ParsedCommandLine parsed = mmq::parseCommandLine(argumentCount, arguments);
     std::unique_ptr<mmq::Pager> pager;
+    if (asksForAllHelp(argumentCount, arguments) && mmq::Pager::isWanted()) {
+        pager = std::make_unique<mmq::Pager>(std::cout);
+    }
+    const mmq::ParsedCommandLine parsed = mmq::parseCommandLine(argumentCount, arguments);
     if (!parsed.exitStatus && isPaged(parsed.options) && mmq::Pager::isWanted()) {
         pager = std::make_unique<mmq::Pager>(std::cout);
     }

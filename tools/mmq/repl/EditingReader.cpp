@@ -24,6 +24,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr int keptInputs = 1000;
+constexpr const char* indentation = "    ";
 
 // The file of the history, in a folder that is there; empty where there can be none.
 std::string historyFile() {
@@ -171,6 +172,9 @@ private:
         const LineInfo* const info = el_line(edit_);
         const std::string line(info->buffer, info->lastchar);
         const auto cursor = static_cast<std::size_t>(info->cursor - info->buffer);
+        if (line.find_first_not_of(" \t") >= cursor) {  // lines are indented by it, pasted ones too
+            return el_insertstr(edit_, indentation) == 0 ? CC_REFRESH : CC_ERROR;
+        }
         const Completion completion = completer_(line, cursor);
         const std::string written = line.substr(completion.offset, cursor - completion.offset);
         const std::vector<CompletionItem> items = completion.matching(written);

@@ -76,6 +76,9 @@ const ReplCommand* findCommand(const std::string& name) {
 }
 
 std::string sentenceForCommand(const std::string& name) {
+    if (name == ":") {
+        return "The name of a command stands right behind the colon. :help shows what there is.";
+    }
     std::vector<std::string> meant;
     for (const ReplCommand* command : commandsBeginningWith(name)) {
         meant.push_back(command->name);

@@ -117,7 +117,7 @@ void Session::runCommand(const ReplCommand& command, const std::string& argument
         case ReplAction::target:
             return showTarget(argument);
         case ReplAction::why:
-            return evaluate(argument, showsTimes_, true);
+            return evaluateOnModel(argument, showsTimes_, true);
         case ReplAction::classes:
             return showClasses();
         case ReplAction::describe:
@@ -213,6 +213,13 @@ void Session::evaluate(const std::string& expression, bool isTimed, bool explain
     }
 }
 
+void Session::evaluateOnModel(const std::string& expression, bool isTimed, bool explains) {
+    if (names_.model() == nullptr) {
+        return refuse(noModel, {}, EXIT_USAGE);
+    }
+    evaluate(expression, isTimed, explains);
+}
+
 void Session::apply(const ExpressionText& text, const CompiledExpression& expression,
                     bool explains) {
     const RepositoryModel& model = *names_.model();
@@ -263,7 +270,7 @@ void Session::applyTo(MMObject object, const CompiledExpression& expression,
 
 void Session::time(const std::string& argument) {
     if (argument != "on" && argument != "off" && !argument.empty()) {
-        return evaluate(argument, true, false);
+        return evaluateOnModel(argument, true, false);
     }
     showsTimes_ = argument.empty() ? showsTimes_ : argument == "on";
     std::cout << (showsTimes_ ? "Times are shown.\n" : "Times are not shown.\n");

@@ -42,6 +42,8 @@ public:
 private:
     void runCommand(const ReplCommand& command, const std::string& argument);
     void evaluate(const std::string& expression, bool isTimed, bool explains);
+    /// The same where a type is no answer.
+    void evaluateOnModel(const std::string& expression, bool isTimed, bool explains);
     void apply(const ExpressionText& text, const CompiledExpression& expression, bool explains);
     void applyTo(MMObject object, const CompiledExpression& expression,
                  MMEvaluationContext& context, ResultWriter& writer) const;
