@@ -40,6 +40,13 @@ def without_controls(text):
     return re.sub("[\x00-\x08\x0b\x0c\x0e-\x1f\x7f\ufffe\uffff]", "\ufffd", text)
 
 
+def on_one_line(text):
+    """A text as reports of a line a finding show it."""
+    shown = {"\n": r"\n", "\t": r"\t"}
+    return re.sub("[\x00-\x1f\x7f-\x9f]",
+                  lambda found: shown.get(found[0], f"\\x{ord(found[0]):02x}"), text)
+
+
 def check_sarif(mmq, folder):
     log = json.loads(lint(mmq, folder, "sarif"))
     schema = json.loads((TESTS / "schemas/sarif-2.1.0-rtm.5.json").read_text())
@@ -117,13 +124,14 @@ def check_github(mmq, folder):
         fields = dict(each.split("=", 1) for each in properties.split(","))
         # The escapes are %25, %0A, %0D, %3A and %2C.
         assert urllib.parse.unquote(fields["file"]) == str(folder / FILE_NAME), line
-        assert urllib.parse.unquote(data).startswith(message + "\n"), line
+        assert urllib.parse.unquote(data).startswith(on_one_line(message) + "\n"), line
 
 
 def check_csv(mmq, folder):
     rows = list(csv.DictReader(io.StringIO(lint(mmq, folder, "csv"), newline="")))
-    assert [row["message"] for row in rows if row["state"] == "new"] == told, rows
-    assert [row["message"] for row in rows if row["state"] == "suppressed"] == [messages[6]]
+    for state, expected in (("new", told), ("suppressed", [messages[6]])):
+        found = [row["message"] for row in rows if row["state"] == state]
+        assert found == [on_one_line(each) for each in expected], found
 
 
 def check_json(mmq, folder):
