@@ -5,12 +5,14 @@
 
 #include <array>
 #include <limits>
+#include <set>
 #include <sstream>
 
 #include "ExpressionText.h"
 #include "Messages.h"
 #include "assist/TokenList.h"
 #include "parser/SyntaxParser.h"
+#include "parser/TokenNumber.h"
 #include "support/ParseException.h"
 
 namespace mmq {
@@ -69,6 +71,22 @@ std::string pieceBehind(const std::string& text) {
 bool isUnfinished(const std::string& text) {
     return TokenList(text).open() == OpenQuote::comment ||
            (stopsAtEnd(text) && ExpressionText(text).droppedTexts().empty());
+}
+
+// What stands before the end of a comment is no word.
+bool needsAnotherLine(const std::string& line) {
+    static const std::set<int> unfinished{
+        TOKEN_EQUAL, TOKEN_NOT_EQUAL,  TOKEN_REGEXP_EQUAL, TOKEN_REGEXP_NOT_EQUAL,
+        TOKEN_LESS,  TOKEN_LESS_EQUAL, TOKEN_GREATER,      TOKEN_GREATER_EQUAL,
+        TOKEN_ARROW, TOKEN_LEFT_BRACE, TOKEN_DOUBLE_ARROW, TOKEN_LEFT_PARENTHESIS,
+        TOKEN_COMMA, TOKEN_PLUS,       TOKEN_MINUS,        TOKEN_SLASH,
+        TOKEN_STAR,  TOKEN_IN,         TOKEN_THEN,         TOKEN_ELSE,
+        TOKEN_OVER,  TOKEN_IMPLIES,    TOKEN_AND,          TOKEN_OR,
+        TOKEN_NOT};
+    const TokenList list(line);
+    const std::vector<PlacedToken>& tokens = list.tokens();
+    return list.isWhole() && line.find("*)") == std::string::npos && !tokens.empty() &&
+           unfinished.count(tokens.back().number) > 0;
 }
 
 std::optional<std::string> withEnding(std::string text) {

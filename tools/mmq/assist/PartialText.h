@@ -11,6 +11,11 @@ namespace mmq {
 /// with characters that have no meaning is wrong already.
 bool isUnfinished(const std::string& text);
 
+/// Whether no expression ends with this line, as one look at its last word shows: an operator, an
+/// opening bracket, a keyword that needs something behind it. A line of a comment that goes on may
+/// be taken for one.
+bool needsAnotherLine(const std::string& line);
+
 /// The text with what is missing at its end: closing brackets, the words that must come, and names
 /// for operands. Nothing where no end makes it an expression.
 std::optional<std::string> withEnding(std::string text);

@@ -7,6 +7,7 @@
 
 #include "Commands.h"
 #include "ExitStatus.h"
+#include "assist/PartialText.h"
 #include "repl/Interrupt.h"
 #include "repl/LineReader.h"
 #include "repl/Session.h"
@@ -44,13 +45,16 @@ public:
     }
 
 private:
-    // An input ends where its expression does, or at an empty line.
+    // An input ends where its expression does, or at an empty line. A long one is not parsed anew
+    // for every line: what is wrong in it shows with a line that may be the last.
     void take(const std::string& line) {
+        constexpr std::size_t longInput = 1000;
+        const bool goesOn = input_.size() > longInput && needsAnotherLine(line);
         const bool isEnd = line.find_first_not_of(replBlanks) == std::string::npos;
         if (!isEnd) {
             input_ += line + "\n";
         }
-        if (isEnd || !Session::isUnfinished(input_)) {
+        if (isEnd || (!goesOn && !Session::isUnfinished(input_))) {
             finish();
         }
     }
