@@ -5,7 +5,7 @@ if(EXPRPARSER_WARNINGS_AS_ERRORS)
 endif()
 # A unity build includes source files, and g++ takes them for headers: there a class with a member
 # of an unnamed namespace is no mistake.
-if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+if((CMAKE_UNITY_BUILD OR EXPRPARSER_UNITY_HOSTS) AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   add_compile_options(-Wno-subobject-linkage)
 endif()
 
