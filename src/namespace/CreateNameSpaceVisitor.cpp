@@ -1,6 +1,6 @@
 // Each operation registers its node with the scope that is current there, and lets its children
-// accept the visitor inside the scope that it opens for them. The current scope is the top of a
-// stack, which is empty before and after a walk.
+// accept the visitor inside the scope that it opens for them. Before and after a walk there is no
+// current scope.
 #include "namespace/CreateNameSpaceVisitor.h"
 
 #include "ast/LeftSpine.h"
@@ -28,52 +28,62 @@ VariablePtr makeObjectVariable(const std::string& name) {
 }  // namespace
 
 CreateNameSpaceVisitor::CreateNameSpaceVisitor(const ScopePtr& top)
-    : top_(top), nameSpace_(new NameSpace) {
-    constexpr std::size_t usualDepth = 16;
-    scopes_.reserve(usualDepth);
-}
+    : top_(top), nameSpace_(new NameSpace) {}
 
 void CreateNameSpaceVisitor::registerNode(ASTNode& node) {
     checkVisitDepth(node);
-    nameSpace_->setScope(node, scopes_.back());
+    nameSpace_.get()->setScope(node, current_);
 }
 
-void CreateNameSpaceVisitor::visitChild(ASTNode* child) {
-    if (child != nullptr) {
+// Paths and constants, which are most of a tree, are told apart without a call through it.
+void CreateNameSpaceVisitor::visitChild(const ExpressionPtr& child) {
+    if (!child) {
+        return;
+    }
+    const ExpressionKind kind = child->getExpressionKind();
+    if (kind == ExpressionKind::path) {
+        visitPath(static_cast<PathNode&>(*child));
+    } else if (kind >= ExpressionKind::unitExpression) {
+        registerNode(*child);
+    } else {
         child->accept(*this);
     }
 }
 
-Scope& CreateNameSpaceVisitor::openScope(const std::string& name) {
-    const ScopePtr scope(new Scope(name));
-    scope->setParent(scopes_.empty() ? top_ : nameSpace_->scopes()[scopes_.back()]);
-    scopes_.push_back(nameSpace_->addScope(scope));
-    return *scope;
+void CreateNameSpaceVisitor::visitStep(const AssociationPtr& step) {
+    if (step) {
+        step->accept(*this);
+    }
 }
 
-void CreateNameSpaceVisitor::closeScope() { scopes_.pop_back(); }
+Scope& CreateNameSpaceVisitor::openScope(const char* name) {
+    const ScopePtr scope(new Scope(name));
+    scope->setParent(current_ == NameSpace::noScope ? top_ : nameSpace_->scope(current_));
+    current_ = nameSpace_->addScope(scope, current_);
+    return *scope;
+}
 
 void CreateNameSpaceVisitor::visitSpecification(SpecificationNode& node) {
     const VariablePtr object = makeObjectVariable(anchorName(AnchorKind::THIS));
     Scope& scope = openScope("Specification");
-    for (const AnchorKind anchor : {AnchorKind::THIS, AnchorKind::CURRENT, AnchorKind::MODEL}) {
+    for (const AnchorKind anchor : {AnchorKind::CURRENT, AnchorKind::MODEL, AnchorKind::THIS}) {
         scope.insert(anchorName(anchor), object);
     }
     registerNode(node);
-    visitChild(node.getExpr().get());
+    visitChild(node.getExpr());
     closeScope();
 }
 
-void CreateNameSpaceVisitor::visitQuantifier(QuantifierNode& node, const std::string& scopeName) {
+void CreateNameSpaceVisitor::visitQuantifier(QuantifierNode& node, const char* scopeName) {
     checkVisitDepth(node);
-    visitChild(node.getSource().get());
+    visitChild(node.getSource());
     const VariablePtr variable = makeObjectVariable(node.getName());
     node.setBoundVariable(variable);
     Scope& scope = openScope(scopeName);
     scope.insert(node.getName(), variable);
     scope.insert(anchorName(AnchorKind::CURRENT), variable);
     registerNode(node);
-    visitChild(node.getExpr().get());
+    visitChild(node.getExpr());
     closeScope();
 }
 
@@ -90,37 +100,37 @@ void CreateNameSpaceVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
     for (BinaryExpressionNode* binary : spine) {
         registerNode(*binary);
     }
-    visitChild(spine.innermostOperand().get());
+    visitChild(spine.innermostOperand());
     for (auto binary = spine.rbegin(); binary != spine.rend(); ++binary) {
-        visitChild((*binary)->getRhs().get());
+        visitChild((*binary)->getRhs());
     }
 }
 
 void CreateNameSpaceVisitor::visitUnaryExpression(UnaryExpressionNode& node) {
     registerNode(node);
-    visitChild(node.getExpr().get());
+    visitChild(node.getExpr());
 }
 
 void CreateNameSpaceVisitor::visitRelationalExpression(RelationalExpressionNode& node) {
     registerNode(node);
-    visitChild(node.getLhs().get());
-    visitChild(node.getRhs().get());
+    visitChild(node.getLhs());
+    visitChild(node.getRhs());
 }
 
 void CreateNameSpaceVisitor::visitApplicationExpression(ApplicationExpressionNode& node) {
     registerNode(node);
-    visitChild(node.getExpr().get());
+    visitChild(node.getExpr());
 }
 
-void CreateNameSpaceVisitor::visitIteration(ASTNode& node, const std::string& scopeName,
+void CreateNameSpaceVisitor::visitIteration(ASTNode& node, const char* scopeName,
                                             const ExpressionPtr& source,
                                             const ExpressionPtr& inner) {
     checkVisitDepth(node);
-    visitChild(source.get());
+    visitChild(source);
     const std::string& current = anchorName(AnchorKind::CURRENT);
     openScope(scopeName).insert(current, makeObjectVariable(current));
     registerNode(node);
-    visitChild(inner.get());
+    visitChild(inner);
     closeScope();
 }
 
@@ -139,12 +149,12 @@ void CreateNameSpaceVisitor::visitTraverseExpression(TraverseExpressionNode& nod
 // Each key has a scope and a variable of its own.
 void CreateNameSpaceVisitor::visitSortExpression(SortExpressionNode& node) {
     registerNode(node);
-    visitChild(node.getSource().get());
+    visitChild(node.getSource());
     for (SortKey& key : node.getKeys()) {
         const std::string& current = anchorName(AnchorKind::CURRENT);
         key.setBoundVariable(makeObjectVariable(current));
         openScope("SortKey").insert(current, key.getBoundVariable());
-        visitChild(key.getExpr().get());
+        visitChild(key.getExpr());
         closeScope();
     }
 }
@@ -152,27 +162,27 @@ void CreateNameSpaceVisitor::visitSortExpression(SortExpressionNode& node) {
 // The bound value is looked up outside: a let-bound name is not visible in its own definition.
 void CreateNameSpaceVisitor::visitLetExpression(LetExpressionNode& node) {
     checkVisitDepth(node);
-    visitChild(node.getSource().get());
+    visitChild(node.getSource());
     const VariablePtr variable(new VariableSymbol(node.getName(), TypeExpression::typeError(),
                                                   sharedGenerator<LetVarGenerator>()));
     node.setBoundVariable(variable);
     openScope("Let").insert(node.getName(), variable);
     registerNode(node);
-    visitChild(node.getExpr().get());
+    visitChild(node.getExpr());
     closeScope();
 }
 
 void CreateNameSpaceVisitor::visitIfExpression(IfExpressionNode& node) {
     registerNode(node);
-    visitChild(node.getTest().get());
-    visitChild(node.getThen().get());
-    visitChild(node.getElse().get());
+    visitChild(node.getTest());
+    visitChild(node.getThen());
+    visitChild(node.getElse());
 }
 
 void CreateNameSpaceVisitor::visitTupleExpression(TupleExpressionNode& node) {
     registerNode(node);
     for (const ExpressionPtr& element : node.getElements()) {
-        visitChild(element.get());
+        visitChild(element);
     }
 }
 
@@ -185,10 +195,11 @@ void CreateNameSpaceVisitor::visitBooleanConstant(BooleanConstantNode& node) { r
 
 // All labels of the path, wherever in its steps they stand, are declared in the path's scope.
 void CreateNameSpaceVisitor::visitPath(PathNode& node) {
-    openScope("Path");
+    const NameSpace::ScopeNumber enclosing = current_;
+    current_ = nameSpace_.get()->addEmptyScope("Path", enclosing);
     registerNode(node);
-    visitChild(node.getAssociation().get());
-    closeScope();
+    visitStep(node.getAssociation());
+    current_ = enclosing;
 }
 
 void CreateNameSpaceVisitor::visitReferenceAssociation(ReferenceAssociationNode& node) {
@@ -196,8 +207,8 @@ void CreateNameSpaceVisitor::visitReferenceAssociation(ReferenceAssociationNode&
         return;
     }
     registerNode(node);
-    visitChild(node.getChild().get());
-    visitChild(node.getSibling().get());
+    visitStep(node.getChild());
+    visitStep(node.getSibling());
 }
 
 void CreateNameSpaceVisitor::visitDefinitionAssociation(DefinitionAssociationNode& node) {
@@ -205,18 +216,18 @@ void CreateNameSpaceVisitor::visitDefinitionAssociation(DefinitionAssociationNod
         return;
     }
     if (!node.getLabel().empty()) {
-        nameSpace_->scopes()[scopes_.back()]->insert(
-            node.getLabel(), SymbolPtr(new LabelSymbol(node.getLabel(), node)));
+        nameSpace_->scope(current_)->insert(node.getLabel(),
+                                            SymbolPtr(new LabelSymbol(node.getLabel(), node)));
     }
     if (node.getCondition()) {
         const std::string& current = anchorName(AnchorKind::CURRENT);
         openScope("DefinitionAssociation").insert(current, makeObjectVariable(current));
         registerNode(node);
-        visitChild(node.getCondition().get());
+        visitChild(node.getCondition());
         closeScope();
     } else {
         registerNode(node);
     }
-    visitChild(node.getChild().get());
-    visitChild(node.getSibling().get());
+    visitStep(node.getChild());
+    visitStep(node.getSibling());
 }

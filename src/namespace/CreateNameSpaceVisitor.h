@@ -1,9 +1,6 @@
 // The construction of name spaces: the first walk over a parsed expression.
 #pragma once
 
-#include <cstddef>
-#include <string>
-
 #include "ast/ASTVisitor.h"
 #include "namespace/NameSpace.h"
 
@@ -14,7 +11,7 @@
 /// sources are looked up outside. Reports nothing: names that are not declared, or declared twice,
 /// are for the type checker. A step that follows a group is visited once. Made on the stack for
 /// one walk; the name space lives on.
-class CreateNameSpaceVisitor : public ASTVisitor {
+class CreateNameSpaceVisitor final : public ASTVisitor {
 public:
     /// `top` becomes the parent of the outermost scope.
     explicit CreateNameSpaceVisitor(const ScopePtr& top);
@@ -47,17 +44,16 @@ public:
     void visitDefinitionAssociation(DefinitionAssociationNode& node) override;
 
 private:
-    using VariablePtr = OrvCountedPtr<VariableSymbol>;
-
     void registerNode(ASTNode& node);
-    void visitChild(ASTNode* child);
-    Scope& openScope(const std::string& name);
-    void closeScope();
-    void visitQuantifier(QuantifierNode& node, const std::string& scopeName);
-    void visitIteration(ASTNode& node, const std::string& scopeName, const ExpressionPtr& source,
+    void visitChild(const ExpressionPtr& child);
+    void visitStep(const AssociationPtr& step);
+    Scope& openScope(const char* name);
+    void closeScope() { current_ = nameSpace_.get()->parentOf(current_); }
+    void visitQuantifier(QuantifierNode& node, const char* scopeName);
+    void visitIteration(ASTNode& node, const char* scopeName, const ExpressionPtr& source,
                         const ExpressionPtr& inner);
 
     ScopePtr top_;
     OrvCountedPtr<NameSpace> nameSpace_;
-    OrvPoolVector<std::size_t> scopes_;  // numbers in the name space
+    NameSpace::ScopeNumber current_ = NameSpace::noScope;
 };

@@ -9,21 +9,47 @@
 #include "support/OrvStack.h"
 #include "support/ParseException.h"
 
-NameSpace::NameSpace() {
-    constexpr std::size_t usualNodes = 16;
-    entries_.reserve(usualNodes);
-    scopes_.reserve(usualNodes);
+namespace {
+
+constexpr std::size_t usualNodes = 16;
+constexpr std::size_t usualScopes = 4;
+
+}  // namespace
+
+NameSpace::NameSpace() : entries_(usualNodes), places_(usualNodes) { scopes_.reserve(usualScopes); }
+
+// Scopes that declare nothing are those of paths, which do not stand in each other without another
+// scope between them: this recursion ends at once.
+ScopePtr NameSpace::scope(ScopeNumber number) const {
+    Place& place = places_[number];
+    if (place.index == noScope) {
+        const ScopePtr made(new Scope(place.emptyName));
+        made->setParent(scope(place.parent));
+        scopes_.push_back(made);
+        place.index = static_cast<ScopeNumber>(scopes_.size() - 1);
+    }
+    return scopes_[place.index];
 }
 
 NameResolverPtr NameSpace::getResolver(const ASTNode& node) const {
+    return hasScope(node) ? NameResolverPtr(new NameResolver(scopeOf(node))) : NameResolverPtr();
+}
+
+const Scope* NameSpace::searchedScope(const ASTNode& node) const {
     const Entry* const entry = findEntry(node);
-    return entry != nullptr ? NameResolverPtr(new NameResolver(scopes_[entry->scope]))
-                            : NameResolverPtr();
+    if (entry == nullptr) {
+        return nullptr;
+    }
+    const Place* place = &places_[entry->scope];
+    while (place->index == noScope) {
+        place = &places_[place->parent];
+    }
+    return scopes_[place->index].get();
 }
 
 SymbolView NameSpace::find(const ASTNode& node, std::string_view name, SymbolKind kind) const {
-    const Entry* const entry = findEntry(node);
-    return entry != nullptr ? NameResolver::find(*scopes_[entry->scope], name, kind) : SymbolView();
+    const Scope* const scope = searchedScope(node);
+    return scope != nullptr ? NameResolver::find(*scope, name, kind) : SymbolView();
 }
 
 namespace {
@@ -43,7 +69,7 @@ std::vector<ScopeTreePtr> treesInTextOrder(const NameSpace& nameSpace) {
     std::vector<ScopeTreePtr> trees;
     std::unordered_map<const Scope*, bool> met;
     for (const NameSpace::Entry* entry : entries) {
-        const ScopePtr& scope = nameSpace.scopes()[entry->scope];
+        const ScopePtr scope = nameSpace.scope(entry->scope);
         if (met.emplace(scope.get(), true).second) {
             trees.push_back(ScopeTreePtr(new ScopeTree(scope)));
         }

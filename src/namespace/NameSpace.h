@@ -9,17 +9,23 @@
 
 #include "ast/ASTNode.h"
 #include "namespace/NameResolver.h"
+#include "namespace/PlainArray.h"
 #include "namespace/Scope.h"
 
 /// For each node of a tree, the scope in which names used at that node are looked up.
 ///
 /// Made by name space construction, read by the type checker and by code generation, released with
-/// the compilation. Keeps the scopes, borrows the nodes, each of which knows its entry.
+/// the compilation. Keeps the scopes, borrows the nodes, each of which knows its entry. Most scopes
+/// are those of paths and declare nothing: such a scope is a number until somebody asks for it.
 class NameSpace : public OrvCountedObject {
 public:
+    /// The number of a scope; scopes are numbered as they are added.
+    using ScopeNumber = std::uint32_t;
+    static constexpr ScopeNumber noScope = 0xFFFFFFFFU;
+
     struct Entry {
         ASTNode* node;
-        std::size_t scope;  ///< its number in scopes()
+        ScopeNumber scope;
     };
 
     NameSpace();
@@ -27,14 +33,21 @@ public:
     NameSpace& operator=(const NameSpace&) = delete;
 
     /// Records the scope of a node; each node is recorded once.
-    void setScope(ASTNode& node, const ScopePtr& scope) { setScope(node, addScope(scope)); }
-
-    /// The same by the number of a scope, which many nodes share.
-    std::size_t addScope(const ScopePtr& scope) {
-        scopes_.push_back(scope);
-        return scopes_.size() - 1;
+    void setScope(ASTNode& node, const ScopePtr& scope) {
+        setScope(node, addScope(scope, noScope));
     }
-    void setScope(ASTNode& node, std::size_t scope) {
+
+    /// The same by the number of a scope, which many nodes share. `parent` is the number of the
+    /// scope around it.
+    ScopeNumber addScope(const ScopePtr& scope, ScopeNumber parent) {
+        scopes_.push_back(scope);
+        return addPlace({nullptr, parent, static_cast<ScopeNumber>(scopes_.size() - 1)});
+    }
+    /// Adds a scope that declares nothing yet. `name` is a constant.
+    ScopeNumber addEmptyScope(const char* name, ScopeNumber parent) {
+        return addPlace({name, parent, noScope});
+    }
+    void setScope(ASTNode& node, ScopeNumber scope) {
         if (!hasScope(node)) {
             node.setScopeEntry(static_cast<std::int32_t>(entries_.size()));
             entries_.push_back({&node, scope});
@@ -42,18 +55,37 @@ public:
     }
     bool hasScope(const ASTNode& node) const { return findEntry(node) != nullptr; }
 
+    /// The scope of a number, the scope of a node that was recorded, and the number of the scope
+    /// around another one.
+    ScopePtr scope(ScopeNumber number) const;
+    ScopePtr scopeOf(const ASTNode& node) const { return scope(findEntry(node)->scope); }
+    ScopeNumber parentOf(ScopeNumber number) const { return places_[number].parent; }
+
     /// A resolver that starts in the node's scope; empty for a node that was not recorded.
     NameResolverPtr getResolver(const ASTNode& node) const;
 
     /// What the resolver of a recorded node finds of one kind, without copying it.
     SymbolView find(const ASTNode& node, std::string_view name, SymbolKind kind) const;
+    /// The scope with which such a search begins: the innermost one that may declare something.
+    /// Null for a node that was not recorded.
+    const Scope* searchedScope(const ASTNode& node) const;
 
     /// All entries, in the order in which they were recorded.
-    const std::vector<Entry>& entries() const { return entries_; }
-    /// The scopes of the entries, some of them more than once.
-    const OrvPoolVector<ScopePtr>& scopes() const { return scopes_; }
+    const PlainArray<Entry>& entries() const { return entries_; }
 
 private:
+    /// Where a scope is: its number in scopes_, or noScope while it declares nothing.
+    struct Place {
+        const char* emptyName;
+        ScopeNumber parent;
+        ScopeNumber index;
+    };
+
+    ScopeNumber addPlace(const Place& place) {
+        places_.push_back(place);
+        return static_cast<ScopeNumber>(places_.size() - 1);
+    }
+
     // A number that another name space left in the node leads to no entry, or to another node's.
     const Entry* findEntry(const ASTNode& node) const {
         const auto number = static_cast<std::size_t>(node.getScopeEntry());
@@ -61,8 +93,9 @@ private:
                                                                           : nullptr;
     }
 
-    std::vector<Entry> entries_;
-    OrvPoolVector<ScopePtr> scopes_;
+    PlainArray<Entry> entries_;
+    mutable PlainArray<Place> places_;
+    mutable OrvPoolVector<ScopePtr> scopes_;
 };
 
 /// A scope with the scopes inside it, in the order in which they were attached; made for printing.

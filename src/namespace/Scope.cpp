@@ -22,8 +22,12 @@ void Scope::insert(const std::string& name, const SymbolPtr& symbol) {
     index_.reset();
     constexpr std::size_t usualEntries = 4;
     entries_.reserve(entries_.empty() ? usualEntries : 0);
+    if (entries_.empty() || entries_.back().name <= name) {
+        entries_.emplace_back(name, symbol);
+        return;
+    }
     const auto place = std::upper_bound(entries_.begin(), entries_.end(), name, ByName());
-    entries_.insert(place, Entry{name, symbol});
+    entries_.emplace(place, name, symbol);
 }
 
 void Scope::buildIndex() {

@@ -19,17 +19,20 @@
 class Scope : public OrvCountedObject {
 public:
     struct Entry {
+        Entry(const std::string& entered, const SymbolPtr& meant) : name(entered), symbol(meant) {}
+
         std::string name;
         SymbolPtr symbol;
     };
     /// The entries of one name: a part of the scope, valid until the next insertion.
     using Range = std::pair<const Entry*, const Entry*>;
 
-    explicit Scope(const std::string& name) : name_(name) {}
+    /// `name` is a constant.
+    explicit Scope(std::string_view name) : name_(name) {}
     Scope(const Scope&) = delete;
     Scope& operator=(const Scope&) = delete;
 
-    const std::string& getName() const { return name_; }
+    std::string_view getName() const { return name_; }
     /// Empty in the outermost scope.
     const OrvCountedPtr<Scope>& getParent() const { return parent_; }
     void setParent(const OrvCountedPtr<Scope>& parent) { parent_ = parent; }
@@ -52,7 +55,7 @@ private:
 
     Range findAmong(std::string_view name) const;
 
-    std::string name_;
+    std::string_view name_;
     OrvCountedPtr<Scope> parent_;
     OrvPoolVector<Entry> entries_;
     std::unique_ptr<Index> index_;

@@ -8,9 +8,7 @@ std::vector<Scope::Entry> visibleSymbols(const NameSpace& nameSpace, const ASTNo
     if (!nameSpace.hasScope(node)) {
         return result;
     }
-    const auto number = static_cast<std::size_t>(node.getScopeEntry());
-    ScopePtr scope = nameSpace.scopes()[nameSpace.entries()[number].scope];
-    for (; scope; scope = scope->getParent()) {
+    for (ScopePtr scope = nameSpace.scopeOf(node); scope; scope = scope->getParent()) {
         for (const Scope::Entry& entry : scope->entries()) {
             if (entry.symbol->getKind() == kind && entry.name.rfind("operator", 0) != 0) {
                 result.push_back(entry);
