@@ -3,6 +3,7 @@
 #include <iostream>
 
 #include "codegen/CodeGenVisitor.h"
+#include "foundation/OrvMemoryRegion.h"
 #include "namespace/CreateNameSpaceVisitor.h"
 #include "namespace/TopLevelEnvironment.h"
 #include "parser/SyntaxParser.h"
@@ -102,6 +103,7 @@ OrvCountedPtr<CompileResult> CompileDriver::compile(ExprParserDialogs& dialogs,
     if (map != nullptr) {
         map->clear();
     }
+    const OrvCompilationMemory memory;
     try {
         return runPhases(dialogs, text, requirement, map);
     } catch (const ParseException& exception) {

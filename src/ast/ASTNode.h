@@ -1,6 +1,7 @@
 // The base of the syntax tree's nodes, and its root.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 
 #include "ast/SourceSpan.h"
@@ -22,6 +23,11 @@ public:
     ASTNode(const ASTNode&) = delete;
     ASTNode& operator=(const ASTNode&) = delete;
     virtual ~ASTNode();
+
+    /// Nodes of a compilation stand together.
+    static void* operator new(std::size_t bytes) {
+        return allocate(bytes, OrvCompilationMemory::nodes());
+    }
 
     /// Calls the visitor's operation for the class of this node.
     virtual void accept(ASTVisitor& visitor) = 0;

@@ -20,7 +20,7 @@ void OrvCountedBlock::end() noexcept {
     while (pendingBlocks != nullptr) {
         OrvCountedBlock* const block = pendingBlocks;
         pendingBlocks = block->next;
-        block->dispose(block->object);
+        block->dispose(*block);
         block->free();
     }
     isEnding = false;

@@ -9,6 +9,7 @@
 
 #include "foundation/OrvCyclicPtrBody.h"
 #include "foundation/OrvMemoryPool.h"
+#include "foundation/OrvMemoryRegion.h"
 
 template <class To, class From>
 class OrvConverter;
@@ -16,7 +17,8 @@ class OrvConverter;
 /// The count of a shared object together with what is needed to end it.
 ///
 /// Made by the first OrvCountedPtr to an object and shared by its copies; it stands in front of an
-/// OrvCountedObject, and by itself for any other. A count of all ones belongs to an object that
+/// OrvCountedObject, and by itself for any other. Its memory is a piece of the pool, or a part of a
+/// region. A count of all ones belongs to an object that
 /// the whole process shares (OrvPinnedRegistry): it is never written, so any number of threads may
 /// copy such pointers.
 struct __attribute__((visibility("default"))) OrvCountedBlock {
@@ -24,12 +26,18 @@ struct __attribute__((visibility("default"))) OrvCountedBlock {
 
     std::uint32_t count = 1;
     std::uint32_t size = sizeof(OrvCountedBlock);  // of the memory that begins with this block
-    void (*dispose)(void* object) noexcept = nullptr;
-    void* object = nullptr;
-    OrvCountedBlock* next = nullptr;  // objects that wait for their end; pinned objects
+    void (*dispose)(OrvCountedBlock& block) noexcept = nullptr;
+    OrvMemoryRegion* region = nullptr;  // of which the memory is a part; null for the pool
+    OrvCountedBlock* next = nullptr;    // objects that wait for their end; pinned objects
 
     /// Frees the memory that begins with this block; the object has ended before.
-    void free() noexcept { OrvMemoryPool::deallocate(this, size); }
+    void free() noexcept {
+        if (region != nullptr) {
+            region->release();
+        } else {
+            OrvMemoryPool::deallocate(this, size);
+        }
+    }
 
     void hold() noexcept {
         if (count != pinned) {
@@ -55,12 +63,7 @@ private:
 /// Such an object is made with new and handed at once to one OrvCountedPtr.
 class __attribute__((visibility("default"))) OrvCountedObject {
 public:
-    static void* operator new(std::size_t bytes) {
-        const std::size_t size = sizeof(OrvCountedBlock) + bytes;
-        auto* const block = new (OrvMemoryPool::allocate(size)) OrvCountedBlock;
-        block->size = static_cast<std::uint32_t>(size);
-        return block + 1;
-    }
+    static void* operator new(std::size_t bytes) { return allocate(bytes, nullptr); }
     /// For an object that never had a pointer, or whose constructor threw.
     static void operator delete(void* object) noexcept { blockOf(object)->free(); }
 
@@ -72,6 +75,22 @@ public:
 protected:
     OrvCountedObject() = default;
     ~OrvCountedObject() = default;
+
+    /// Memory for an object of `bytes` bytes from a region, or from the pool where that is null.
+    static void* allocate(std::size_t bytes, OrvMemoryRegion* region) {
+        const std::size_t size = sizeof(OrvCountedBlock) + bytes;
+        void* const memory =
+            region != nullptr ? region->allocate(size) : OrvMemoryPool::allocate(size);
+        auto* const block = new (memory) OrvCountedBlock;
+        block->size = static_cast<std::uint32_t>(size);
+        block->region = region;
+        return block + 1;
+    }
+};
+
+/// The block of an object that has none in front of it.
+struct OrvSeparateCountedBlock : OrvCountedBlock {
+    void* object = nullptr;
 };
 
 /// A shared pointer: the object goes with the last copy.
@@ -171,10 +190,16 @@ void disposeOwned(void* object) noexcept {
     }
 }
 
-/// Ends an object whose memory goes with its block.
+/// Ends the object behind a block; its memory goes with the block.
 template <class T>
-void destroyOwned(void* object) noexcept {
-    static_cast<T*>(object)->~T();
+void destroyOwned(OrvCountedBlock& block) noexcept {
+    static_cast<T*>(static_cast<void*>(&block + 1))->~T();
+}
+
+/// Ends the object of a block that stands by itself.
+template <class T>
+void disposeSeparate(OrvCountedBlock& block) noexcept {
+    disposeOwned<T>(static_cast<OrvSeparateCountedBlock&>(block).object);
 }
 
 /// Begins the ownership of an object: a body is held, anything else needs nothing.
@@ -190,8 +215,10 @@ template <class T>
 OrvCountedBlock* makeSeparateBlock(T* object) {
     beginOwned(object);
     try {
-        auto* const block = new (OrvMemoryPool::allocate(sizeof(OrvCountedBlock))) OrvCountedBlock;
-        block->dispose = &disposeOwned<T>;
+        auto* const block =
+            new (OrvMemoryPool::allocate(sizeof(OrvSeparateCountedBlock))) OrvSeparateCountedBlock;
+        block->size = sizeof(OrvSeparateCountedBlock);
+        block->dispose = &disposeSeparate<T>;
         block->object = object;
         return block;
     } catch (...) {
@@ -211,7 +238,6 @@ OrvCountedBlock* OrvCountedPtr<T>::makeBlock(U* object) {
     if constexpr (std::is_base_of_v<OrvCountedObject, Object>) {
         OrvCountedBlock* const block = OrvCountedObject::blockOf(owned);
         block->dispose = &destroyOwned<Object>;
-        block->object = owned;
         return block;
     } else {
         return makeSeparateBlock(owned);

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "foundation/OrvMemoryPool.h"
+#include "foundation/OrvMemoryRegion.h"
 
 /// A member of a graph that lives and dies as a whole: every target expression is one.
 ///
@@ -58,9 +58,9 @@ public:
         return root() == other.root();
     }
 
-    static void* operator new(std::size_t size) { return OrvMemoryPool::allocate(size); }
+    static void* operator new(std::size_t size) { return OrvCompilationMemory::allocateBody(size); }
     static void operator delete(void* body, std::size_t size) noexcept {
-        OrvMemoryPool::deallocate(body, size);
+        OrvCompilationMemory::deallocateBody(body, size);
     }
 
 protected:

@@ -7,6 +7,7 @@
 
 #include <array>
 #include <atomic>
+#include <bit>
 #include <mutex>
 #include <new>
 #include <utility>
@@ -14,15 +15,19 @@
 namespace {
 
 constexpr std::size_t step = 16;
-constexpr std::size_t largestSize = 256;
+constexpr std::size_t largestSmallSize = 256;
+constexpr std::size_t smallLists = largestSmallSize / step + 1;
+constexpr std::size_t chunkLists =
+    std::bit_width(OrvMemoryPool::largestChunk) - std::bit_width(largestSmallSize);
+constexpr std::size_t noList = smallLists + chunkLists;
 
 struct Piece {
     Piece* next;
 };
 
-/// The pieces that one thread keeps, by their sizes in steps.
+/// The pieces that one thread keeps, by their sizes: small ones in steps, then powers of two.
 struct ThreadPieces {
-    std::array<Piece*, largestSize / step + 1> lists{};
+    std::array<Piece*, noList> lists{};
     std::size_t bytes = 0;
     ThreadPieces* next = nullptr;  // the ring of all threads
     ThreadPieces* previous = nullptr;
@@ -32,7 +37,20 @@ std::atomic<std::size_t> limit{OrvMemoryPool::defaultLimit};
 // Trivially destructible, so that unloading the library leaves nothing behind in a thread.
 thread_local ThreadPieces* threadPieces = nullptr;
 
-std::size_t steps(std::size_t size) { return (size + step - 1) / step; }
+// The list for pieces of a size.
+std::size_t listOf(std::size_t size) {
+    if (size <= largestSmallSize) {
+        return (size + step - 1) / step;
+    }
+    const bool isChunk = std::has_single_bit(size) && size <= OrvMemoryPool::largestChunk;
+    return isChunk ? smallLists + std::bit_width(size) - std::bit_width(largestSmallSize) - 1
+                   : noList;
+}
+
+// How large the pieces of a list really are that are asked for with a size.
+std::size_t pieceSize(std::size_t size) {
+    return size <= largestSmallSize ? (size + step - 1) / step * step : size;
+}
 
 void giveBack(ThreadPieces& pieces) noexcept {
     for (Piece*& list : pieces.lists) {
@@ -105,36 +123,33 @@ private:
 }  // namespace
 
 void* OrvMemoryPool::allocate(std::size_t size) {
-    if (size > largestSize) {
-        return ::operator new(size);
-    }
-    const std::size_t count = steps(size);
+    const std::size_t list = listOf(size);
     ThreadPieces* const pieces = threadPieces;
-    Piece* const piece = pieces != nullptr ? pieces->lists[count] : nullptr;
+    Piece* const piece = pieces != nullptr && list != noList ? pieces->lists[list] : nullptr;
     if (piece == nullptr) {
-        return ::operator new(count* step);
+        return ::operator new(pieceSize(size));
     }
-    pieces->bytes -= count * step;
-    pieces->lists[count] = piece->next;
+    pieces->bytes -= pieceSize(size);
+    pieces->lists[list] = piece->next;
     return piece;
 }
 
 void OrvMemoryPool::deallocate(void* memory, std::size_t size) noexcept {
-    const std::size_t count = steps(size);
+    const std::size_t list = listOf(size);
     ThreadPieces* const pieces = threadPieces;
-    if (size > largestSize || memory == nullptr || pieces == nullptr ||
-        pieces->bytes + count * step > limit.load(std::memory_order_relaxed)) {
+    if (list == noList || memory == nullptr || pieces == nullptr ||
+        pieces->bytes + pieceSize(size) > limit.load(std::memory_order_relaxed)) {
         deallocateFirst(memory, size);
         return;
     }
-    pieces->bytes += count * step;
-    pieces->lists[count] = new (memory) Piece{pieces->lists[count]};
+    pieces->bytes += pieceSize(size);
+    pieces->lists[list] = new (memory) Piece{pieces->lists[list]};
 }
 
 // Gives a piece to the system, but keeps the first one of a thread, which then has lists.
 void OrvMemoryPool::deallocateFirst(void* memory, std::size_t size) noexcept {
-    const bool isFirst = threadPieces == nullptr && limit.load(std::memory_order_relaxed) > 0;
-    if (memory == nullptr || size > largestSize || !isFirst) {
+    const bool isFirst = threadPieces == nullptr && keepsAny();
+    if (memory == nullptr || listOf(size) == noList || !isFirst) {
         ::operator delete(memory);
         return;
     }
@@ -145,6 +160,8 @@ void OrvMemoryPool::deallocateFirst(void* memory, std::size_t size) noexcept {
         deallocate(memory, size);
     }
 }
+
+bool OrvMemoryPool::keepsAny() noexcept { return limit.load(std::memory_order_relaxed) > 0; }
 
 void OrvMemoryPool::setLimit(std::size_t bytes) noexcept {
     limit = bytes;

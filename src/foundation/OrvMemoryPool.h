@@ -6,12 +6,13 @@
 #include <new>
 #include <vector>
 
-/// Keeps small pieces of memory that were given back, a list for each size and each thread, so that
-/// a compilation makes and drops its many small objects without asking the system each time.
+/// Keeps pieces of memory that were given back, a list for each size and each thread, so that a
+/// compilation makes and drops its many small objects without asking the system each time.
 ///
-/// It stands behind the operator new of counted objects, counts and bodies, and changes nothing of
-/// what these promise: every piece is an allocation of the global operator new, may be given back
-/// by another thread than the one that took it, and is then kept by that one. A thread keeps no
+/// It stands behind the operator new of counted objects, counts and bodies, and behind the regions
+/// in which most of them lie (OrvMemoryRegion). It changes nothing of what these promise: every
+/// piece is an allocation of the global operator new, may be given back by another thread than the
+/// one that took it, and is then kept by that one. A thread keeps no
 /// more than the limit; what is over goes back at once, and all of it when the thread ends or the
 /// library is unloaded. Builds that look for faults of memory use keep nothing, since a piece that
 /// is used again would hide them.
@@ -21,8 +22,11 @@ public:
 #ifdef EXPRPARSER_WITHOUT_POOL
     static constexpr std::size_t defaultLimit = 0;
 #else
-    static constexpr std::size_t defaultLimit = std::size_t{256} * 1024;
+    static constexpr std::size_t defaultLimit = std::size_t{1024} * 1024;
 #endif
+    /// The largest size of a piece that is kept, in bytes: small sizes in steps, and the powers of
+    /// two up to it.
+    static constexpr std::size_t largestChunk = std::size_t{64} * 1024;
 
     /// Memory for an object of `size` bytes, aligned as operator new does; throws std::bad_alloc.
     static void* allocate(std::size_t size);
@@ -33,6 +37,8 @@ public:
     /// is kept: what this thread has kept goes back at once, what another thread has when that
     /// ends.
     static void setLimit(std::size_t bytes) noexcept;
+    /// Whether the limit is more than nothing.
+    static bool keepsAny() noexcept;
 
 private:
     static void deallocateFirst(void* memory, std::size_t size) noexcept;

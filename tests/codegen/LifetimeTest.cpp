@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <iostream>
 #include <string>
 #include <vector>
 
@@ -14,6 +13,7 @@
 #include "foundation/Tracked.h"
 #include "support/AllocationCounter.h"
 #include "support/Corpus.h"
+#include "support/SilentErrors.h"
 
 namespace {
 
@@ -31,18 +31,6 @@ TEST(Lifetime, PointersAllocateNothing) {
     second->setLink(copies.back());
     EXPECT_EQ(AllocationCounter::live(), before);
 }
-
-/// Loses what is written to the standard error stream, where dropped characters are reported.
-class SilentErrors {
-public:
-    SilentErrors() : buffer_(std::cerr.rdbuf(nullptr)) {}
-    SilentErrors(const SilentErrors&) = delete;
-    SilentErrors& operator=(const SilentErrors&) = delete;
-    ~SilentErrors() { std::cerr.rdbuf(buffer_); }
-
-private:
-    std::streambuf* buffer_;
-};
 
 /// The beginning of a text, for a failing row.
 std::string shown(const std::string& text) { return text.substr(0, 200); }

@@ -1,0 +1,99 @@
+// The region stands at the beginning of its first chunk, behind the chunk's own fields, so that a
+// compilation of a few objects takes one piece of memory for each of its regions.
+#include "foundation/OrvMemoryRegion.h"
+
+#include <algorithm>
+#include <bit>
+#include <new>
+#include <utility>
+
+#include "foundation/OrvMemoryPool.h"
+
+namespace {
+
+constexpr std::size_t firstNodeChunk = 2048;
+constexpr std::size_t firstBodyChunk = 512;
+
+// Trivially destructible, so that unloading the library leaves nothing behind in a thread.
+thread_local OrvCompilationMemory* currentMemory = nullptr;
+
+/// What stands in front of a body: where its memory came from.
+struct BodyHeader {
+    OrvMemoryRegion* region;  // null where it came from the pool
+};
+
+}  // namespace
+
+OrvMemoryRegion::OrvMemoryRegion(Chunk* chunk)
+    : chunks_(chunk),
+      free_(reinterpret_cast<char*>(this + 1)),
+      end_(reinterpret_cast<char*>(chunk) + chunk->size) {}
+
+OrvMemoryRegion* OrvMemoryRegion::make(std::size_t firstChunk) {
+    auto* const chunk = new (OrvMemoryPool::allocate(firstChunk)) Chunk{nullptr, firstChunk};
+    return new (chunk + 1) OrvMemoryRegion(chunk);
+}
+
+// Each chunk is twice as large as the one before it, up to the largest that the pool keeps.
+void OrvMemoryRegion::addChunk(std::size_t bytes) {
+    const std::size_t usual = std::min(chunks_->size * 2, OrvMemoryPool::largestChunk);
+    const std::size_t size = std::max(usual, std::bit_ceil(bytes + sizeof(Chunk)));
+    chunks_ = new (OrvMemoryPool::allocate(size)) Chunk{chunks_, size};
+    free_ = reinterpret_cast<char*>(chunks_ + 1);
+    end_ = reinterpret_cast<char*>(chunks_) + size;
+}
+
+void OrvMemoryRegion::giveBack() noexcept {
+    for (Chunk* chunk = chunks_; chunk != nullptr;) {
+        Chunk* const doomed = std::exchange(chunk, chunk->next);
+        OrvMemoryPool::deallocate(doomed, doomed->size);
+    }
+}
+
+OrvCompilationMemory::OrvCompilationMemory() noexcept
+    : outer_(std::exchange(currentMemory, this)) {}
+
+OrvCompilationMemory::~OrvCompilationMemory() {
+    currentMemory = outer_;
+    for (OrvMemoryRegion* const region : {nodes_, bodies_}) {
+        if (region != nullptr) {
+            region->release();
+        }
+    }
+}
+
+OrvMemoryRegion* OrvCompilationMemory::nodes() {
+    OrvCompilationMemory* const memory = currentMemory;
+    if (memory != nullptr && memory->nodes_ == nullptr && OrvMemoryPool::keepsAny()) {
+        memory->nodes_ = OrvMemoryRegion::make(firstNodeChunk);
+    }
+    return memory != nullptr ? memory->nodes_ : nullptr;
+}
+
+OrvMemoryRegion* OrvCompilationMemory::bodies() {
+    OrvCompilationMemory* const memory = currentMemory;
+    if (memory != nullptr && memory->bodies_ == nullptr && OrvMemoryPool::keepsAny()) {
+        memory->bodies_ = OrvMemoryRegion::make(firstBodyChunk);
+    }
+    return memory != nullptr ? memory->bodies_ : nullptr;
+}
+
+void* OrvCompilationMemory::allocateBody(std::size_t size) {
+    OrvMemoryRegion* const region = bodies();
+    const std::size_t whole = sizeof(BodyHeader) + size;
+    void* const memory =
+        region != nullptr ? region->allocate(whole) : OrvMemoryPool::allocate(whole);
+    return new (memory) BodyHeader{region} + 1;
+}
+
+void OrvCompilationMemory::deallocateBody(void* body, std::size_t size) noexcept {
+    if (body == nullptr) {
+        return;
+    }
+    BodyHeader* const header = static_cast<BodyHeader*>(body) - 1;
+    if (header->region != nullptr) {
+        header->region->release();
+    } else {
+        OrvMemoryPool::deallocate(header, sizeof(BodyHeader) + size);
+    }
+}

@@ -1,0 +1,82 @@
+// The memory of what one compilation makes, in few large pieces.
+#pragma once
+
+#include <cstddef>
+
+/// Memory for many objects of one lifetime, which stand one behind the other in chunks.
+///
+/// An object keeps a pointer to its region and releases it when it ends; nothing of a region is
+/// used again before all of it goes, with its last object. So what is made together stands
+/// together, however often memory was taken and given back before, and taking and giving it back
+/// are a few instructions. Chunks come from OrvMemoryPool and grow with what is asked for.
+/// A region and its objects belong to one thread at a time.
+class __attribute__((visibility("default"))) OrvMemoryRegion {
+public:
+    OrvMemoryRegion(const OrvMemoryRegion&) = delete;
+    OrvMemoryRegion& operator=(const OrvMemoryRegion&) = delete;
+
+    /// A region that counts its maker as an object; `firstChunk` is a power of two, in bytes.
+    /// Throws std::bad_alloc.
+    static OrvMemoryRegion* make(std::size_t firstChunk);
+
+    /// Memory for one object more, aligned for a pointer; throws std::bad_alloc.
+    void* allocate(std::size_t size) {
+        const std::size_t bytes = (size + sizeof(void*) - 1) / sizeof(void*) * sizeof(void*);
+        if (bytes > static_cast<std::size_t>(end_ - free_)) {
+            addChunk(bytes);
+        }
+        void* const memory = free_;
+        free_ += bytes;
+        ++objects_;
+        return memory;
+    }
+    /// One object less: its own memory is not touched any more. With the last one the region goes.
+    void release() noexcept {
+        if (--objects_ == 0) {
+            giveBack();
+        }
+    }
+
+private:
+    struct Chunk {
+        Chunk* next;
+        std::size_t size;
+    };
+
+    explicit OrvMemoryRegion(Chunk* chunk);
+    void addChunk(std::size_t bytes);
+    void giveBack() noexcept;
+
+    Chunk* chunks_;  // the newest one first; the region stands in the oldest one
+    char* free_;
+    char* end_;
+    std::size_t objects_ = 1;
+};
+
+/// While it lives, the nodes and the bodies that this thread makes come from two regions of their
+/// own: nodes go with the compilation, bodies as late as its host wants.
+///
+/// Made on the stack around a compilation; another one inside it, by a host's dialogs, has regions
+/// of its own. Where the pool may keep nothing, every object is an allocation by itself.
+class __attribute__((visibility("default"))) OrvCompilationMemory {
+public:
+    OrvCompilationMemory() noexcept;
+    OrvCompilationMemory(const OrvCompilationMemory&) = delete;
+    OrvCompilationMemory& operator=(const OrvCompilationMemory&) = delete;
+    ~OrvCompilationMemory();
+
+    /// The region of this thread for nodes, or bodies; null outside a compilation. Throws
+    /// std::bad_alloc.
+    static OrvMemoryRegion* nodes();
+    static OrvMemoryRegion* bodies();
+
+    /// Memory for a body, which remembers its region; throws std::bad_alloc.
+    static void* allocateBody(std::size_t size);
+    /// Gives back what allocateBody() returned for the same size.
+    static void deallocateBody(void* body, std::size_t size) noexcept;
+
+private:
+    OrvCompilationMemory* outer_;
+    OrvMemoryRegion* nodes_ = nullptr;
+    OrvMemoryRegion* bodies_ = nullptr;
+};

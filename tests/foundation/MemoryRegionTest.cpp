@@ -1,0 +1,150 @@
+// What a compilation makes lies together, and all of it is given back.
+#include "foundation/OrvMemoryRegion.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <functional>
+#include <new>
+#include <string>
+#include <thread>
+#include <utility>
+#include <vector>
+
+#include "api/ExprParser.h"
+#include "api/RecordingDialogs.h"
+#include "foundation/OrvCyclicPtr.h"
+#include "foundation/OrvMemoryPool.h"
+#include "support/AllocationCounter.h"
+#include "support/Corpus.h"
+#include "support/SilentErrors.h"
+
+namespace {
+
+using AttributePtr = OrvCountedPtr<MMValueAbsExpr>;
+
+AttributePtr compileAttribute(const std::string& text) {
+    RecordingDialogs dialogs;
+    return ExprParser::parseAssociatedAttribute(dialogs, text);
+}
+
+constexpr std::size_t kept = std::size_t{1} << 20;
+
+/// Runs an action on a thread of its own, while the pool keeps pieces as it does for hosts, and
+/// says how many allocations are left when the thread has ended; a first run makes what the
+/// process keeps.
+std::ptrdiff_t leftBy(const std::function<void()>& action) {
+    std::ptrdiff_t before = 0;
+    for (int run = 0; run < 2; ++run) {
+        before = AllocationCounter::live();
+        OrvMemoryPool::setLimit(kept);
+        std::thread(action).join();
+        OrvMemoryPool::setLimit(0);
+    }
+    return AllocationCounter::live() - before;
+}
+
+struct Body : OrvCyclicPtrBody {
+    std::uint64_t content = 0;
+};
+
+TEST(MemoryRegion, BodiesOfACompilationLieOneBehindTheOther) {
+    constexpr std::size_t bodies = 10000;  // of several chunks
+    std::size_t neighbours = 0;
+    EXPECT_EQ(leftBy([&neighbours] {
+                  neighbours = 0;
+                  std::vector<OrvCyclicPtr<Body>> held;
+                  const OrvCompilationMemory memory;
+                  for (std::size_t i = 0; i < bodies; ++i) {
+                      held.emplace_back(new Body);
+                      const char* const end = reinterpret_cast<const char*>(held.back().get());
+                      const bool isNext =
+                          i > 0 && end - reinterpret_cast<const char*>(held[i - 1].get()) ==
+                                       sizeof(Body) + sizeof(void*);
+                      neighbours += isNext ? 1 : 0;
+                  }
+              }),
+              0);
+    EXPECT_GT(neighbours, bodies - bodies / 100);
+}
+
+TEST(MemoryRegion, CompilationsGiveBackWhatTheyTook) {
+    const SilentErrors silent;
+    const auto compileCorpus = [] {
+        for (const CorpusText& row : corpus()) {
+            (void)compileAttribute(row.text);
+        }
+    };
+    EXPECT_EQ(leftBy(compileCorpus), 0);
+}
+
+// The compiled expression is dropped by another thread than the one that made it.
+TEST(MemoryRegion, BodiesEndOnAnotherThread) {
+    EXPECT_EQ(leftBy([] {
+                  AttributePtr compiled = compileAttribute("$name = \"x\" and $type = \"y\"");
+                  std::thread([moved = std::move(compiled)]() mutable {
+                      EXPECT_TRUE(moved);
+                      moved = nullptr;
+                  }).join();
+              }),
+              0);
+}
+
+/// Compiles a text of its own whenever it is told something.
+class CompilingDialogs : public RecordingDialogs {
+public:
+    void showMessage(int /*line*/, int /*column*/, const std::string& /*source*/,
+                     const std::string& /*message*/, MessageSeverity /*severity*/,
+                     bool /*modal*/) override {
+        compiled.push_back(compileAttribute("$type = \"inner\""));
+    }
+
+    std::vector<AttributePtr> compiled;
+};
+
+TEST(MemoryRegion, CompilationInsideACompilationHasItsOwn) {
+    EXPECT_EQ(leftBy([] {
+                  CompilingDialogs dialogs;
+                  AttributePtr outer =
+                      ExprParser::parseAssociatedAttribute(dialogs, "$name = \"outer\"");
+                  EXPECT_TRUE(outer);
+                  ASSERT_EQ(dialogs.compiled.size(), 2U);
+                  dialogs.compiled.pop_back();
+                  outer = nullptr;
+                  EXPECT_TRUE(dialogs.compiled.front());
+              }),
+              0);
+}
+
+// Compiles with an allocation that fails after so many; returns whether one did.
+bool compileWithFailure(const std::string& text, long number) {
+    OrvMemoryPool::setLimit(0);  // gives back what is kept
+    OrvMemoryPool::setLimit(kept);
+    const FailingAllocation failing(number, number % 2 == 0);
+    try {
+        const AttributePtr compiled = compileAttribute(text);
+        EXPECT_TRUE(compiled || failing.hasFailed());
+    } catch (const std::bad_alloc&) {
+        EXPECT_TRUE(failing.hasFailed());  // of the abstraction
+    }
+    return failing.hasFailed();
+}
+
+// Chunks fail like any allocation: the compilation ends empty, and nothing is left.
+TEST(MemoryRegion, EveryChunkMayFail) {
+    std::string text = "$name = \"x\"";
+    constexpr int comparisons = 50;  // of several chunks
+    for (int i = 0; i < comparisons; ++i) {
+        text += " or $name = \"y\"";
+    }
+    EXPECT_EQ(leftBy([&text] {
+                  long number = 0;
+                  while (compileWithFailure(text, number)) {
+                      ++number;
+                  }
+                  EXPECT_GT(number, 4);
+              }),
+              0);
+}
+
+}  // namespace
