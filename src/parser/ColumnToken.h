@@ -61,10 +61,7 @@ public:
 
     /// Make this token another one: with a text of its own, or with one that stands in the input
     /// of the lexer and is valid as long as that.
-    void become(int number, std::string_view text, int line) {
-        assign(number, line);
-        assignText(text);
-    }
+    void become(int number, std::string_view text, int line);
     void becomeBorrowed(int number, std::string_view text, int line) {
         assign(number, line);
         borrowText(text);

@@ -28,8 +28,9 @@ public:
     /// Sets the token of which the ring consists at first; it must outlive the buffer's use.
     void setTemplate(const ColumnToken& tokenTemplate) { template_ = &tokenTemplate; }
 
-    /// The token `ahead` places on: 1 is the next one. Throws what the lexer throws. Valid until
-    /// somebody looks further.
+    /// The token that comes next. Throws what the lexer throws. Valid until somebody looks further.
+    const ColumnToken& look() { return next_ != nullptr ? *next_ : readNext(); }
+    /// The token `ahead` places on, of which look() is the first.
     const ColumnToken& look(std::size_t ahead) {
         if (count_ < ahead) {
             fill(ahead);
@@ -38,13 +39,15 @@ public:
     }
     /// Takes the next token, which is valid as one that is looked at.
     const ColumnToken& take() {
-        const ColumnToken& token = look(1);
+        const ColumnToken& token = look();
         first_ = (first_ + 1) & mask_;
         --count_;
+        next_ = count_ != 0 ? &tokens_[first_] : nullptr;
         return token;
     }
 
 private:
+    const ColumnToken& readNext();
     void fill(std::size_t count);
     void grow(std::size_t count);
 
@@ -56,4 +59,5 @@ private:
     std::size_t mask_ = 0;
     std::size_t first_ = 0;
     std::size_t count_ = 0;
+    const ColumnToken* next_ = nullptr;  // the first of those that were read, null for none
 };

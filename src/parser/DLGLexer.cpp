@@ -2,7 +2,9 @@
 // token that it accepts. The table is computed at compile time from the list of states below, each
 // of which names its transitions; a state is the set of texts that may still become the same
 // tokens. Actions stand in the functions act...(): one for ordinary text, one for comments, one
-// for the three quoted modes, which differ in their token numbers and their closing character.
+// for the three quoted modes, which differ in their token numbers and their closing character. What
+// is quoted and holds neither an escape nor a line end is a token of ordinary text; only what comes
+// before an escape is, too, and the quoted mode goes on from there.
 #include "parser/DLGLexer.h"
 
 #include <array>
@@ -71,8 +73,11 @@ enum State : std::uint8_t {
     REAL,
     IDENTIFIER,
     STRING_QUOTE,
+    STRING_WHOLE,
     ASSOCIATION_QUOTE,
+    ASSOCIATION_WHOLE,
     PATTERN_QUOTE,
+    PATTERN_WHOLE,
     COMMENT_STAR,
     COMMENT_END,
     COMMENT_TAB,
@@ -250,7 +255,16 @@ constexpr void addRun(Automaton& automaton, State start, std::string_view others
     automaton.token[run] = static_cast<std::uint8_t>(token);
 }
 
+// What is quoted and holds none of `others`, which begin with the closing character.
+constexpr void addWhole(Automaton& automaton, State quote, std::string_view others, State whole,
+                        TokenNumber token) {
+    automaton.onOther(quote, others, quote);
+    automaton.on(quote, others.substr(0, 1), whole);
+    automaton.token[whole] = static_cast<std::uint8_t>(token);
+}
+
 constexpr void addQuotes(Automaton& automaton) {
+    addWhole(automaton, STRING_QUOTE, "\"\\\r\n", STRING_WHOLE, TOKEN_STRING_LITERAL);
     automaton.on(START_STRING, "\"", STRING_END);
     automaton.token[STRING_END] = TOKEN_STRING_LITERAL;
     automaton.on(START_STRING, "\\", STRING_BACKSLASH);
@@ -258,6 +272,7 @@ constexpr void addQuotes(Automaton& automaton) {
     addLineEnds(automaton, START_STRING, STRING_RETURN, TOKEN_STRING_RETURN_NEWLINE);
     addRun(automaton, START_STRING, "\"\\\r\n", STRING_TEXT, TOKEN_STRING_TEXT);
 
+    addWhole(automaton, ASSOCIATION_QUOTE, "]\\\r\n", ASSOCIATION_WHOLE, TOKEN_ASSOCIATION_NAME);
     automaton.on(START_ASSOCIATION, "]", ASSOCIATION_END);
     automaton.token[ASSOCIATION_END] = TOKEN_ASSOCIATION_NAME;
     automaton.on(START_ASSOCIATION, "\\", ASSOCIATION_BACKSLASH);
@@ -265,6 +280,7 @@ constexpr void addQuotes(Automaton& automaton) {
     addLineEnds(automaton, START_ASSOCIATION, ASSOCIATION_RETURN, TOKEN_ASSOCIATION_RETURN_NEWLINE);
     addRun(automaton, START_ASSOCIATION, "]\\\r\n", ASSOCIATION_TEXT, TOKEN_ASSOCIATION_TEXT);
 
+    addWhole(automaton, PATTERN_QUOTE, "`\r\n", PATTERN_WHOLE, TOKEN_REGULAR_EXPRESSION);
     automaton.on(START_PATTERN, "`", PATTERN_END);
     automaton.token[PATTERN_END] = TOKEN_REGULAR_EXPRESSION;
     addLineEnds(automaton, START_PATTERN, PATTERN_RETURN, TOKEN_PATTERN_RETURN_NEWLINE);
@@ -272,7 +288,13 @@ constexpr void addQuotes(Automaton& automaton) {
 }
 
 // Operators and numbers are tokens as they stand.
-constexpr DLGAutomaton::Effect effectOf(int token) {
+constexpr DLGAutomaton::Effect effectOf(std::size_t state, int token) {
+    if (state == STRING_WHOLE || state == ASSOCIATION_WHOLE || state == PATTERN_WHOLE) {
+        return DLGAutomaton::Effect::quoted;
+    }
+    if (state == IDENTIFIER) {
+        return DLGAutomaton::Effect::word;
+    }
     if (token == TOKEN_INVALID) {
         return DLGAutomaton::Effect::invalid;
     }
@@ -292,7 +314,7 @@ constexpr Automaton makeAutomaton() {
     addComment(automaton);
     addQuotes(automaton);
     for (std::size_t state = 0; state < STATE_COUNT; ++state) {
-        automaton.effect[state] = effectOf(automaton.token[state]);
+        automaton.effect[state] = effectOf(state, automaton.token[state]);
     }
     return automaton;
 }
@@ -330,6 +352,8 @@ DLGLexerBase::Outcome DLGLexer::act(int& number) {
     }
 }
 
+int DLGLexer::wordNumber(std::string_view word) const { return keywords_.lookup(word); }
+
 DLGLexerBase::Outcome DLGLexer::actAtEnd(int& number) {
     switch (mode()) {
         case MODE_TEXT:
@@ -343,7 +367,7 @@ DLGLexerBase::Outcome DLGLexer::actAtEnd(int& number) {
     }
 }
 
-DLGLexerBase::Outcome DLGLexer::actInText(int& number) {
+DLGLexerBase::Outcome DLGLexer::actInText(int number) {
     switch (number) {
         case TOKEN_TAB:
             tab();
@@ -362,13 +386,8 @@ DLGLexerBase::Outcome DLGLexer::actInText(int& number) {
             return openQuotes(MODE_STRING);
         case TOKEN_ASSOCIATION_START:
             return openQuotes(MODE_ASSOCIATION);
-        case TOKEN_PATTERN_START:
-            return openQuotes(MODE_PATTERN);
-        case TOKEN_VARIABLE_OR_FUNCTION:
-            number = keywords_.lookup(lexeme());
-            return Outcome::token;
         default:
-            return Outcome::token;
+            return openQuotes(MODE_PATTERN);
     }
 }
 
@@ -383,8 +402,9 @@ DLGLexerBase::Outcome DLGLexer::actInComment(int number) {
     return Outcome::skip;
 }
 
+// The lexeme is the quote with what stands before the first escape or line end.
 DLGLexerBase::Outcome DLGLexer::openQuotes(int mode) {
-    beginText();
+    appendText(lexeme().substr(1));
     setMode(mode);
     return Outcome::more;
 }

@@ -27,10 +27,11 @@ public:
 
 protected:
     Outcome act(int& number) override;
+    int wordNumber(std::string_view word) const override;
     Outcome actAtEnd(int& number) override;
 
 private:
-    Outcome actInText(int& number);
+    Outcome actInText(int number);
     Outcome actInComment(int number);
     Outcome actInQuotes(int number);
     Outcome openQuotes(int mode);

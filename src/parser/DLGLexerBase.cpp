@@ -25,66 +25,67 @@ void DLGLexerBase::fail(const std::string& message) const {
 
 void DLGLexerBase::newline() {
     ++line_;
-    endColumn_ = 0;
+    setEndColumn(0);
 }
 
 void DLGLexerBase::tab() {
     constexpr int tabWidth = 8;
-    endColumn_ = (endColumn_ - 1) / tabWidth * tabWidth + tabWidth;
+    setEndColumn((endColumn() - 1) / tabWidth * tabWidth + tabWidth);
 }
 
 // Of a token that is not complete: what it consists of, the lexeme recognised last included.
-std::string DLGLexerBase::textSoFar() const {
-    return (isGathering_ ? std::string(gathered_) : std::string()).append(lexeme_);
-}
+std::string DLGLexerBase::textSoFar() const { return std::string(text_).append(lexeme_); }
 
 void DLGLexerBase::appendToOwnText(std::string_view text) {
     if (!hasOwnText_) {
-        ownText_.assign(gathered_);
+        ownText_.assign(text_);
         hasOwnText_ = true;
     }
     ownText_.append(text);
-    gathered_ = ownText_;
+    text_ = ownText_;
 }
 
-// In every mode but ordinary text, a token's text is what actions make of it.
-void DLGLexerBase::beginLexeme() {
-    isGathering_ = false;
+// The memory of a token that was longer than the buffer is not kept until the end of the text.
+void DLGLexerBase::dropOwnText() {
+    if (ownText_.capacity() > bufferSize_) {
+        ownText_ = std::string();
+    }
     hasOwnText_ = false;
-    if (mode_ != 0) {
-        beginText();
-    } else {
-        const char* const blanks = input_->rest();
-        const char* rest = blanks;
+}
+
+inline void DLGLexerBase::beginLexeme() {
+    if (hasOwnText_) {
+        dropOwnText();
+    }
+    text_ = {};
+    if (mode_ == 0) {
+        const char* rest = input_->rest();
         while (*rest == ' ') {
             ++rest;
         }
         input_->advanceTo(rest);
-        endColumn_ += static_cast<int>(rest - blanks);
     }
-    beginColumn_ = endColumn_ + 1;
+    beginColumn_ = endColumn() + 1;
     beginOffset_ = input_->offset();
 }
 
 // Reads while there are transitions; returns the state reached. Most bytes leave the automaton
 // where it is: the inner loop passes over them without waiting for a state.
-std::size_t DLGLexerBase::runAutomaton() {
+inline std::size_t DLGLexerBase::runAutomaton() {
     auto state = static_cast<std::size_t>(mode_);
     const char* const begin = input_->rest();
     const char* end = begin;
-    for (std::size_t to = state; to != DLGAutomaton::noState;) {
+    std::size_t to = automaton_.next[state][static_cast<unsigned char>(*end)];
+    while (to != DLGAutomaton::noState) {
         state = to;
         const std::uint8_t* const row = automaton_.next[state].data();
-        while (row[static_cast<unsigned char>(*end)] == state) {
+        do {
             ++end;
-        }
-        to = row[static_cast<unsigned char>(*end)];
-        end += to != DLGAutomaton::noState ? 1 : 0;
+            to = row[static_cast<unsigned char>(*end)];
+        } while (to == state);
     }
-    const auto length = static_cast<std::size_t>(end - begin);
-    lexeme_ = std::string_view(begin, length);
+    lexeme_ = std::string_view(begin, static_cast<std::size_t>(end - begin));
     input_->advanceTo(end);
-    endColumn_ += static_cast<int>(length);
     return state;
 }
 
@@ -96,71 +97,82 @@ void DLGLexerBase::reportInvalid(const InvalidToken& invalid) {
 void DLGLexerBase::dropInvalid() {
     ++lexicalErrorCount_;
     const std::size_t end = input_->offset() + (input_->peek() >= 0 ? 1U : 0U);
-    reportInvalid({line_, beginColumn_, beginOffset_, end, endColumn_ + 1, input_->offset()});
+    reportInvalid({line_, beginColumn_, beginOffset_, end, endColumn() + 1, input_->offset()});
     if (input_->peek() >= 0) {
         input_->advance();
-        ++endColumn_;
     }
 }
 
-DLGLexerBase::Outcome DLGLexerBase::recognizeLexeme(int& number) {
-    if (input_->peek() < 0) {
-        lexeme_ = {};
-        return actAtEnd(number);
-    }
-    const std::size_t state = runAutomaton();
-    number = automaton_.token[state];
+DLGLexerBase::Outcome DLGLexerBase::endLexeme(std::size_t state, int& number) {
     switch (automaton_.effect[state]) {
-        case DLGAutomaton::Effect::token:
-            return Outcome::token;
         case DLGAutomaton::Effect::action:
             return act(number);
-        case DLGAutomaton::Effect::invalid:
-            dropInvalid();
-            return Outcome::skip;
         case DLGAutomaton::Effect::skip:
+            return Outcome::skip;
+        default:
             break;
     }
+    if (lexeme_.empty() && input_->peek() < 0) {
+        return actAtEnd(number);
+    }
+    dropInvalid();
     return Outcome::skip;
 }
 
-// Goes on to the end of the next token; returns its number. The memory of a token that was longer
-// than the buffer is not kept until the end of the text.
-int DLGLexerBase::recognize() {
-    if (hasOwnText_ && ownText_.capacity() > bufferSize_) {
-        ownText_ = std::string();
+// Ends the lexeme that the automaton left in `state`, and the token of which it is a part, if it
+// is: then `token` becomes that, else there is none yet.
+bool DLGLexerBase::endByAction(std::size_t state, ColumnToken& token) {
+    int number = automaton_.token[state];
+    Outcome outcome = endLexeme(state, number);
+    while (outcome == Outcome::more) {
+        const std::size_t next = runAutomaton();
+        number = automaton_.token[next];
+        outcome = endLexeme(next, number);
     }
-    for (;;) {
-        beginLexeme();
-        int number = TOKEN_INVALID;
-        Outcome outcome = Outcome::more;
-        while (outcome == Outcome::more) {
-            outcome = recognizeLexeme(number);
-        }
-        if (outcome == Outcome::token) {
-            return number;
-        }
+    if (outcome != Outcome::token) {
+        return false;
     }
+    if (hasOwnText_) {
+        token.become(number, ownText_, line_);
+    } else {
+        token.becomeBorrowed(number, text_, line_);
+    }
+    return true;
 }
 
-void DLGLexerBase::place(ColumnToken& token) const {
-    token.setColumn(beginColumn_);
-    token.setOffsets(beginOffset_, input_->offset());
+// Reads one lexeme; most are a whole token.
+inline bool DLGLexerBase::recognize(ColumnToken& token) {
+    beginLexeme();
+    const std::size_t state = runAutomaton();
+    switch (automaton_.effect[state]) {
+        case DLGAutomaton::Effect::token:
+            token.becomeBorrowed(automaton_.token[state], lexeme_, line_);
+            return true;
+        case DLGAutomaton::Effect::word:
+            token.becomeBorrowed(wordNumber(lexeme_), lexeme_, line_);
+            return true;
+        case DLGAutomaton::Effect::quoted:
+            lexeme_.remove_prefix(1);
+            token.becomeBorrowed(automaton_.token[state], lexeme_.substr(0, lexeme_.size() - 1),
+                                 line_);
+            return true;
+        default:
+            return endByAction(state, token);
+    }
 }
 
 TokenPtr DLGLexerBase::nextToken(const ColumnToken& tokenTemplate) {
-    const int number = recognize();
-    TokenPtr token = tokenTemplate.makeToken(number, tokenText(), line_);
-    place(*token);
+    ColumnToken read;
+    readToken(read);
+    TokenPtr token = tokenTemplate.makeToken(read.getNumber(), read.text(), read.getLine());
+    token->setColumn(read.getColumn());
+    token->setOffsets(read.getOffset(), read.getEndOffset());
     return token;
 }
 
 void DLGLexerBase::readToken(ColumnToken& token) {
-    const int number = recognize();
-    if (hasOwnText_) {
-        token.become(number, ownText_, line_);
-    } else {
-        token.becomeBorrowed(number, tokenText(), line_);
+    while (!recognize(token)) {
     }
-    place(token);
+    token.setColumn(beginColumn_);
+    token.setOffsets(beginOffset_, input_->offset());
 }

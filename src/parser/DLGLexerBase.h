@@ -28,9 +28,10 @@ struct DLGAutomaton {
     static constexpr std::size_t maximumStates = 96;
     static constexpr std::uint8_t noState = 0xFF;
 
-    /// What becomes of a lexeme: it is no token, the token of the state, nothing, or what the
-    /// lexer's action decides.
-    enum class Effect : std::uint8_t { invalid, token, skip, action };
+    /// What becomes of a lexeme: it is no token, the token of the state, a word, whose token the
+    /// lexer looks up, the token of the state with the text between two quotes, nothing, or what
+    /// the lexer's action decides.
+    enum class Effect : std::uint8_t { invalid, token, word, quoted, skip, action };
 
     std::array<std::array<std::uint8_t, 256>, maximumStates> next{};
     std::array<std::uint8_t, maximumStates> token{};
@@ -87,6 +88,8 @@ protected:
     /// Runs the action of the state at which the automaton stopped, for a state that has one;
     /// `number` is the token to return, and may be changed.
     virtual Outcome act(int& number) = 0;
+    /// The number of the token that a word is.
+    virtual int wordNumber(std::string_view word) const = 0;
     /// Runs the action of the end of the input, met where a lexeme would start.
     virtual Outcome actAtEnd(int& number) = 0;
 
@@ -100,16 +103,10 @@ protected:
     // What actions work on.
     /// What the automaton recognised last, as it stands in the input.
     std::string_view lexeme() const { return lexeme_; }
-    /// From here on, the text of the token is what actions append to it, and nothing else.
-    void beginText() {
-        isGathering_ = true;
-        hasOwnText_ = false;
-        gathered_ = {};
-    }
-    /// Appends a piece of the input, or a constant.
+    /// Appends a piece of the input, or a constant, to the text of the token.
     void appendText(std::string_view text) {
-        if (gathered_.empty()) {
-            gathered_ = text;
+        if (text_.empty()) {
+            text_ = text;
         } else {
             appendToOwnText(text);
         }
@@ -123,28 +120,34 @@ private:
 
     [[noreturn]] void failMode(int mode) const;
     void appendToOwnText(std::string_view text);
+    void dropOwnText();
     void beginLexeme();
     std::size_t runAutomaton();
-    Outcome recognizeLexeme(int& number);
+    Outcome endLexeme(std::size_t state, int& number);
+    bool endByAction(std::size_t state, ColumnToken& token);
+    bool recognize(ColumnToken& token);
     void dropInvalid();
-    int recognize();
-    std::string_view tokenText() const { return isGathering_ ? gathered_ : lexeme_; }
     std::string textSoFar() const;
-    void place(ColumnToken& token) const;
+    int endColumn() const { return static_cast<int>(input_->offset() - columnOrigin_); }
+    void setEndColumn(int column) {
+        columnOrigin_ = input_->offset() - static_cast<std::size_t>(column);
+    }
 
     DLGStringInput* input_;
     std::ostream& errorStream_;
     const DLGAutomaton& automaton_;
     std::size_t bufferSize_;
     std::string_view lexeme_;
-    // The text that actions gathered: one piece as it stands where it came from, or several.
-    std::string_view gathered_;
+    // What actions made of the token before that: one piece as it stands where it came from, or
+    // several.
+    std::string_view text_;
     std::string ownText_;
-    bool isGathering_ = false;
     bool hasOwnText_ = false;
     int mode_ = 0;
     int line_ = 1;
-    int endColumn_ = 0;
+    // The bytes before this one have no column in the line; behind a tab it lies before the line,
+    // so that differences are taken as modulo numbers.
+    std::size_t columnOrigin_ = 0;
     int beginColumn_ = 1;
     std::size_t beginOffset_ = 0;
     int lexicalErrorCount_ = 0;

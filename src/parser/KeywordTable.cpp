@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 #include "foundation/OrvPinnedRegistry.h"
 #include "parser/TokenNumber.h"
@@ -25,15 +26,32 @@ constexpr std::array<KeywordTable::Entry, 27> keywords = {{
     {"boolean", TOKEN_BOOLEAN},
 }};
 
+// Of a word that is not empty.
+constexpr std::size_t hashOf(std::string_view word) {
+    const auto first = static_cast<unsigned char>(word.front());
+    const auto last = static_cast<unsigned char>(word.back());
+    return (first + std::size_t{5} * last + word.size()) % 128;
+}
+
+constexpr bool haveHashesOfTheirOwn() {
+    std::array<bool, 128> taken{};
+    for (const KeywordTable::Entry& keyword : keywords) {
+        if (std::exchange(taken[hashOf(keyword.word)], true)) {
+            return false;
+        }
+    }
+    return true;
+}
+
+static_assert(haveHashesOfTheirOwn(), "Two keywords have the same hash: choose other factors.");
+
 }  // namespace
 
 KeywordTable::KeywordTable() : entries_(keywords.begin(), keywords.end()) {
     std::sort(entries_.begin(), entries_.end(),
               [](const Entry& left, const Entry& right) { return left.word < right.word; });
-    firstOf_.fill(static_cast<std::uint8_t>(entries_.size()));
-    for (std::size_t i = entries_.size(); i > 0; --i) {
-        firstOf_[static_cast<unsigned char>(entries_[i - 1].word.front())] =
-            static_cast<std::uint8_t>(i - 1);
+    for (const Entry& entry : entries_) {
+        entryOf_[hashOf(entry.word)] = &entry;
     }
 }
 
@@ -44,12 +62,7 @@ const OrvCountedPtr<KeywordTable>& KeywordTable::instance() {
 }
 
 int KeywordTable::lookup(std::string_view word) const {
-    const unsigned char begin = word.empty() ? 0 : static_cast<unsigned char>(word.front());
-    for (std::size_t i = firstOf_[begin];
-         i < entries_.size() && entries_[i].word.front() == word.front(); ++i) {
-        if (entries_[i].word == word) {
-            return entries_[i].tokenNumber;
-        }
-    }
-    return TOKEN_VARIABLE_OR_FUNCTION;
+    const Entry* const entry = word.empty() ? nullptr : entryOf_[hashOf(word)];
+    const bool isKeyword = entry != nullptr && entry->word == word;
+    return isKeyword ? entry->tokenNumber : TOKEN_VARIABLE_OR_FUNCTION;
 }

@@ -2,7 +2,6 @@
 #pragma once
 
 #include <array>
-#include <cstdint>
 #include <string_view>
 #include <vector>
 
@@ -13,6 +12,8 @@
 class KeywordTable {
 public:
     KeywordTable();
+    KeywordTable(const KeywordTable&) = delete;
+    KeywordTable& operator=(const KeywordTable&) = delete;
 
     static const OrvCountedPtr<KeywordTable>& instance();
 
@@ -29,5 +30,5 @@ public:
 
 private:
     std::vector<Entry> entries_;
-    std::array<std::uint8_t, 256> firstOf_{};  // where the words that begin with a byte begin
+    std::array<const Entry*, 128> entryOf_{};  // of each hash of a word; null for none
 };
