@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <utility>
 
 #include "ast/SourceSpan.h"
 #include "foundation/OrvCountedPtr.h"
@@ -63,8 +64,8 @@ private:
 /// The root of a tree: a whole expression.
 class SpecificationNode : public ASTNode {
 public:
-    explicit SpecificationNode(const OrvCountedPtr<ExpressionNode>& expr)
-        : ASTNode(NodeKind::specification), expr_(expr) {}
+    explicit SpecificationNode(OrvCountedPtr<ExpressionNode> expr)
+        : ASTNode(NodeKind::specification), expr_(std::move(expr)) {}
     void accept(ASTVisitor& visitor) override;
 
     const OrvCountedPtr<ExpressionNode>& getExpr() const { return expr_; }

@@ -13,15 +13,12 @@ void ASTVisitor::failDepth(const ASTNode& node) {
 }
 
 const std::string& anchorName(AnchorKind anchorKind) {
-    static const std::array<std::string, 3> names = {"this", "current", "model"};
+    static const std::array<std::string, 3> names = {std::string(anchorText(AnchorKind::THIS)),
+                                                     std::string(anchorText(AnchorKind::CURRENT)),
+                                                     std::string(anchorText(AnchorKind::MODEL))};
     const auto index = static_cast<std::size_t>(anchorKind);
     return names[index < names.size() ? index : 0];
 }
-
-PathNode::PathNode(AnchorKind anchorKind, const AssociationPtr& association)
-    : PathNode(anchorName(anchorKind), association) {}
-
-bool PathNode::isAnchor(AnchorKind anchorKind) const { return anchor_ == anchorName(anchorKind); }
 
 void SpecificationNode::accept(ASTVisitor& visitor) { visitor.visitSpecification(*this); }
 void UniversalQuantifierNode::accept(ASTVisitor& visitor) {

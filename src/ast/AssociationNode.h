@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 
 #include "ast/ASTNode.h"
@@ -18,9 +19,9 @@ class AssociationNode : public ASTNode {
 public:
     AssociationKind getAssociationKind() const { return associationKind_; }
     const OrvCountedPtr<AssociationNode>& getChild() const { return child_; }
-    void setChild(const OrvCountedPtr<AssociationNode>& child) { child_ = child; }
+    void setChild(OrvCountedPtr<AssociationNode> child) { child_ = std::move(child); }
     const OrvCountedPtr<AssociationNode>& getSibling() const { return sibling_; }
-    void setSibling(const OrvCountedPtr<AssociationNode>& sibling) { sibling_ = sibling; }
+    void setSibling(OrvCountedPtr<AssociationNode> sibling) { sibling_ = std::move(sibling); }
 
     /// The symbol of the label that the step uses or declares; set by the type checker.
     const OrvCountedPtr<LabelSymbol>& getLabelSymbol() const { return labelSymbol_; }
@@ -41,7 +42,7 @@ private:
 /// follows there.
 class ReferenceAssociationNode : public AssociationNode {
 public:
-    explicit ReferenceAssociationNode(const std::string& name)
+    explicit ReferenceAssociationNode(std::string_view name)
         : AssociationNode(AssociationKind::reference), name_(name) {}
     void accept(ASTVisitor& visitor) override;
 
@@ -54,8 +55,8 @@ private:
 /// A step along an association: "label: ^ _ [name] { condition }".
 class DefinitionAssociationNode : public AssociationNode {
 public:
-    explicit DefinitionAssociationNode(std::string name)
-        : AssociationNode(AssociationKind::definition), name_(std::move(name)) {}
+    explicit DefinitionAssociationNode(std::string_view name)
+        : AssociationNode(AssociationKind::definition), name_(name) {}
     void accept(ASTVisitor& visitor) override;
 
     const std::string& getName() const { return name_; }
@@ -64,11 +65,13 @@ public:
     void setNameSpan(const SourceSpan& span) { nameSpan_ = span; }
 
     const OrvCountedPtr<ExpressionNode>& getCondition() const { return condition_; }
-    void setCondition(const OrvCountedPtr<ExpressionNode>& condition) { condition_ = condition; }
+    void setCondition(OrvCountedPtr<ExpressionNode> condition) {
+        condition_ = std::move(condition);
+    }
 
     /// The label that the step declares; empty where it declares none.
     const std::string& getLabel() const { return label_; }
-    void setLabel(const std::string& label) { label_ = label; }
+    void setLabel(std::string_view label) { label_ = label; }
 
     /// Whether the objects reached belong to the result although a step follows.
     bool getAddToResult() const { return addToResult_; }

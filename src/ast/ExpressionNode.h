@@ -3,11 +3,13 @@
 
 #include <cstdint>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <vector>
 
 #include "ast/ASTNode.h"
 #include "ast/AssociationNode.h"
+#include "foundation/OrvMemoryPool.h"
 
 class FunctionSymbol;
 class TypeExpression;
@@ -91,9 +93,9 @@ public:
     void setBoundVariable(const OrvCountedPtr<VariableSymbol>& symbol) { boundVariable_ = symbol; }
 
 protected:
-    QuantifierNode(ExpressionKind kind, const std::string& name, const ExpressionPtr& source,
-                   const ExpressionPtr& expr)
-        : ExpressionNode(kind), name_(name), source_(source), expr_(expr) {}
+    QuantifierNode(ExpressionKind kind, std::string_view name, ExpressionPtr source,
+                   ExpressionPtr expr)
+        : ExpressionNode(kind), name_(name), source_(std::move(source)), expr_(std::move(expr)) {}
 
 private:
     std::string name_;
@@ -105,18 +107,18 @@ private:
 /// "for_all name in source => expr".
 class UniversalQuantifierNode : public QuantifierNode {
 public:
-    UniversalQuantifierNode(const std::string& name, const ExpressionPtr& source,
-                            const ExpressionPtr& expr)
-        : QuantifierNode(ExpressionKind::universalQuantifier, name, source, expr) {}
+    UniversalQuantifierNode(std::string_view name, ExpressionPtr source, ExpressionPtr expr)
+        : QuantifierNode(ExpressionKind::universalQuantifier, name, std::move(source),
+                         std::move(expr)) {}
     void accept(ASTVisitor& visitor) override;
 };
 
 /// "there_exists name in source => expr".
 class ExistentialQuantifierNode : public QuantifierNode {
 public:
-    ExistentialQuantifierNode(const std::string& name, const ExpressionPtr& source,
-                              const ExpressionPtr& expr)
-        : QuantifierNode(ExpressionKind::existentialQuantifier, name, source, expr) {}
+    ExistentialQuantifierNode(std::string_view name, ExpressionPtr source, ExpressionPtr expr)
+        : QuantifierNode(ExpressionKind::existentialQuantifier, name, std::move(source),
+                         std::move(expr)) {}
     void accept(ASTVisitor& visitor) override;
 };
 
@@ -124,8 +126,11 @@ public:
 /// `lhs` that may be as long as a text: see LeftSpine.
 class BinaryExpressionNode : public ExpressionNode {
 public:
-    BinaryExpressionNode(BinaryOperator op, const ExpressionPtr& lhs, const ExpressionPtr& rhs)
-        : ExpressionNode(ExpressionKind::binaryExpression), op_(op), lhs_(lhs), rhs_(rhs) {}
+    BinaryExpressionNode(BinaryOperator op, ExpressionPtr lhs, ExpressionPtr rhs)
+        : ExpressionNode(ExpressionKind::binaryExpression),
+          op_(op),
+          lhs_(std::move(lhs)),
+          rhs_(std::move(rhs)) {}
     void accept(ASTVisitor& visitor) override;
 
     BinaryOperator getOp() const { return op_; }
@@ -141,8 +146,8 @@ private:
 /// "-expr" or "not expr".
 class UnaryExpressionNode : public ExpressionNode {
 public:
-    UnaryExpressionNode(UnaryOperator op, const ExpressionPtr& expr)
-        : ExpressionNode(ExpressionKind::unaryExpression), op_(op), expr_(expr) {}
+    UnaryExpressionNode(UnaryOperator op, ExpressionPtr expr)
+        : ExpressionNode(ExpressionKind::unaryExpression), op_(op), expr_(std::move(expr)) {}
     void accept(ASTVisitor& visitor) override;
 
     UnaryOperator getOp() const { return op_; }
@@ -171,12 +176,11 @@ private:
 /// A comparison.
 class RelationalExpressionNode : public ResolvedFunctionNode {
 public:
-    RelationalExpressionNode(RelationalOperator op, const ExpressionPtr& lhs,
-                             const ExpressionPtr& rhs)
+    RelationalExpressionNode(RelationalOperator op, ExpressionPtr lhs, ExpressionPtr rhs)
         : ResolvedFunctionNode(ExpressionKind::relationalExpression),
           op_(op),
-          lhs_(lhs),
-          rhs_(rhs) {}
+          lhs_(std::move(lhs)),
+          rhs_(std::move(rhs)) {}
     void accept(ASTVisitor& visitor) override;
 
     RelationalOperator getOp() const { return op_; }
@@ -192,10 +196,10 @@ private:
 /// A function applied to its argument; several arguments are one tuple.
 class ApplicationExpressionNode : public ResolvedFunctionNode {
 public:
-    ApplicationExpressionNode(std::string name, const ExpressionPtr& expr)
+    ApplicationExpressionNode(std::string_view name, ExpressionPtr expr)
         : ResolvedFunctionNode(ExpressionKind::applicationExpression),
-          name_(std::move(name)),
-          expr_(expr) {}
+          name_(name),
+          expr_(std::move(expr)) {}
     void accept(ASTVisitor& visitor) override;
 
     const std::string& getName() const { return name_; }
@@ -209,8 +213,10 @@ private:
 /// "map { function } over source".
 class MapExpressionNode : public ExpressionNode {
 public:
-    MapExpressionNode(const ExpressionPtr& function, const ExpressionPtr& source)
-        : ExpressionNode(ExpressionKind::mapExpression), function_(function), source_(source) {}
+    MapExpressionNode(ExpressionPtr function, ExpressionPtr source)
+        : ExpressionNode(ExpressionKind::mapExpression),
+          function_(std::move(function)),
+          source_(std::move(source)) {}
     void accept(ASTVisitor& visitor) override;
 
     const ExpressionPtr& getFunction() const { return function_; }
@@ -224,10 +230,10 @@ private:
 /// "filter { predicate } over source".
 class FilterExpressionNode : public ExpressionNode {
 public:
-    FilterExpressionNode(const ExpressionPtr& predicate, const ExpressionPtr& source)
+    FilterExpressionNode(ExpressionPtr predicate, ExpressionPtr source)
         : ExpressionNode(ExpressionKind::filterExpression),
-          predicate_(predicate),
-          source_(source) {}
+          predicate_(std::move(predicate)),
+          source_(std::move(source)) {}
     void accept(ASTVisitor& visitor) override;
 
     const ExpressionPtr& getPredicate() const { return predicate_; }
@@ -241,8 +247,10 @@ private:
 /// "traverse { path } over source".
 class TraverseExpressionNode : public ExpressionNode {
 public:
-    TraverseExpressionNode(const ExpressionPtr& path, const ExpressionPtr& source)
-        : ExpressionNode(ExpressionKind::traverseExpression), path_(path), source_(source) {}
+    TraverseExpressionNode(ExpressionPtr path, ExpressionPtr source)
+        : ExpressionNode(ExpressionKind::traverseExpression),
+          path_(std::move(path)),
+          source_(std::move(source)) {}
     void accept(ASTVisitor& visitor) override;
 
     const ExpressionPtr& getPath() const { return path_; }
@@ -256,8 +264,8 @@ private:
 /// One key of a sort: a value, not a node.
 class SortKey {
 public:
-    explicit SortKey(const ExpressionPtr& expr, bool isAscending = true)
-        : expr_(expr), isAscending_(isAscending) {}
+    explicit SortKey(ExpressionPtr expr, bool isAscending = true)
+        : expr_(std::move(expr)), isAscending_(isAscending) {}
 
     const ExpressionPtr& getExpr() const { return expr_; }
     bool isAscending() const { return isAscending_; }
@@ -275,8 +283,10 @@ private:
 /// "sort { key } & sortd { key } over source".
 class SortExpressionNode : public ExpressionNode {
 public:
-    explicit SortExpressionNode(std::vector<SortKey> keys = {}, const ExpressionPtr& source = {})
-        : ExpressionNode(ExpressionKind::sortExpression), keys_(std::move(keys)), source_(source) {}
+    explicit SortExpressionNode(std::vector<SortKey> keys = {}, ExpressionPtr source = {})
+        : ExpressionNode(ExpressionKind::sortExpression),
+          keys_(std::move(keys)),
+          source_(std::move(source)) {}
     void accept(ASTVisitor& visitor) override;
 
     const std::vector<SortKey>& getKeys() const { return keys_; }
@@ -306,12 +316,11 @@ private:
 /// "let name = source in expr".
 class LetExpressionNode : public ResultTypeNode {
 public:
-    LetExpressionNode(const std::string& name, const ExpressionPtr& source,
-                      const ExpressionPtr& expr)
+    LetExpressionNode(std::string_view name, ExpressionPtr source, ExpressionPtr expr)
         : ResultTypeNode(ExpressionKind::letExpression),
           name_(name),
-          source_(source),
-          expr_(expr) {}
+          source_(std::move(source)),
+          expr_(std::move(expr)) {}
     void accept(ASTVisitor& visitor) override;
 
     const std::string& getName() const { return name_; }
@@ -332,12 +341,11 @@ private:
 /// "if test then then else else".
 class IfExpressionNode : public ResultTypeNode {
 public:
-    IfExpressionNode(const ExpressionPtr& test, const ExpressionPtr& thenBranch,
-                     const ExpressionPtr& elseBranch)
+    IfExpressionNode(ExpressionPtr test, ExpressionPtr thenBranch, ExpressionPtr elseBranch)
         : ResultTypeNode(ExpressionKind::ifExpression),
-          test_(test),
-          then_(thenBranch),
-          else_(elseBranch) {}
+          test_(std::move(test)),
+          then_(std::move(thenBranch)),
+          else_(std::move(elseBranch)) {}
     void accept(ASTVisitor& visitor) override;
 
     const ExpressionPtr& getTest() const { return test_; }
@@ -353,16 +361,18 @@ private:
 /// "(a, b, c)".
 class TupleExpressionNode : public ExpressionNode {
 public:
+    using Elements = OrvPoolVector<ExpressionPtr>;
+
     TupleExpressionNode() : ExpressionNode(ExpressionKind::tupleExpression) {}
-    explicit TupleExpressionNode(std::vector<ExpressionPtr> elements)
+    explicit TupleExpressionNode(Elements elements)
         : ExpressionNode(ExpressionKind::tupleExpression), elements_(std::move(elements)) {}
     void accept(ASTVisitor& visitor) override;
 
-    const std::vector<ExpressionPtr>& getElements() const { return elements_; }
-    void addElement(const ExpressionPtr& element) { elements_.push_back(element); }
+    const Elements& getElements() const { return elements_; }
+    void addElement(ExpressionPtr element) { elements_.push_back(std::move(element)); }
 
 private:
-    std::vector<ExpressionPtr> elements_;
+    Elements elements_;
 };
 
 /// "()".
@@ -375,8 +385,8 @@ public:
 /// A pattern, without its quotes.
 class RegExpConstantNode : public ExpressionNode {
 public:
-    explicit RegExpConstantNode(std::string text)
-        : ExpressionNode(ExpressionKind::regExpConstant), text_(std::move(text)) {}
+    explicit RegExpConstantNode(std::string_view text)
+        : ExpressionNode(ExpressionKind::regExpConstant), text_(text) {}
     void accept(ASTVisitor& visitor) override;
 
     const std::string& getText() const { return text_; }
@@ -388,8 +398,8 @@ private:
 /// A text, without its quotes and with its escapes replaced.
 class StringConstantNode : public ExpressionNode {
 public:
-    explicit StringConstantNode(std::string text)
-        : ExpressionNode(ExpressionKind::stringConstant), text_(std::move(text)) {}
+    explicit StringConstantNode(std::string_view text)
+        : ExpressionNode(ExpressionKind::stringConstant), text_(text) {}
     void accept(ASTVisitor& visitor) override;
 
     const std::string& getText() const { return text_; }
@@ -434,19 +444,36 @@ private:
     bool value_;
 };
 
+/// The name of a predefined anchor, that of "this" for a kind that is none of the three.
+constexpr std::string_view anchorText(AnchorKind anchorKind) {
+    switch (anchorKind) {
+        case AnchorKind::CURRENT:
+            return "current";
+        case AnchorKind::MODEL:
+            return "model";
+        default:
+            return "this";
+    }
+}
+/// The same as a string.
+const std::string& anchorName(AnchorKind anchorKind);
+
 /// A variable, or the objects that a path of associations reaches from it.
 class PathNode : public ExpressionNode {
 public:
-    explicit PathNode(const std::string& anchor, const AssociationPtr& association = {})
-        : ExpressionNode(ExpressionKind::path), anchor_(anchor), association_(association) {}
+    explicit PathNode(std::string_view anchor, AssociationPtr association = {})
+        : ExpressionNode(ExpressionKind::path),
+          anchor_(anchor),
+          association_(std::move(association)) {}
     /// A path from a predefined anchor; a kind that is none of the three stands for "this".
-    explicit PathNode(AnchorKind anchorKind, const AssociationPtr& association = {});
+    explicit PathNode(AnchorKind anchorKind, AssociationPtr association = {})
+        : PathNode(anchorText(anchorKind), std::move(association)) {}
     void accept(ASTVisitor& visitor) override;
 
     /// The name of the variable or label at which the path starts.
     const std::string& getAnchor() const { return anchor_; }
     /// Whether the path starts at the predefined anchor of that kind, however it was built.
-    bool isAnchor(AnchorKind anchorKind) const;
+    bool isAnchor(AnchorKind anchorKind) const { return anchor_ == anchorText(anchorKind); }
 
     const AssociationPtr& getAssociation() const { return association_; }
 
@@ -461,6 +488,3 @@ private:
     AssociationPtr association_;
     OrvCountedPtr<VariableSymbol> anchorVariable_;
 };
-
-/// The name of a predefined anchor.
-const std::string& anchorName(AnchorKind anchorKind);

@@ -1,13 +1,17 @@
 // One operation a rule, from the loosest binding to the tightest. Each decides by the next token,
 // but for what starts with an identifier, where the token after it is looked at as well. An
 // operation that reads left-associative operators loops; one that recurses enters a level, which
-// is where depth is limited. A syntax error is an exception of the parser's own, which the start
-// rule turns into a message.
+// is where depth is limited. The five rules of infix operators are one operation: most operands
+// have none, and would go down through all of them. A syntax error is an exception of the parser's
+// own, which the start rule turns into a message.
 #include "parser/SyntaxParser.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "foundation/TextOutput.h"
 #include "parser/DLGLexer.h"
@@ -18,6 +22,40 @@
 struct SyntaxParser::SyntaxError {
     std::string message;
     Position position;
+};
+
+/// The rules of infix operators, from the loosest; `operand` is what binds tighter than all.
+enum class SyntaxParser::Binding : std::uint8_t {
+    none,
+    disjunction,
+    conjunction,
+    relation,
+    sum,
+    product,
+    operand
+};
+
+/// The rule that reads an operator, and the operator where it is not a comparison.
+struct SyntaxParser::Infix {
+    Binding binding = Binding::none;
+    BinaryOperator op = BinaryOperator::IMPLIES;
+};
+
+/// The operators by their tokens.
+struct SyntaxParser::InfixTable {
+    constexpr InfixTable() {
+        for (std::size_t token = TOKEN_EQUAL; token <= TOKEN_GREATER_EQUAL; ++token) {
+            infixes[token].binding = Binding::relation;
+        }
+        infixes[TOKEN_OR] = {Binding::disjunction, BinaryOperator::OR};
+        infixes[TOKEN_AND] = {Binding::conjunction, BinaryOperator::AND};
+        infixes[TOKEN_PLUS] = {Binding::sum, BinaryOperator::ADD};
+        infixes[TOKEN_MINUS] = {Binding::sum, BinaryOperator::SUBTRACT};
+        infixes[TOKEN_STAR] = {Binding::product, BinaryOperator::MULTIPLY};
+        infixes[TOKEN_SLASH] = {Binding::product, BinaryOperator::DIVIDE};
+    }
+
+    std::array<Infix, TOKEN_FALSE + 1> infixes;
 };
 
 /// Restores the depth that was reached when it was made.
@@ -60,14 +98,6 @@ std::string describe(const ColumnToken& token) {
 
 bool isRelationalOperator(int tokenNumber) {
     return tokenNumber >= TOKEN_EQUAL && tokenNumber <= TOKEN_GREATER_EQUAL;
-}
-
-bool isSumOperator(int tokenNumber) {
-    return tokenNumber == TOKEN_PLUS || tokenNumber == TOKEN_MINUS;
-}
-
-bool isProductOperator(int tokenNumber) {
-    return tokenNumber == TOKEN_STAR || tokenNumber == TOKEN_SLASH;
 }
 
 bool isConversion(int tokenNumber) {
@@ -121,24 +151,22 @@ OrvCountedPtr<SpecificationNode> SyntaxParser::parse(ExprParserDialogs& dialogs,
 }
 
 template <class Node, class... Fields>
-OrvCountedPtr<Node> SyntaxParser::makeNode(Position position, Fields&&... fields) {
+OrvCountedPtr<Node> SyntaxParser::makeSpanned(const SourceSpan& span, Fields&&... fields) {
     OrvCountedPtr<Node> node(new Node(std::forward<Fields>(fields)...));
-    node->setSpan(spanFrom(position.offset, position));
+    node->setSpan(span);
     return node;
+}
+
+template <class Node, class... Fields>
+OrvCountedPtr<Node> SyntaxParser::makeNode(Position position, Fields&&... fields) {
+    return makeSpanned<Node>(spanFrom(position.offset, position), std::forward<Fields>(fields)...);
 }
 
 template <class Node, class... Fields>
 OrvCountedPtr<Node> SyntaxParser::makeOperation(const ExpressionNode& first, Position position,
                                                 Fields&&... fields) {
-    OrvCountedPtr<Node> node(new Node(std::forward<Fields>(fields)...));
-    node->setSpan(spanFrom(first.getSpan().offset, position));
-    return node;
-}
-
-// From `offset` to the end of the token that was taken last.
-SourceSpan SyntaxParser::spanFrom(std::size_t offset, Position position) const {
-    return {position.line, position.column, static_cast<std::uint32_t>(offset),
-            static_cast<std::uint32_t>(lastEnd_)};
+    return makeSpanned<Node>(spanFrom(first.getSpan().offset, position),
+                             std::forward<Fields>(fields)...);
 }
 
 // ---------------------------------------------------------------- tokens, levels and errors
@@ -146,21 +174,6 @@ SourceSpan SyntaxParser::spanFrom(std::size_t offset, Position position) const {
 bool SyntaxParser::isNext(std::initializer_list<int> tokenNumbers) {
     return std::find(tokenNumbers.begin(), tokenNumbers.end(), look().getNumber()) !=
            tokenNumbers.end();
-}
-
-SyntaxParser::Position SyntaxParser::position() {
-    return {look().getLine(), look().getColumn(), look().getOffset()};
-}
-
-const ColumnToken& SyntaxParser::take() {
-    const ColumnToken& token = buffer_.take();
-    lastEnd_ = token.getEndOffset();
-    return token;
-}
-
-SyntaxParser::Position SyntaxParser::skip() {
-    const ColumnToken& token = take();
-    return {token.getLine(), token.getColumn(), token.getOffset()};
 }
 
 SyntaxParser::Position SyntaxParser::expect(int tokenNumber, bool afterOperand) {
@@ -174,11 +187,11 @@ SyntaxParser::Position SyntaxParser::expect(int tokenNumber, bool afterOperand) 
     return skip();
 }
 
-std::string SyntaxParser::identifier() {
+const ColumnToken& SyntaxParser::identifier() {
     if (!isNext(TOKEN_VARIABLE_OR_FUNCTION)) {
         fail("a name");
     }
-    return take().getText();
+    return take();
 }
 
 void SyntaxParser::enterLevel() {
@@ -219,11 +232,11 @@ void SyntaxParser::failAfterOperand(const std::string& expected) {
 OrvCountedPtr<SpecificationNode> SyntaxParser::specification() {
     try {
         const Position start = position();
-        const ExpressionPtr whole = expression();
+        ExpressionPtr whole = expression();
         if (!isNext(TOKEN_EOF)) {
             failAfterOperand("an operator or the end of the text");
         }
-        return makeNode<SpecificationNode>(start, whole);
+        return makeNode<SpecificationNode>(start, std::move(whole));
     } catch (const SyntaxError& error) {
         dialogs_.showMessage(error.position.line, error.position.column, "ExprParser",
                              error.message, ExprParserDialogs::Error, false);
@@ -238,11 +251,12 @@ ExpressionPtr SyntaxParser::expression() {
         return left;
     }
     const Position at = skip();
-    const ExpressionPtr right = quantified();
-    const auto operands = makeOperation<TupleExpressionNode>(*left, at);
-    operands->addElement(left);
-    operands->addElement(right);
-    return makeOperation<ApplicationExpressionNode>(*left, at, "alternation", operands);
+    TupleExpressionNode::Elements operands;
+    operands.reserve(2);
+    operands.push_back(left);
+    operands.push_back(quantified());
+    ExpressionPtr tuple = makeOperation<TupleExpressionNode>(*left, at, std::move(operands));
+    return makeOperation<ApplicationExpressionNode>(*left, at, "alternation", std::move(tuple));
 }
 
 ExpressionPtr SyntaxParser::nestedExpression() {
@@ -280,32 +294,33 @@ ExpressionPtr SyntaxParser::quantified() {
 template <class Quantifier>
 ExpressionPtr SyntaxParser::quantifier() {
     const Position at = skip();
-    const std::string name = identifier();
+    const std::string_view name = identifier().text();
     expect(TOKEN_IN);
-    const ExpressionPtr source = nestedExpression();
+    ExpressionPtr source = nestedExpression();
     expect(TOKEN_DOUBLE_ARROW, true);
-    const ExpressionPtr body = nestedQuantified();
-    return makeNode<Quantifier>(at, name, source, body);
+    ExpressionPtr body = nestedQuantified();
+    return makeNode<Quantifier>(at, name, std::move(source), std::move(body));
 }
 
 ExpressionPtr SyntaxParser::letExpression() {
     const Position at = skip();
-    const std::string name = identifier();
+    const std::string_view name = identifier().text();
     expect(TOKEN_EQUAL);
-    const ExpressionPtr source = nestedExpression();
+    ExpressionPtr source = nestedExpression();
     expect(TOKEN_IN, true);
-    const ExpressionPtr body = nestedQuantified();
-    return makeNode<LetExpressionNode>(at, name, source, body);
+    ExpressionPtr body = nestedQuantified();
+    return makeNode<LetExpressionNode>(at, name, std::move(source), std::move(body));
 }
 
 ExpressionPtr SyntaxParser::ifExpression() {
     const Position at = skip();
-    const ExpressionPtr test = nestedExpression();
+    ExpressionPtr test = nestedExpression();
     expect(TOKEN_THEN, true);
-    const ExpressionPtr thenBranch = nestedExpression();
+    ExpressionPtr thenBranch = nestedExpression();
     expect(TOKEN_ELSE, true);
-    const ExpressionPtr elseBranch = nestedQuantified();
-    return makeNode<IfExpressionNode>(at, test, thenBranch, elseBranch);
+    ExpressionPtr elseBranch = nestedQuantified();
+    return makeNode<IfExpressionNode>(at, std::move(test), std::move(thenBranch),
+                                      std::move(elseBranch));
 }
 
 // implication: disjunction [ "implies" implication ]
@@ -317,84 +332,73 @@ ExpressionPtr SyntaxParser::implication() {
     const Level level(*this);
     enterLevel();
     const Position at = skip();
-    const ExpressionPtr right = implication();
-    return makeOperation<BinaryExpressionNode>(*left, at, BinaryOperator::IMPLIES, left, right);
+    ExpressionPtr right = implication();
+    return makeOperation<BinaryExpressionNode>(*left, at, BinaryOperator::IMPLIES, std::move(left),
+                                               std::move(right));
+}
+
+ExpressionPtr SyntaxParser::disjunction() { return operation(Binding::disjunction); }
+
+SyntaxParser::Infix SyntaxParser::infixOf(int tokenNumber) {
+    static constexpr InfixTable table;
+    return table.infixes[static_cast<std::size_t>(tokenNumber)];
+}
+
+SyntaxParser::Binding SyntaxParser::tighter(Binding binding) {
+    return static_cast<Binding>(static_cast<int>(binding) + 1);
 }
 
 // disjunction: conjunction ( "or" conjunction )*
-ExpressionPtr SyntaxParser::disjunction() {
-    ExpressionPtr left = conjunction();
-    while (isNext(TOKEN_OR)) {
-        const Position at = skip();
-        const ExpressionPtr right = conjunction();
-        left = makeOperation<BinaryExpressionNode>(*left, at, BinaryOperator::OR, left, right);
-    }
-    return left;
-}
-
 // conjunction: relation ( "and" relation )*
-ExpressionPtr SyntaxParser::conjunction() {
-    ExpressionPtr left = relation();
-    while (isNext(TOKEN_AND)) {
-        const Position at = skip();
-        const ExpressionPtr right = relation();
-        left = makeOperation<BinaryExpressionNode>(*left, at, BinaryOperator::AND, left, right);
-    }
-    return left;
-}
-
 // relation: sum [ ( "=" | "<>" | "~=" | "~<>" | "<" | "<=" | ">" | ">=" ) sum ]
-ExpressionPtr SyntaxParser::relation() {
-    ExpressionPtr left = sum();
-    const int tokenNumber = look().getNumber();
-    if (!isRelationalOperator(tokenNumber)) {
-        return left;
-    }
-    const Position at = skip();
-    const ExpressionPtr right = sum();
-    // Tokens and operators stand in the same order.
-    const auto op = static_cast<RelationalOperator>(tokenNumber - TOKEN_EQUAL);
-    return makeOperation<RelationalExpressionNode>(*left, at, op, left, right);
-}
-
 // sum: product ( ( "+" | "-" ) product )*
-ExpressionPtr SyntaxParser::sum() {
-    ExpressionPtr left = product();
-    while (isSumOperator(look().getNumber())) {
-        const auto op = isNext(TOKEN_PLUS) ? BinaryOperator::ADD : BinaryOperator::SUBTRACT;
-        const Position at = skip();
-        const ExpressionPtr right = product();
-        left = makeOperation<BinaryExpressionNode>(*left, at, op, left, right);
-    }
-    return left;
-}
-
 // product: unary ( ( "*" | "/" ) unary )*
-ExpressionPtr SyntaxParser::product() {
+//
+// One of these rules, with those below it. What was read is the left operand of the operator that
+// comes next, unless that belongs to a rule above `loosest`, or below the one that was read last: a
+// second comparison, which is an operand of none.
+ExpressionPtr SyntaxParser::operation(Binding loosest) {
     ExpressionPtr left = unary();
-    while (isProductOperator(look().getNumber())) {
-        const auto op = isNext(TOKEN_STAR) ? BinaryOperator::MULTIPLY : BinaryOperator::DIVIDE;
+    for (Binding tightest = Binding::product;;) {
+        const int tokenNumber = look().getNumber();
+        const Infix infix = infixOf(tokenNumber);
+        if (infix.binding < loosest || infix.binding > tightest) {
+            return left;
+        }
         const Position at = skip();
-        const ExpressionPtr right = unary();
-        left = makeOperation<BinaryExpressionNode>(*left, at, op, left, right);
+        ExpressionPtr right = operation(tighter(infix.binding));
+        if (infix.binding == Binding::relation) {
+            // Tokens and operators stand in the same order.
+            const auto op = static_cast<RelationalOperator>(tokenNumber - TOKEN_EQUAL);
+            left = makeOperation<RelationalExpressionNode>(*left, at, op, std::move(left),
+                                                           std::move(right));
+            tightest = Binding::conjunction;
+        } else {
+            left = makeOperation<BinaryExpressionNode>(*left, at, infix.op, std::move(left),
+                                                       std::move(right));
+            tightest = infix.binding;
+        }
     }
-    return left;
 }
 
 // unary: "not" unary | "-" unary | primary
 ExpressionPtr SyntaxParser::unary() {
-    if (isNext(TOKEN_NOT)) {
-        return prefixed(UnaryOperator::NOT);
+    switch (look().getNumber()) {
+        case TOKEN_NOT:
+            return prefixed(UnaryOperator::NOT);
+        case TOKEN_MINUS:
+            return prefixed(UnaryOperator::MINUS);
+        default:
+            return primary();
     }
-    return isNext(TOKEN_MINUS) ? prefixed(UnaryOperator::MINUS) : primary();
 }
 
 ExpressionPtr SyntaxParser::prefixed(UnaryOperator op) {
     const Level level(*this);
     enterLevel();
     const Position at = skip();
-    const ExpressionPtr operand = unary();
-    return makeNode<UnaryExpressionNode>(at, op, operand);
+    ExpressionPtr operand = unary();
+    return makeNode<UnaryExpressionNode>(at, op, std::move(operand));
 }
 
 // primary: parentheses | constant | attribute | conversion | application | map | filter | traverse
@@ -402,16 +406,27 @@ ExpressionPtr SyntaxParser::prefixed(UnaryOperator op) {
 // conversion: ( "string" | "integer" | "real" | "boolean" ) primary
 // application: NAME primary
 ExpressionPtr SyntaxParser::primary() {
-    const int tokenNumber = look().getNumber();
-    if (isConversion(tokenNumber) ||
-        (tokenNumber == TOKEN_VARIABLE_OR_FUNCTION && canBeginPrimary(look(2).getNumber()))) {
-        return application();
-    }
-    switch (tokenNumber) {
-        case TOKEN_LEFT_PARENTHESIS:
-            return parentheses();
+    switch (look().getNumber()) {
         case TOKEN_DOLLAR:
             return attribute();
+        case TOKEN_INTEGER_LITERAL:
+            return integerLiteral();
+        case TOKEN_REAL_LITERAL:
+            return realLiteral();
+        case TOKEN_STRING_LITERAL:
+        case TOKEN_REGULAR_EXPRESSION:
+        case TOKEN_TRUE:
+        case TOKEN_FALSE:
+            return constant();
+        case TOKEN_VARIABLE_OR_FUNCTION:
+            return canBeginPrimary(buffer_.look(2).getNumber()) ? application() : path();
+        case TOKEN_STRING:
+        case TOKEN_INTEGER:
+        case TOKEN_REAL:
+        case TOKEN_BOOLEAN:
+            return application();
+        case TOKEN_LEFT_PARENTHESIS:
+            return parentheses();
         case TOKEN_MAP:
             return iteration<MapExpressionNode>();
         case TOKEN_FILTER:
@@ -422,9 +437,8 @@ ExpressionPtr SyntaxParser::primary() {
         case TOKEN_SORTD:
             return sort();
         default:
-            break;
+            return path();
     }
-    return isConstant(tokenNumber) ? constant() : path();
 }
 
 ExpressionPtr SyntaxParser::nestedPrimary() {
@@ -449,9 +463,9 @@ ExpressionPtr SyntaxParser::parentheses() {
         first->setSpan(spanFrom(at.offset, {inner.line, inner.column, inner.offset}));
         return first;
     }
-    std::vector<ExpressionPtr> elements;
+    TupleExpressionNode::Elements elements;
     elements.reserve(2);
-    elements.push_back(first);
+    elements.push_back(std::move(first));
     while (isNext(TOKEN_COMMA)) {
         skip();
         elements.push_back(expression());
@@ -465,27 +479,21 @@ ExpressionPtr SyntaxParser::parentheses() {
 
 // constant: INTEGER_LITERAL | REAL_LITERAL | STRING_LITERAL | RegularExpression | "true" | "false"
 ExpressionPtr SyntaxParser::constant() {
-    if (isNext(TOKEN_INTEGER_LITERAL)) {
-        return integerLiteral();
-    }
-    if (isNext(TOKEN_REAL_LITERAL)) {
-        return realLiteral();
-    }
-    const Position at = position();
     const ColumnToken& token = take();
+    const Position at = positionOf(token);
     switch (token.getNumber()) {
         case TOKEN_STRING_LITERAL:
-            return makeNode<StringConstantNode>(at, token.getText());
+            return makeNode<StringConstantNode>(at, token.text());
         case TOKEN_REGULAR_EXPRESSION:
-            return makeNode<RegExpConstantNode>(at, token.getText());
+            return makeNode<RegExpConstantNode>(at, token.text());
         default:
             return makeNode<BooleanConstantNode>(at, token.getNumber() == TOKEN_TRUE);
     }
 }
 
 ExpressionPtr SyntaxParser::integerLiteral() {
-    const Position at = position();
     const ColumnToken& token = take();
+    const Position at = positionOf(token);
     const std::string_view literal = token.text();
     std::int32_t value = 0;
     const auto result = std::from_chars(literal.data(), literal.data() + literal.size(), value);
@@ -498,8 +506,8 @@ ExpressionPtr SyntaxParser::integerLiteral() {
 }
 
 ExpressionPtr SyntaxParser::realLiteral() {
-    const Position at = position();
     const ColumnToken& token = take();
+    const Position at = positionOf(token);
     const std::string_view literal = token.text();
     double value = 0.0;
     const auto result = std::from_chars(literal.data(), literal.data() + literal.size(), value);
@@ -514,28 +522,28 @@ ExpressionPtr SyntaxParser::realLiteral() {
 // attribute: "$" NAME [ "of" primary ]
 ExpressionPtr SyntaxParser::attribute() {
     const Position at = skip();
-    const Position nameAt = position();
-    const auto name = makeNode<StringConstantNode>(nameAt, identifier());
-    std::vector<ExpressionPtr> elements;
+    const ColumnToken& name = identifier();
+    TupleExpressionNode::Elements elements;
     elements.reserve(2);
-    elements.push_back(name);
+    elements.push_back(makeNode<StringConstantNode>(positionOf(name), name.text()));
     if (isNext(TOKEN_OF)) {
         skip();
         elements.push_back(nestedPrimary());
     } else {
-        elements.push_back(makeNode<PathNode>(at, AnchorKind::CURRENT));
-        elements.back()->setSpan({at.line, at.column, static_cast<std::uint32_t>(at.offset),
-                                  static_cast<std::uint32_t>(at.offset)});
+        const auto offset = static_cast<std::uint32_t>(at.offset);
+        elements.push_back(
+            makeSpanned<PathNode>({at.line, at.column, offset, offset}, AnchorKind::CURRENT));
     }
-    const auto arguments = makeNode<TupleExpressionNode>(at, std::move(elements));
-    return makeNode<ApplicationExpressionNode>(at, "attribute", arguments);
+    ExpressionPtr arguments = makeNode<TupleExpressionNode>(at, std::move(elements));
+    return makeNode<ApplicationExpressionNode>(at, "attribute", std::move(arguments));
 }
 
 ExpressionPtr SyntaxParser::application() {
-    const Position at = position();
-    const std::string name = take().getText();
-    const ExpressionPtr argument = nestedPrimary();
-    return makeNode<ApplicationExpressionNode>(at, name, argument);
+    const ColumnToken& function = take();
+    const Position at = positionOf(function);
+    const std::string_view name = function.text();
+    ExpressionPtr argument = nestedPrimary();
+    return makeNode<ApplicationExpressionNode>(at, name, std::move(argument));
 }
 
 ExpressionPtr SyntaxParser::bracedExpression() {
@@ -549,10 +557,10 @@ ExpressionPtr SyntaxParser::bracedExpression() {
 template <class Iteration>
 ExpressionPtr SyntaxParser::iteration() {
     const Position at = skip();
-    const ExpressionPtr inner = bracedExpression();
+    ExpressionPtr inner = bracedExpression();
     expect(TOKEN_OVER);
-    const ExpressionPtr source = nestedPrimary();
-    return makeNode<Iteration>(at, inner, source);
+    ExpressionPtr source = nestedPrimary();
+    return makeNode<Iteration>(at, std::move(inner), std::move(source));
 }
 
 // sort: sort-key ( "&" sort-key )* "over" primary
@@ -568,8 +576,8 @@ ExpressionPtr SyntaxParser::sort() {
         fail("\"&\" or \"over\"");
     }
     skip();
-    const ExpressionPtr source = nestedPrimary();
-    return makeNode<SortExpressionNode>(at, std::move(keys), source);
+    ExpressionPtr source = nestedPrimary();
+    return makeNode<SortExpressionNode>(at, std::move(keys), std::move(source));
 }
 
 // sort-key: ( "sort" | "sortd" ) "{" expression "}"
@@ -590,26 +598,27 @@ ExpressionPtr SyntaxParser::path() {
     }
     const bool isAnchor = tokenNumber >= TOKEN_THIS && tokenNumber <= TOKEN_MODEL;
     const bool isName =
-        tokenNumber == TOKEN_VARIABLE_OR_FUNCTION && look(2).getNumber() != TOKEN_COLON;
+        tokenNumber == TOKEN_VARIABLE_OR_FUNCTION && buffer_.look(2).getNumber() != TOKEN_COLON;
     return isAnchor || isName ? anchoredPath() : unanchoredPath();
 }
 
 // anchor: "this" | "current" | "model" | NAME
 ExpressionPtr SyntaxParser::anchoredPath() {
-    const Position at = position();
-    const std::string anchor = take().getText();
+    const ColumnToken& token = take();
+    const Position at = positionOf(token);
+    const std::string_view anchor = token.text();
     if (!isNext(TOKEN_ARROW)) {
         return makeNode<PathNode>(at, anchor);
     }
     skip();
-    const AssociationPtr steps = chain();
-    return makeNode<PathNode>(at, anchor, steps);
+    AssociationPtr steps = chain();
+    return makeNode<PathNode>(at, anchor, std::move(steps));
 }
 
 ExpressionPtr SyntaxParser::unanchoredPath() {
     const Position at = position();
-    const AssociationPtr steps = chain();
-    return makeNode<PathNode>(at, AnchorKind::CURRENT, steps);
+    AssociationPtr steps = chain();
+    return makeNode<PathNode>(at, AnchorKind::CURRENT, std::move(steps));
 }
 
 // Steps and alternatives each enter a level and leave it with the path: nested or in a row, they
@@ -645,11 +654,11 @@ SyntaxParser::Chain SyntaxParser::step() {
 // group: "(" chain ( ";" chain )* ")"
 SyntaxParser::Chain SyntaxParser::group() {
     Chain all;
-    std::vector<AssociationPtr> alternatives;
+    OrvPoolVector<AssociationPtr> alternatives;
     do {
         skip();
         Chain alternative = chainSteps();
-        alternatives.push_back(alternative.first);
+        alternatives.push_back(std::move(alternative.first));
         all.ends.insert(all.ends.end(), alternative.ends.begin(), alternative.ends.end());
     } while (isNext(TOKEN_SEMICOLON));
     if (!isNext(TOKEN_RIGHT_PARENTHESIS)) {
@@ -662,8 +671,8 @@ SyntaxParser::Chain SyntaxParser::group() {
 
 // Makes the alternatives siblings. Those that begin with a reference come last: passes that do not
 // look below a reference then still reach every definition.
-AssociationPtr SyntaxParser::joinAlternatives(const std::vector<AssociationPtr>& alternatives) {
-    std::vector<AssociationPtr> siblings;
+AssociationPtr SyntaxParser::joinAlternatives(const OrvPoolVector<AssociationPtr>& alternatives) {
+    OrvPoolVector<AssociationPtr> siblings;
     for (const AssociationPtr& alternative : alternatives) {
         for (AssociationPtr step = alternative; step; step = step->getSibling()) {
             siblings.push_back(step);
@@ -678,19 +687,26 @@ AssociationPtr SyntaxParser::joinAlternatives(const std::vector<AssociationPtr>&
     return siblings.front();
 }
 
+SyntaxParser::Chain SyntaxParser::chainOf(AssociationPtr step) {
+    Chain chain;
+    chain.ends.push_back(step.get());
+    chain.first = std::move(step);
+    return chain;
+}
+
 // reference: "@" NAME
 SyntaxParser::Chain SyntaxParser::reference() {
     const Position at = skip();
-    const AssociationPtr node = makeNode<ReferenceAssociationNode>(at, identifier());
-    return {node, {node.get()}};
+    const std::string_view name = identifier().text();
+    return chainOf(makeNode<ReferenceAssociationNode>(at, name));
 }
 
 // definition: [ NAME ":" ] [ "^" ] [ "_" ] AssociationName [ "{" expression "}" ]
 SyntaxParser::Chain SyntaxParser::definition() {
     const Position at = position();
-    std::string label;
+    std::string_view label;
     if (isNext(TOKEN_VARIABLE_OR_FUNCTION)) {
-        label = identifier();
+        label = identifier().text();
         expect(TOKEN_COLON);
     }
     const bool addToResult = isNext(TOKEN_CARET);
@@ -704,8 +720,9 @@ SyntaxParser::Chain SyntaxParser::definition() {
     if (!isNext(TOKEN_ASSOCIATION_NAME)) {
         fail("an association name in brackets");
     }
-    const Position nameAt = position();
-    const auto node = makeNode<DefinitionAssociationNode>(at, take().getText());
+    const ColumnToken& name = take();
+    const Position nameAt = positionOf(name);
+    auto node = makeNode<DefinitionAssociationNode>(at, name.text());
     node->setNameSpan(spanFrom(nameAt.offset, nameAt));
     node->setLabel(label);
     node->setAddToResult(addToResult);
@@ -714,5 +731,5 @@ SyntaxParser::Chain SyntaxParser::definition() {
         node->setCondition(bracedExpression());
         node->setSpan(spanFrom(at.offset, at));
     }
-    return {node, {node.get()}};
+    return chainOf(std::move(node));
 }

@@ -7,14 +7,14 @@
 #include <iosfwd>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "api/ExprParserDialogs.h"
 #include "ast/ASTVisitor.h"
+#include "foundation/OrvMemoryPool.h"
 #include "parser/ColumnTokenBuffer.h"
 
-/// A recursive-descent parser with one operation a rule of the grammar; the productions stand
-/// above the operations in the source file.
+/// A recursive-descent parser with one operation a rule of the grammar, or for the rules of infix
+/// operators together; the productions stand above the operations in the source file.
 ///
 /// The tree is what was written: nothing is rewritten here. Left-associative operators are read in
 /// a loop and may form chains as long as a text; everything else may nest to maximumDepth levels,
@@ -52,11 +52,14 @@ private:
     };
     struct SyntaxError;
     class Level;
+    enum class Binding : std::uint8_t;
+    struct Infix;
+    struct InfixTable;
     /// Steps of a path that were read: the first one, with its siblings, and the last of each
     /// alternative, to which the next step is hung.
     struct Chain {
         AssociationPtr first;
-        std::vector<AssociationNode*> ends;
+        OrvPoolVector<AssociationNode*> ends;
     };
 
     ExpressionPtr expression();
@@ -67,10 +70,7 @@ private:
     ExpressionPtr ifExpression();
     ExpressionPtr implication();
     ExpressionPtr disjunction();
-    ExpressionPtr conjunction();
-    ExpressionPtr relation();
-    ExpressionPtr sum();
-    ExpressionPtr product();
+    ExpressionPtr operation(Binding loosest);
     ExpressionPtr unary();
     ExpressionPtr prefixed(UnaryOperator op);
     ExpressionPtr primary();
@@ -98,32 +98,49 @@ private:
     ExpressionPtr nestedQuantified();
     ExpressionPtr nestedPrimary();
     ExpressionPtr bracedExpression();
-    static AssociationPtr joinAlternatives(const std::vector<AssociationPtr>& alternatives);
+    static Infix infixOf(int tokenNumber);
+    static Binding tighter(Binding binding);
+    static Chain chainOf(AssociationPtr step);
+    static AssociationPtr joinAlternatives(const OrvPoolVector<AssociationPtr>& alternatives);
 
-    const ColumnToken& look(std::size_t ahead = 1) { return buffer_.look(ahead); }
+    const ColumnToken& look() { return buffer_.look(); }
     bool isNext(int tokenNumber) { return look().getNumber() == tokenNumber; }
     bool isNext(std::initializer_list<int> tokenNumbers);
-    Position position();
-    Position skip();
+    static Position positionOf(const ColumnToken& token) {
+        return {token.getLine(), token.getColumn(), token.getOffset()};
+    }
+    Position position() { return positionOf(look()); }
+    Position skip() { return positionOf(take()); }
     /// Takes the next token if it is this one; else fails. `afterOperand` tells that an operator
     /// might have stood here as well.
     Position expect(int tokenNumber, bool afterOperand = false);
-    std::string identifier();
+    /// Takes the name that must come next. Its text stands in the text that is parsed.
+    const ColumnToken& identifier();
     void enterLevel();
 
     [[noreturn]] void failAtOperand();
     [[noreturn]] void failAfterOperand(const std::string& expected);
     [[noreturn]] void fail(const std::string& expected, const std::string& hint = {});
 
-    const ColumnToken& take();
+    const ColumnToken& take() {
+        const ColumnToken& token = buffer_.take();
+        lastEnd_ = token.getEndOffset();
+        return token;
+    }
     /// A node at `position`, of all that was taken since then.
     template <class Node, class... Fields>
     OrvCountedPtr<Node> makeNode(Position position, Fields&&... fields);
+    template <class Node, class... Fields>
+    static OrvCountedPtr<Node> makeSpanned(const SourceSpan& span, Fields&&... fields);
     /// The same for an operator that stands at `position`, behind its first operand.
     template <class Node, class... Fields>
     OrvCountedPtr<Node> makeOperation(const ExpressionNode& first, Position position,
                                       Fields&&... fields);
-    SourceSpan spanFrom(std::size_t offset, Position position) const;
+    /// From `offset` to the end of the token that was taken last.
+    SourceSpan spanFrom(std::size_t offset, Position position) const {
+        return {position.line, position.column, static_cast<std::uint32_t>(offset),
+                static_cast<std::uint32_t>(lastEnd_)};
+    }
 
     ColumnTokenBuffer& buffer_;
     ExprParserDialogs& dialogs_;

@@ -52,7 +52,7 @@ TEST(PrintVisitor, Nodes) {
     const ExpressionPtr two = make<IntegerConstantNode>(-2147483647 - 1);
     const AssociationPtr step = reference({}, {});
     const std::vector<SortKey> keys = {SortKey(one), SortKey(none, false)};
-    const std::vector<ExpressionPtr> elements = {one, none, two};
+    const TupleExpressionNode::Elements elements = {one, none, two};
     const ExpressionPtr conjunction =
         at(2, 5, make<BinaryExpressionNode>(BinaryOperator::AND, one, none));
     const std::vector<std::pair<NodePtr, std::string>> cases = {
@@ -134,7 +134,7 @@ struct Grouping : std::numpunct<char> {
 };
 
 TEST(PrintVisitor, NeitherObeysNorChangesTheStream) {
-    const std::vector<ExpressionPtr> elements = {
+    const TupleExpressionNode::Elements elements = {
         at(1234567, 4321, make<IntegerConstantNode>(7654321)), make<RealConstantNode>(12345.5),
         make<BooleanConstantNode>(true), make<StringConstantNode>("s")};
     const NodePtr tree = make<TupleExpressionNode>(elements);

@@ -262,8 +262,8 @@ private:
 
     void visitApplicationExpression(ApplicationExpressionNode& node) override {
         const auto* tuple = dynamic_cast<const TupleExpressionNode*>(node.getExpr().get());
-        const std::vector<ExpressionPtr> arguments =
-            tuple != nullptr ? tuple->getElements() : std::vector{node.getExpr()};
+        const TupleExpressionNode::Elements arguments =
+            tuple != nullptr ? tuple->getElements() : TupleExpressionNode::Elements{node.getExpr()};
         if (node.getName() == "alternation") {
             const auto left = get<std::string>(arguments[0]);
             result_ = !left.empty() ? left : get<std::string>(arguments[1]);
