@@ -33,6 +33,11 @@ MMValueAbsExpr::MMValueAbsExpr(const OrvCyclicPtr<MMObjectVarExpr>& variable,
 
 MMValueAbsExpr::~MMValueAbsExpr() = default;
 
+const MMConjunction& MMValueAbsExpr::makeConjunction() const {
+    conjunction_ = std::make_unique<const MMConjunction>(*body_, *variable_);
+    return *conjunction_;
+}
+
 void MMValueAbsExpr::print(MMTargetPrinter& printer) const {
     printer.begin("MMValueAbsExpr").operand(variable_.get()).operand(body_.get()).end();
 }

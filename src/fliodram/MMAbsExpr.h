@@ -1,8 +1,10 @@
 // Abstractions: expressions as functions of one object, which is what a compilation returns.
 #pragma once
 
+#include <memory>
 #include <vector>
 
+#include "fliodram/MMConjunction.h"
 #include "fliodram/MMExpr.h"
 #include "fliodram/MMObjectVarExpr.h"
 
@@ -25,6 +27,10 @@ public:
         return body_->evaluate(context);
     }
     bool evaluateBooleanFor(MMEvaluationContext& context, MMObject object) const {
+        const MMVerdict verdict = conjunction().judge(context.getModel(), object);
+        if (verdict != MMVerdict::unknown) {
+            return verdict == MMVerdict::holds;
+        }
         const MMVariableBinding binding(*variable_, object);
         return body_->evaluateBoolean(context);
     }
@@ -40,8 +46,14 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
+    const MMConjunction& conjunction() const {
+        return conjunction_ != nullptr ? *conjunction_ : makeConjunction();
+    }
+    const MMConjunction& makeConjunction() const;
+
     OrvCyclicMember<MMObjectVarExpr> variable_;
     OrvCyclicMember<MMValueExpr> body_;
+    mutable std::unique_ptr<const MMConjunction> conjunction_;  // once it is applied as a condition
 };
 
 /// A function of one object that yields a collection of objects.

@@ -363,10 +363,8 @@ bool MMRelationalExpr::compareTexts(MMEvaluationContext& context) const {
 
 bool MMRelationalExpr::evaluateBoolean(MMEvaluationContext& context) const {
     if (owner_ != nullptr) {
-        const std::uint64_t bit = verdicts_.model == context.getModel().identity()
-                                      ? verdicts_.bitOf(owner_->object()) & verdicts_.known
-                                      : 0;
-        return bit != 0 ? (verdicts_.isTrue & bit) != 0 : judge(context);
+        const MMVerdict verdict = verdictOn(context.getModel(), owner_->object());
+        return verdict != MMVerdict::unknown ? verdict == MMVerdict::holds : judge(context);
     }
     if (integerRight_ && !isLongChain()) {
         context.checkDepth();

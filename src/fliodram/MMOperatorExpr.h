@@ -91,6 +91,7 @@ public:
 
     MMValue evaluate(MMEvaluationContext& context) const override;
     bool evaluateBoolean(MMEvaluationContext& context) const override;
+    bool isConjunction() const { return op() == MM_AND; }
 
 protected:
     void apply(MMEvaluationContext& context, MMValue& value) const override;
@@ -110,6 +111,9 @@ enum MMRelOp {
     MM_GREATER_EQUAL = 6
 };
 
+/// What is known of a condition for an object without evaluating it.
+enum class MMVerdict : std::uint8_t { unknown, holds, fails };
+
 /// Comparison of two values, as MMValue::compare() has it.
 class __attribute__((visibility("default"))) MMRelationalExpr : public MMOperatorExpr {
 public:
@@ -118,6 +122,19 @@ public:
 
     MMValue evaluate(MMEvaluationContext& context) const override;
     bool evaluateBoolean(MMEvaluationContext& context) const override;
+
+    /// The variable whose object's text is compared with a constant, if that is all; else null.
+    /// Such a comparison does not fail.
+    const MMObjectVarExpr* getOwner() const { return owner_; }
+    /// What was found for another object that has the same text in the same column, if anything.
+    /// Only for a comparison that has an owner.
+    MMVerdict verdictOn(const MMModel& model, MMObject object) const {
+        const std::uint64_t bit =
+            verdicts_.model == model.identity() ? verdicts_.bitOf(object) & verdicts_.known : 0;
+        return bit == 0                        ? MMVerdict::unknown
+               : (verdicts_.isTrue & bit) != 0 ? MMVerdict::holds
+                                               : MMVerdict::fails;
+    }
 
 protected:
     void apply(MMEvaluationContext& context, MMValue& value) const override;
