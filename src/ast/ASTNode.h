@@ -29,6 +29,14 @@ public:
     static void* operator new(std::size_t bytes) {
         return allocate(bytes, OrvCompilationMemory::nodes());
     }
+    /// The same for who makes many nodes and asked once; null is no region.
+    static void* operator new(std::size_t bytes, OrvMemoryRegion* nodes) {
+        return allocate(bytes, nodes);
+    }
+    static void operator delete(void* node) noexcept { OrvCountedObject::operator delete(node); }
+    static void operator delete(void* node, OrvMemoryRegion* /*nodes*/) noexcept {
+        OrvCountedObject::operator delete(node);
+    }
 
     /// Calls the visitor's operation for the class of this node.
     virtual void accept(ASTVisitor& visitor) = 0;
@@ -62,7 +70,7 @@ private:
 };
 
 /// The root of a tree: a whole expression.
-class SpecificationNode : public ASTNode {
+class SpecificationNode final : public ASTNode {
 public:
     explicit SpecificationNode(OrvCountedPtr<ExpressionNode> expr)
         : ASTNode(NodeKind::specification), expr_(std::move(expr)) {}

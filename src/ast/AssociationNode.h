@@ -40,7 +40,7 @@ private:
 
 /// A use of a label: "@name". It stands for the step that declares the label, with all that
 /// follows there.
-class ReferenceAssociationNode : public AssociationNode {
+class ReferenceAssociationNode final : public AssociationNode {
 public:
     explicit ReferenceAssociationNode(std::string_view name)
         : AssociationNode(AssociationKind::reference), name_(name) {}
@@ -53,7 +53,7 @@ private:
 };
 
 /// A step along an association: "label: ^ _ [name] { condition }".
-class DefinitionAssociationNode : public AssociationNode {
+class DefinitionAssociationNode final : public AssociationNode {
 public:
     explicit DefinitionAssociationNode(std::string_view name)
         : AssociationNode(AssociationKind::definition), name_(name) {}

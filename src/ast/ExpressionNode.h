@@ -1,7 +1,10 @@
 // The twenty kinds of expressions.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -105,7 +108,7 @@ private:
 };
 
 /// "for_all name in source => expr".
-class UniversalQuantifierNode : public QuantifierNode {
+class UniversalQuantifierNode final : public QuantifierNode {
 public:
     UniversalQuantifierNode(std::string_view name, ExpressionPtr source, ExpressionPtr expr)
         : QuantifierNode(ExpressionKind::universalQuantifier, name, std::move(source),
@@ -114,7 +117,7 @@ public:
 };
 
 /// "there_exists name in source => expr".
-class ExistentialQuantifierNode : public QuantifierNode {
+class ExistentialQuantifierNode final : public QuantifierNode {
 public:
     ExistentialQuantifierNode(std::string_view name, ExpressionPtr source, ExpressionPtr expr)
         : QuantifierNode(ExpressionKind::existentialQuantifier, name, std::move(source),
@@ -124,7 +127,7 @@ public:
 
 /// A logical or arithmetic operation. Operators that are left-associative form chains through
 /// `lhs` that may be as long as a text: see LeftSpine.
-class BinaryExpressionNode : public ExpressionNode {
+class BinaryExpressionNode final : public ExpressionNode {
 public:
     BinaryExpressionNode(BinaryOperator op, ExpressionPtr lhs, ExpressionPtr rhs)
         : ExpressionNode(ExpressionKind::binaryExpression),
@@ -144,7 +147,7 @@ private:
 };
 
 /// "-expr" or "not expr".
-class UnaryExpressionNode : public ExpressionNode {
+class UnaryExpressionNode final : public ExpressionNode {
 public:
     UnaryExpressionNode(UnaryOperator op, ExpressionPtr expr)
         : ExpressionNode(ExpressionKind::unaryExpression), op_(op), expr_(std::move(expr)) {}
@@ -174,7 +177,7 @@ private:
 };
 
 /// A comparison.
-class RelationalExpressionNode : public ResolvedFunctionNode {
+class RelationalExpressionNode final : public ResolvedFunctionNode {
 public:
     RelationalExpressionNode(RelationalOperator op, ExpressionPtr lhs, ExpressionPtr rhs)
         : ResolvedFunctionNode(ExpressionKind::relationalExpression),
@@ -194,7 +197,7 @@ private:
 };
 
 /// A function applied to its argument; several arguments are one tuple.
-class ApplicationExpressionNode : public ResolvedFunctionNode {
+class ApplicationExpressionNode final : public ResolvedFunctionNode {
 public:
     ApplicationExpressionNode(std::string_view name, ExpressionPtr expr)
         : ResolvedFunctionNode(ExpressionKind::applicationExpression),
@@ -211,7 +214,7 @@ private:
 };
 
 /// "map { function } over source".
-class MapExpressionNode : public ExpressionNode {
+class MapExpressionNode final : public ExpressionNode {
 public:
     MapExpressionNode(ExpressionPtr function, ExpressionPtr source)
         : ExpressionNode(ExpressionKind::mapExpression),
@@ -228,7 +231,7 @@ private:
 };
 
 /// "filter { predicate } over source".
-class FilterExpressionNode : public ExpressionNode {
+class FilterExpressionNode final : public ExpressionNode {
 public:
     FilterExpressionNode(ExpressionPtr predicate, ExpressionPtr source)
         : ExpressionNode(ExpressionKind::filterExpression),
@@ -245,7 +248,7 @@ private:
 };
 
 /// "traverse { path } over source".
-class TraverseExpressionNode : public ExpressionNode {
+class TraverseExpressionNode final : public ExpressionNode {
 public:
     TraverseExpressionNode(ExpressionPtr path, ExpressionPtr source)
         : ExpressionNode(ExpressionKind::traverseExpression),
@@ -281,7 +284,7 @@ private:
 };
 
 /// "sort { key } & sortd { key } over source".
-class SortExpressionNode : public ExpressionNode {
+class SortExpressionNode final : public ExpressionNode {
 public:
     explicit SortExpressionNode(std::vector<SortKey> keys = {}, ExpressionPtr source = {})
         : ExpressionNode(ExpressionKind::sortExpression),
@@ -314,7 +317,7 @@ private:
 };
 
 /// "let name = source in expr".
-class LetExpressionNode : public ResultTypeNode {
+class LetExpressionNode final : public ResultTypeNode {
 public:
     LetExpressionNode(std::string_view name, ExpressionPtr source, ExpressionPtr expr)
         : ResultTypeNode(ExpressionKind::letExpression),
@@ -339,7 +342,7 @@ private:
 };
 
 /// "if test then then else else".
-class IfExpressionNode : public ResultTypeNode {
+class IfExpressionNode final : public ResultTypeNode {
 public:
     IfExpressionNode(ExpressionPtr test, ExpressionPtr thenBranch, ExpressionPtr elseBranch)
         : ResultTypeNode(ExpressionKind::ifExpression),
@@ -358,32 +361,35 @@ private:
     ExpressionPtr else_;
 };
 
-/// "(a, b, c)".
-class TupleExpressionNode : public ExpressionNode {
+/// "(a, b, c)". Two elements, as most tuples have, stand in the node itself.
+class TupleExpressionNode final : public ExpressionNode {
 public:
-    using Elements = OrvPoolVector<ExpressionPtr>;
-
     TupleExpressionNode() : ExpressionNode(ExpressionKind::tupleExpression) {}
-    explicit TupleExpressionNode(Elements elements)
-        : ExpressionNode(ExpressionKind::tupleExpression), elements_(std::move(elements)) {}
+    TupleExpressionNode(ExpressionPtr first, ExpressionPtr second)
+        : ExpressionNode(ExpressionKind::tupleExpression),
+          pair_{std::move(first), std::move(second)},
+          elements_(pair_) {}
     void accept(ASTVisitor& visitor) override;
 
-    const Elements& getElements() const { return elements_; }
-    void addElement(ExpressionPtr element) { elements_.push_back(std::move(element)); }
+    /// Valid until an element is added.
+    std::span<const ExpressionPtr> getElements() const { return elements_; }
+    void addElement(ExpressionPtr element);
 
 private:
-    Elements elements_;
+    std::array<ExpressionPtr, 2> pair_;  // the elements while there are no more
+    OrvPoolVector<ExpressionPtr> all_;   // the elements where there are more
+    std::span<const ExpressionPtr> elements_;
 };
 
 /// "()".
-class UnitExpressionNode : public ExpressionNode {
+class UnitExpressionNode final : public ExpressionNode {
 public:
     UnitExpressionNode() : ExpressionNode(ExpressionKind::unitExpression) {}
     void accept(ASTVisitor& visitor) override;
 };
 
 /// A pattern, without its quotes.
-class RegExpConstantNode : public ExpressionNode {
+class RegExpConstantNode final : public ExpressionNode {
 public:
     explicit RegExpConstantNode(std::string_view text)
         : ExpressionNode(ExpressionKind::regExpConstant), text_(text) {}
@@ -396,7 +402,7 @@ private:
 };
 
 /// A text, without its quotes and with its escapes replaced.
-class StringConstantNode : public ExpressionNode {
+class StringConstantNode final : public ExpressionNode {
 public:
     explicit StringConstantNode(std::string_view text)
         : ExpressionNode(ExpressionKind::stringConstant), text_(text) {}
@@ -408,7 +414,7 @@ private:
     std::string text_;
 };
 
-class IntegerConstantNode : public ExpressionNode {
+class IntegerConstantNode final : public ExpressionNode {
 public:
     explicit IntegerConstantNode(std::int32_t value)
         : ExpressionNode(ExpressionKind::integerConstant), value_(value) {}
@@ -420,7 +426,7 @@ private:
     std::int32_t value_;
 };
 
-class RealConstantNode : public ExpressionNode {
+class RealConstantNode final : public ExpressionNode {
 public:
     explicit RealConstantNode(double value)
         : ExpressionNode(ExpressionKind::realConstant), value_(value) {}
@@ -432,7 +438,7 @@ private:
     double value_;
 };
 
-class BooleanConstantNode : public ExpressionNode {
+class BooleanConstantNode final : public ExpressionNode {
 public:
     explicit BooleanConstantNode(bool value)
         : ExpressionNode(ExpressionKind::booleanConstant), value_(value) {}
@@ -459,7 +465,7 @@ constexpr std::string_view anchorText(AnchorKind anchorKind) {
 const std::string& anchorName(AnchorKind anchorKind);
 
 /// A variable, or the objects that a path of associations reaches from it.
-class PathNode : public ExpressionNode {
+class PathNode final : public ExpressionNode {
 public:
     explicit PathNode(std::string_view anchor, AssociationPtr association = {})
         : ExpressionNode(ExpressionKind::path),

@@ -46,18 +46,18 @@ void DLGLexerBase::appendToOwnText(std::string_view text) {
 }
 
 // The memory of a token that was longer than the buffer is not kept until the end of the text.
-void DLGLexerBase::dropOwnText() {
-    if (ownText_.capacity() > bufferSize_) {
+void DLGLexerBase::dropText() {
+    text_ = {};
+    if (hasOwnText_ && ownText_.capacity() > bufferSize_) {
         ownText_ = std::string();
     }
     hasOwnText_ = false;
 }
 
 inline void DLGLexerBase::beginLexeme() {
-    if (hasOwnText_) {
-        dropOwnText();
+    if (!text_.empty()) {
+        dropText();
     }
-    text_ = {};
     if (mode_ == 0) {
         const char* rest = input_->rest();
         while (*rest == ' ') {

@@ -120,7 +120,7 @@ private:
 
     [[noreturn]] void failMode(int mode) const;
     void appendToOwnText(std::string_view text);
-    void dropOwnText();
+    void dropText();
     void beginLexeme();
     std::size_t runAutomaton();
     Outcome endLexeme(std::size_t state, int& number);

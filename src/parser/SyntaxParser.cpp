@@ -133,6 +133,7 @@ SyntaxParser::SyntaxParser(ColumnTokenBuffer& buffer, ExprParserDialogs& dialogs
     : buffer_(buffer), dialogs_(dialogs), stackLimit_(OrvStack::limit()) {}
 
 void SyntaxParser::init() {
+    memory_ = OrvCompilationMemory::nodes();
     depth_ = 0;
     lastEnd_ = 0;
 }
@@ -152,7 +153,7 @@ OrvCountedPtr<SpecificationNode> SyntaxParser::parse(ExprParserDialogs& dialogs,
 
 template <class Node, class... Fields>
 OrvCountedPtr<Node> SyntaxParser::makeSpanned(const SourceSpan& span, Fields&&... fields) {
-    OrvCountedPtr<Node> node(new Node(std::forward<Fields>(fields)...));
+    OrvCountedPtr<Node> node(new (memory_) Node(std::forward<Fields>(fields)...));
     node->setSpan(span);
     return node;
 }
@@ -251,12 +252,9 @@ ExpressionPtr SyntaxParser::expression() {
         return left;
     }
     const Position at = skip();
-    TupleExpressionNode::Elements operands;
-    operands.reserve(2);
-    operands.push_back(left);
-    operands.push_back(quantified());
-    ExpressionPtr tuple = makeOperation<TupleExpressionNode>(*left, at, std::move(operands));
-    return makeOperation<ApplicationExpressionNode>(*left, at, "alternation", std::move(tuple));
+    ExpressionPtr right = quantified();
+    ExpressionPtr operands = makeOperation<TupleExpressionNode>(*left, at, left, std::move(right));
+    return makeOperation<ApplicationExpressionNode>(*left, at, "alternation", std::move(operands));
 }
 
 ExpressionPtr SyntaxParser::nestedExpression() {
@@ -463,18 +461,18 @@ ExpressionPtr SyntaxParser::parentheses() {
         first->setSpan(spanFrom(at.offset, {inner.line, inner.column, inner.offset}));
         return first;
     }
-    TupleExpressionNode::Elements elements;
-    elements.reserve(2);
-    elements.push_back(std::move(first));
+    const auto tuple = makeNode<TupleExpressionNode>(at);
+    tuple->addElement(std::move(first));
     while (isNext(TOKEN_COMMA)) {
         skip();
-        elements.push_back(expression());
+        tuple->addElement(expression());
     }
     if (!isNext(TOKEN_RIGHT_PARENTHESIS)) {
         failAfterOperand("\",\" or \")\"");
     }
     skip();
-    return makeNode<TupleExpressionNode>(at, std::move(elements));
+    tuple->setSpan(spanFrom(at.offset, at));
+    return tuple;
 }
 
 // constant: INTEGER_LITERAL | REAL_LITERAL | STRING_LITERAL | RegularExpression | "true" | "false"
@@ -523,19 +521,21 @@ ExpressionPtr SyntaxParser::realLiteral() {
 ExpressionPtr SyntaxParser::attribute() {
     const Position at = skip();
     const ColumnToken& name = identifier();
-    TupleExpressionNode::Elements elements;
-    elements.reserve(2);
-    elements.push_back(makeNode<StringConstantNode>(positionOf(name), name.text()));
-    if (isNext(TOKEN_OF)) {
-        skip();
-        elements.push_back(nestedPrimary());
-    } else {
-        const auto offset = static_cast<std::uint32_t>(at.offset);
-        elements.push_back(
-            makeSpanned<PathNode>({at.line, at.column, offset, offset}, AnchorKind::CURRENT));
-    }
-    ExpressionPtr arguments = makeNode<TupleExpressionNode>(at, std::move(elements));
+    ExpressionPtr text = makeNode<StringConstantNode>(positionOf(name), name.text());
+    ExpressionPtr object = isNext(TOKEN_OF) ? ownerOfAttribute() : currentAt(at);
+    ExpressionPtr arguments = makeNode<TupleExpressionNode>(at, std::move(text), std::move(object));
     return makeNode<ApplicationExpressionNode>(at, "attribute", std::move(arguments));
+}
+
+ExpressionPtr SyntaxParser::ownerOfAttribute() {
+    skip();
+    return nestedPrimary();
+}
+
+// The object whose attribute is meant where none is written: it has a place and no bytes.
+ExpressionPtr SyntaxParser::currentAt(Position at) {
+    const auto offset = static_cast<std::uint32_t>(at.offset);
+    return makeSpanned<PathNode>({at.line, at.column, offset, offset}, AnchorKind::CURRENT);
 }
 
 ExpressionPtr SyntaxParser::application() {

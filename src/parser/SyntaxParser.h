@@ -79,6 +79,8 @@ private:
     ExpressionPtr integerLiteral();
     ExpressionPtr realLiteral();
     ExpressionPtr attribute();
+    ExpressionPtr ownerOfAttribute();
+    ExpressionPtr currentAt(Position at);
     ExpressionPtr application();
     template <class Iteration>
     ExpressionPtr iteration();
@@ -131,7 +133,7 @@ private:
     template <class Node, class... Fields>
     OrvCountedPtr<Node> makeNode(Position position, Fields&&... fields);
     template <class Node, class... Fields>
-    static OrvCountedPtr<Node> makeSpanned(const SourceSpan& span, Fields&&... fields);
+    OrvCountedPtr<Node> makeSpanned(const SourceSpan& span, Fields&&... fields);
     /// The same for an operator that stands at `position`, behind its first operand.
     template <class Node, class... Fields>
     OrvCountedPtr<Node> makeOperation(const ExpressionNode& first, Position position,
@@ -144,7 +146,8 @@ private:
 
     ColumnTokenBuffer& buffer_;
     ExprParserDialogs& dialogs_;
-    std::size_t lastEnd_ = 0;  // where the token ended that was taken last
+    OrvMemoryRegion* memory_ = nullptr;  // of the nodes, null outside a compilation
+    std::size_t lastEnd_ = 0;            // where the token ended that was taken last
     std::uintptr_t stackLimit_;
     int depth_ = 0;
 };

@@ -44,6 +44,14 @@ AssociationPtr definition(const ExpressionPtr& condition, const AssociationPtr& 
     return node;
 }
 
+NodePtr tuple(const std::vector<ExpressionPtr>& elements) {
+    const auto node = make<TupleExpressionNode>();
+    for (const ExpressionPtr& element : elements) {
+        node->addElement(element);
+    }
+    return node;
+}
+
 // In expected texts "@(" stands for a node without a position, and "%1", "%2", "%r" for the
 // printed forms of two constants and a reference.
 TEST(PrintVisitor, Nodes) {
@@ -52,7 +60,6 @@ TEST(PrintVisitor, Nodes) {
     const ExpressionPtr two = make<IntegerConstantNode>(-2147483647 - 1);
     const AssociationPtr step = reference({}, {});
     const std::vector<SortKey> keys = {SortKey(one), SortKey(none, false)};
-    const TupleExpressionNode::Elements elements = {one, none, two};
     const ExpressionPtr conjunction =
         at(2, 5, make<BinaryExpressionNode>(BinaryOperator::AND, one, none));
     const std::vector<std::pair<NodePtr, std::string>> cases = {
@@ -92,7 +99,11 @@ TEST(PrintVisitor, Nodes) {
         {make<IfExpressionNode>(one, none, two),
          "IfExpression@( test=%1, then=<<null>>, else=%2 )"},
         {make<TupleExpressionNode>(), "TupleExpression@( none )"},
-        {make<TupleExpressionNode>(elements), "TupleExpression@( { %1, <<null>>, %2 } )"},
+        {tuple({one}), "TupleExpression@( { %1 } )"},
+        {tuple({none, one}), "TupleExpression@( { <<null>>, %1 } )"},
+        {make<TupleExpressionNode>(two, one), "TupleExpression@( { %2, %1 } )"},
+        {tuple({one, none, two}), "TupleExpression@( { %1, <<null>>, %2 } )"},
+        {tuple({one, one, two, none, two}), "TupleExpression@( { %1, %1, %2, <<null>>, %2 } )"},
         {at(1, 9, make<UnitExpressionNode>()), "UnitExpression@[1:9]( )"},
         {make<RegExpConstantNode>("a\"\\d"), R"(RegExpConstant@( "a"\d" ))"},
         {make<StringConstantNode>("a\"\n\\"), "StringConstant@( \"a\"\n\\\" )"},
@@ -134,10 +145,9 @@ struct Grouping : std::numpunct<char> {
 };
 
 TEST(PrintVisitor, NeitherObeysNorChangesTheStream) {
-    const TupleExpressionNode::Elements elements = {
-        at(1234567, 4321, make<IntegerConstantNode>(7654321)), make<RealConstantNode>(12345.5),
-        make<BooleanConstantNode>(true), make<StringConstantNode>("s")};
-    const NodePtr tree = make<TupleExpressionNode>(elements);
+    const NodePtr tree = tuple({at(1234567, 4321, make<IntegerConstantNode>(7654321)),
+                                make<RealConstantNode>(12345.5), make<BooleanConstantNode>(true),
+                                make<StringConstantNode>("s")});
     const std::locale locale(std::locale::classic(), new Grouping);
     std::ostringstream stream;
     stream.imbue(locale);

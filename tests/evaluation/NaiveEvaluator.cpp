@@ -12,6 +12,7 @@
 #include <deque>
 #include <map>
 #include <set>
+#include <span>
 #include <utility>
 
 #include "ast/ASTVisitor.h"
@@ -262,8 +263,8 @@ private:
 
     void visitApplicationExpression(ApplicationExpressionNode& node) override {
         const auto* tuple = dynamic_cast<const TupleExpressionNode*>(node.getExpr().get());
-        const TupleExpressionNode::Elements arguments =
-            tuple != nullptr ? tuple->getElements() : TupleExpressionNode::Elements{node.getExpr()};
+        const std::span<const ExpressionPtr> arguments =
+            tuple != nullptr ? tuple->getElements() : std::span(&node.getExpr(), 1);
         if (node.getName() == "alternation") {
             const auto left = get<std::string>(arguments[0]);
             result_ = !left.empty() ? left : get<std::string>(arguments[1]);
