@@ -35,18 +35,6 @@ NameResolverPtr NameSpace::getResolver(const ASTNode& node) const {
     return hasScope(node) ? NameResolverPtr(new NameResolver(scopeOf(node))) : NameResolverPtr();
 }
 
-const Scope* NameSpace::searchedScope(const ASTNode& node) const {
-    const Entry* const entry = findEntry(node);
-    if (entry == nullptr) {
-        return nullptr;
-    }
-    const Place* place = &places_[entry->scope];
-    while (place->index == noScope) {
-        place = &places_[place->parent];
-    }
-    return scopes_[place->index].get();
-}
-
 SymbolView NameSpace::find(const ASTNode& node, std::string_view name, SymbolKind kind) const {
     const Scope* const scope = searchedScope(node);
     return scope != nullptr ? NameResolver::find(*scope, name, kind) : SymbolView();

@@ -68,7 +68,10 @@ public:
     SymbolView find(const ASTNode& node, std::string_view name, SymbolKind kind) const;
     /// The scope with which such a search begins: the innermost one that may declare something.
     /// Null for a node that was not recorded.
-    const Scope* searchedScope(const ASTNode& node) const;
+    const Scope* searchedScope(const ASTNode& node) const {
+        const Entry* const entry = findEntry(node);
+        return entry != nullptr ? searchedScope(places_[entry->scope]) : nullptr;
+    }
 
     /// All entries, in the order in which they were recorded.
     const PlainArray<Entry>& entries() const { return entries_; }
@@ -80,6 +83,14 @@ private:
         ScopeNumber parent;
         ScopeNumber index;
     };
+
+    const Scope* searchedScope(const Place& place) const {
+        const Place* searched = &place;
+        while (searched->index == noScope) {
+            searched = &places_[searched->parent];
+        }
+        return scopes_[searched->index].get();
+    }
 
     ScopeNumber addPlace(const Place& place) {
         places_.push_back(place);

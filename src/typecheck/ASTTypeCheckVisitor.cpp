@@ -1,12 +1,11 @@
-// Every visit pushes one type on the stack, and a parent pops what its child pushed. A rule tests
-// the types that it popped, in the order in which it visited, and passes over the error type in
-// silence; where it can form no type of its own it pushes the error type. Overloads are chosen by
+// Every visit gives its node a type, which the parent takes before it visits the next child. A rule
+// tests the types that it took, in the order in which it visited, and passes over the error type in
+// silence; where it can form no type of its own it gives the error type. Overloads are chosen by
 // equality of the domain with the type of the argument, and by nothing else.
 #include "typecheck/ASTTypeCheckVisitor.h"
 
 #include <algorithm>
-#include <array>
-#include <span>
+#include <utility>
 
 #include "ast/LeftSpine.h"
 #include "foundation/OrvConverter.h"
@@ -17,10 +16,13 @@ namespace {
 
 using Type = TypeExpression;
 
+// Of the base types, those from string to object.
 bool isValueType(const TypePtr& type) {
-    return Type::isString(type) || Type::isObject(type) || Type::isObjectCollection(type) ||
-           Type::isStringCollection(type) || Type::isBoolean(type) || Type::isInteger(type) ||
-           Type::isReal(type);
+    if (!TEBaseType::classof(*type)) {
+        return Type::isObjectCollection(type) || Type::isStringCollection(type);
+    }
+    const BaseTypeKind kind = static_cast<const TEBaseType&>(*type).getBaseKind();
+    return kind >= BaseTypeKind::string && kind <= BaseTypeKind::object;
 }
 
 bool isKeyType(const TypePtr& type) {
@@ -41,34 +43,25 @@ const std::string& operatorName(RelationalOperator op) {
     return names[static_cast<std::size_t>(op)];
 }
 
-const TEFunction& functionType(const SymbolPtr& symbol) {
-    return static_cast<const TEFunction&>(*symbol->getType());
+constexpr std::size_t usualDepth = 16;
+
+const TEFunction& functionType(const Symbol& symbol) {
+    return static_cast<const TEFunction&>(*symbol.getType());
 }
 
-/// The types of the arguments of a call.
-using Arguments = std::span<const TypePtr>;
-
 // Several arguments are one product.
-bool isDomain(const TypePtr& domain, Arguments arguments) {
+bool isDomain(const TypePtr& domain, std::span<const TypePtr* const> arguments) {
     if (arguments.size() == 1) {
-        return Type::areEqual(domain, arguments.front());
+        return Type::areEqual(domain, *arguments.front());
     }
     if (!TEProduct::classof(*domain)) {
         return false;
     }
     const auto& components = static_cast<const TEProduct&>(*domain).components();
     return std::equal(components.begin(), components.end(), arguments.begin(), arguments.end(),
-                      &Type::areEqual);
-}
-
-// The overload for these arguments, or an empty pointer.
-OrvCountedPtr<FunctionSymbol> chooseOverload(SymbolView candidates, Arguments arguments) {
-    for (; !candidates.empty(); candidates = candidates.rest()) {
-        if (isDomain(functionType(candidates.front()).getDomain(), arguments)) {
-            return OrvConverter<FunctionSymbol, Symbol>::toCounted(candidates.front());
-        }
-    }
-    return {};
+                      [](const TypePtr& component, const TypePtr* argument) {
+                          return Type::areEqual(component, *argument);
+                      });
 }
 
 // The end of a message about an overload that does not exist: the overloads that do, a line each.
@@ -86,10 +79,7 @@ std::string listed(SymbolView candidates) {
 ASTTypeCheckVisitor::ASTTypeCheckVisitor(ExprParserDialogs& dialogs,
                                          const OrvCountedPtr<NameSpace>& nameSpace,
                                          const TypeRequirement& requirement)
-    : dialogs_(dialogs), nameSpace_(nameSpace), requirement_(requirement) {
-    constexpr std::size_t usualDepth = 16;
-    typeStack_.reserve(usualDepth);
-}
+    : dialogs_(dialogs), nameSpace_(nameSpace), requirement_(requirement), arguments_(usualDepth) {}
 
 // ---------------------------------------------------------------- messages and types
 
@@ -120,20 +110,28 @@ void ASTTypeCheckVisitor::reportDisagreement(const ASTNode& node, const char* me
     });
 }
 
-TypePtr ASTTypeCheckVisitor::pop() {
-    TypePtr type = std::move(typeStack_.back());
-    typeStack_.pop_back();
-    return type;
-}
-
-TypePtr ASTTypeCheckVisitor::typeOf(ASTNode& node) {
+const TypePtr& ASTTypeCheckVisitor::typeOf(ASTNode& node) {
     checkVisitDepth(node);
     node.accept(*this);
-    return pop();
+    return *result_;
 }
 
-bool ASTTypeCheckVisitor::demand(const ASTNode& node, const TypePtr& type, TypeTest test,
-                                 const char* message) {
+// Texts and paths, which are most of a tree, are told apart without a call through it.
+inline const TypePtr& ASTTypeCheckVisitor::typeOf(ExpressionNode& node) {
+    switch (node.getExpressionKind()) {
+        case ExpressionKind::stringConstant:
+            return Type::stringType();
+        case ExpressionKind::path:
+            checkVisitDepth(node);
+            visitPath(static_cast<PathNode&>(node));
+            return *result_;
+        default:
+            return typeOf(static_cast<ASTNode&>(node));
+    }
+}
+
+inline bool ASTTypeCheckVisitor::demand(const ASTNode& node, const TypePtr& type, TypeTest test,
+                                        const char* message) {
     const bool isAccepted = test(type) || Type::isTypeError(type);
     if (!isAccepted) {
         reportType(node, message, type);
@@ -141,8 +139,9 @@ bool ASTTypeCheckVisitor::demand(const ASTNode& node, const TypePtr& type, TypeT
     return isAccepted;
 }
 
-TypePtr ASTTypeCheckVisitor::check(ASTNode& node, TypeTest test, const char* message) {
-    TypePtr type = typeOf(node);
+template <class Node>
+inline const TypePtr& ASTTypeCheckVisitor::check(Node& node, TypeTest test, const char* message) {
+    const TypePtr& type = typeOf(node);
     demand(node, type, test, message);
     return type;
 }
@@ -150,16 +149,16 @@ TypePtr ASTTypeCheckVisitor::check(ASTNode& node, TypeTest test, const char* mes
 // ---------------------------------------------------------------- the whole expression
 
 void ASTTypeCheckVisitor::visitSpecification(SpecificationNode& node) {
-    const TypePtr type = typeOf(*node.getExpr());
+    const TypePtr& type = typeOf(*node.getExpr());
     if (requirement_.check(type)) {
-        push(type);
+        give(type);
         return;
     }
     if (!Type::isTypeError(type)) {
         reportType(*node.getExpr(), "A complete expression must have type " + requirement_.text(),
                    type);
     }
-    push(Type::typeError());
+    give(Type::typeError());
 }
 
 // ---------------------------------------------------------------- quantifiers and operators
@@ -168,7 +167,7 @@ void ASTTypeCheckVisitor::checkQuantifier(QuantifierNode& node) {
     check(*node.getSource(), &Type::isObjectCollection,
           "The source set of a quantifier must have type {object collection}");
     check(*node.getExpr(), &Type::isBoolean, "The body of a quantifier must have type {boolean}");
-    push(Type::booleanType());
+    give(Type::booleanType());
 }
 
 void ASTTypeCheckVisitor::visitUniversalQuantifier(UniversalQuantifierNode& node) {
@@ -182,23 +181,21 @@ void ASTTypeCheckVisitor::visitExistentialQuantifier(ExistentialQuantifierNode& 
 // Types a left-leaning chain from its innermost operand outward.
 void ASTTypeCheckVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
     const LeftSpine spine(node);
-    TypePtr left = typeOf(*spine.innermostOperand());
+    const TypePtr* left = &typeOf(*spine.innermostOperand());
     for (auto binary = spine.rbegin(); binary != spine.rend(); ++binary) {
-        const TypePtr right = typeOf(*(*binary)->getRhs());
-        applyBinary(**binary, left, right);
-        left = pop();
+        const TypePtr& right = typeOf(*(*binary)->getRhs());
+        left = &applyBinary(**binary, *left, right);
     }
-    push(left);
+    give(*left);
 }
 
-void ASTTypeCheckVisitor::applyBinary(BinaryExpressionNode& node, const TypePtr& left,
-                                      const TypePtr& right) {
-    if (node.getOp() <= BinaryOperator::OR) {
-        checkLogical(node, left, right);
-        push(Type::booleanType());
-    } else {
-        push(checkArithmetic(node, left, right));
+const TypePtr& ASTTypeCheckVisitor::applyBinary(const BinaryExpressionNode& node,
+                                                const TypePtr& left, const TypePtr& right) {
+    if (node.getOp() > BinaryOperator::OR) {
+        return checkArithmetic(node, left, right);
     }
+    checkLogical(node, left, right);
+    return Type::booleanType();
 }
 
 void ASTTypeCheckVisitor::checkLogical(const BinaryExpressionNode& node, const TypePtr& left,
@@ -209,8 +206,8 @@ void ASTTypeCheckVisitor::checkLogical(const BinaryExpressionNode& node, const T
            "The right-hand side of a logical operator must have type {boolean}");
 }
 
-TypePtr ASTTypeCheckVisitor::checkArithmetic(const BinaryExpressionNode& node, const TypePtr& left,
-                                             const TypePtr& right) {
+const TypePtr& ASTTypeCheckVisitor::checkArithmetic(const BinaryExpressionNode& node,
+                                                    const TypePtr& left, const TypePtr& right) {
     const bool isLeftFine = demand(*node.getLhs(), left, &isArithmeticType,
                                    "The left-hand side of an arithmetic operator must have type "
                                    "{string} or {integer} or {real}");
@@ -235,59 +232,61 @@ void ASTTypeCheckVisitor::visitUnaryExpression(UnaryExpressionNode& node) {
     if (node.getOp() == UnaryOperator::NOT) {
         check(*node.getExpr(), &Type::isBoolean,
               "The operand of unary not must have type {boolean}");
-        push(Type::booleanType());
+        give(Type::booleanType());
         return;
     }
-    const TypePtr operand = check(*node.getExpr(), &isNumericType,
-                                  "The operand of unary minus must have type {integer} or {real}");
-    push(isNumericType(operand) ? operand : Type::typeError());
+    const TypePtr& operand = check(*node.getExpr(), &isNumericType,
+                                   "The operand of unary minus must have type {integer} or {real}");
+    give(isNumericType(operand) ? operand : Type::typeError());
 }
 
 void ASTTypeCheckVisitor::visitRelationalExpression(RelationalExpressionNode& node) {
-    const TypePtr left = typeOf(*node.getLhs());
-    const TypePtr right = typeOf(*node.getRhs());
-    push(Type::booleanType());
+    const TypePtr& left = typeOf(*node.getLhs());
+    const TypePtr& right = typeOf(*node.getRhs());
+    give(Type::booleanType());
     if (Type::isTypeError(left) || Type::isTypeError(right)) {
         return;
     }
-    const std::array<TypePtr, 2> operands = {left, right};
-    const std::string& name = operatorName(node.getOp());
-    const SymbolView candidates = functionsNamed(node, name);
-    const OrvCountedPtr<FunctionSymbol> chosen = chooseOverload(candidates, operands);
-    if (chosen) {
-        node.setResolvedFunction(chosen);
-    } else {
-        report(node, [&] {
-            return "There is no " + name + " that takes lhs={" + printedType(left) + "} and rhs={" +
-                   printedType(right) + "}." + listed(candidates);
-        });
+    const std::array<const TypePtr*, 2> operands = {&left, &right};
+    const SymbolView& candidates = functionsOf(node);
+    if (!resolve(node, candidates, operands)) {
+        reportNoOverload(node, candidates, left, right);
     }
 }
 
 void ASTTypeCheckVisitor::visitApplicationExpression(ApplicationExpressionNode& node) {
-    const std::size_t first = typeStack_.size();
+    const std::size_t first = arguments_.size();
     const bool isTyped = pushArguments(*node.getExpr());
-    const SymbolView candidates = functionsNamed(node, node.getName());
-    TypePtr result = Type::typeError();
+    const SymbolView& candidates = functionsNamed(node, node.getName());
+    give(Type::typeError());
     if (candidates.empty()) {
         reportError(node, "Function " + node.getName() + " is not defined.");
     } else if (isTyped) {
-        const OrvCountedPtr<FunctionSymbol> chosen =
-            chooseOverload(candidates, Arguments(typeStack_).subspan(first));
-        if (chosen) {
-            node.setResolvedFunction(chosen);
-            result = functionType(chosen).getRange();
+        const Arguments arguments = argumentsFrom(first);
+        if (resolve(node, candidates, arguments)) {
+            give(functionType(*node.getResolvedFunction()).getRange());
         } else {
-            reportNoOverload(node, candidates, first);
+            reportNoOverload(node, candidates, arguments);
         }
     }
-    typeStack_.resize(first);
-    push(result);
+    arguments_.truncate(first);
+}
+
+// Binds a call to the overload for these arguments; returns false where there is none.
+bool ASTTypeCheckVisitor::resolve(ResolvedFunctionNode& node, const SymbolView& candidates,
+                                  Arguments arguments) {
+    for (SymbolView rest = candidates; !rest.empty(); rest = rest.rest()) {
+        if (isDomain(functionType(*rest.front()).getDomain(), arguments)) {
+            node.setResolvedFunction(OrvConverter<FunctionSymbol, Symbol>::toCounted(rest.front()));
+            return true;
+        }
+    }
+    return false;
 }
 
 // Only the outermost scope declares functions: a name means the same ones everywhere, and the last
 // names of an expression are the likeliest to come again.
-SymbolView ASTTypeCheckVisitor::functionsNamed(const ASTNode& node, std::string_view name) {
+const SymbolView& ASTTypeCheckVisitor::functionsNamed(const ASTNode& node, std::string_view name) {
     const std::size_t place =
         name.size() + (name.empty() ? 0U : static_cast<unsigned char>(name.front()));
     FoundFunctions& found = foundFunctions_[place % foundFunctions_.size()];
@@ -297,12 +296,30 @@ SymbolView ASTTypeCheckVisitor::functionsNamed(const ASTNode& node, std::string_
     return found.functions;
 }
 
+// The same for an operator.
+const SymbolView& ASTTypeCheckVisitor::functionsOf(const RelationalExpressionNode& node) {
+    SymbolView& found = foundOperators_[static_cast<std::size_t>(node.getOp())];
+    if (found.empty()) {
+        found = nameSpace_->find(node, operatorName(node.getOp()), SymbolKind::function);
+    }
+    return found;
+}
+
 void ASTTypeCheckVisitor::reportNoOverload(const ApplicationExpressionNode& node,
-                                           SymbolView candidates, std::size_t first) {
+                                           const SymbolView& candidates, Arguments arguments) {
     report(node, [&] {
-        const bool isOne = typeStack_.size() == first + 1;
         return "There is no function " + node.getName() + " that takes {" +
-               printedType(isOne ? typeStack_.back() : product(first)) + "}." + listed(candidates);
+               printedType(arguments.size() == 1 ? *arguments.front() : product(arguments)) + "}." +
+               listed(candidates);
+    });
+}
+
+void ASTTypeCheckVisitor::reportNoOverload(const RelationalExpressionNode& node,
+                                           const SymbolView& candidates, const TypePtr& left,
+                                           const TypePtr& right) {
+    report(node, [&] {
+        return "There is no " + operatorName(node.getOp()) + " that takes lhs={" +
+               printedType(left) + "} and rhs={" + printedType(right) + "}." + listed(candidates);
     });
 }
 
@@ -312,25 +329,31 @@ bool ASTTypeCheckVisitor::pushArguments(ExpressionNode& argument) {
         checkVisitDepth(argument);
         return pushElements(static_cast<TupleExpressionNode&>(argument));
     }
-    push(typeOf(argument));
-    return !Type::isTypeError(typeStack_.back());
+    const TypePtr& type = typeOf(argument);
+    arguments_.push_back(&type);
+    return !Type::isTypeError(type);
 }
 
 bool ASTTypeCheckVisitor::pushElements(TupleExpressionNode& tuple) {
     for (const ExpressionPtr& element : tuple.getElements()) {
-        push(typeOf(*element));
-        if (Type::isTypeError(typeStack_.back())) {
+        const TypePtr& type = typeOf(*element);
+        arguments_.push_back(&type);
+        if (Type::isTypeError(type)) {
             return false;
         }
     }
     return true;
 }
 
-// The product of the types from the one numbered `first` on.
-TypePtr ASTTypeCheckVisitor::product(std::size_t first) const {
+// The types that were pushed from the one numbered `first` on.
+ASTTypeCheckVisitor::Arguments ASTTypeCheckVisitor::argumentsFrom(std::size_t first) const {
+    return {arguments_.begin() + first, arguments_.end()};
+}
+
+TypePtr ASTTypeCheckVisitor::product(Arguments types) {
     const OrvCountedPtr<TEProduct> product(new TEProduct);
-    for (const TypePtr& type : Arguments(typeStack_).subspan(first)) {
-        product->addComponent(type);
+    for (const TypePtr* type : types) {
+        product->addComponent(*type);
     }
     return product;
 }
@@ -342,7 +365,7 @@ void ASTTypeCheckVisitor::visitMapExpression(MapExpressionNode& node) {
           "The source set of a map must have type {object collection}");
     check(*node.getFunction(), &Type::isString,
           "The parameterized function of a map must have type {string}");
-    push(Type::stringCollectionType());
+    give(Type::stringCollectionType());
 }
 
 void ASTTypeCheckVisitor::visitFilterExpression(FilterExpressionNode& node) {
@@ -350,7 +373,7 @@ void ASTTypeCheckVisitor::visitFilterExpression(FilterExpressionNode& node) {
           "The source set of a filter must have type {object collection}");
     check(*node.getPredicate(), &Type::isBoolean,
           "The parameterized predicate of a filter must have type {boolean}");
-    push(Type::objectCollectionType());
+    give(Type::objectCollectionType());
 }
 
 void ASTTypeCheckVisitor::visitTraverseExpression(TraverseExpressionNode& node) {
@@ -358,7 +381,7 @@ void ASTTypeCheckVisitor::visitTraverseExpression(TraverseExpressionNode& node) 
           "The source set of a traverse must have type {object collection}");
     check(*node.getPath(), &Type::isObjectCollection,
           "The parameterized path of a traverse must have type {object collection}");
-    push(Type::objectCollectionType());
+    give(Type::objectCollectionType());
 }
 
 void ASTTypeCheckVisitor::visitSortExpression(SortExpressionNode& node) {
@@ -369,63 +392,66 @@ void ASTTypeCheckVisitor::visitSortExpression(SortExpressionNode& node) {
               "The parameterized key of a sort must have type {boolean} or {string} or {integer} "
               "or {real}");
     }
-    push(Type::objectCollectionType());
+    give(Type::objectCollectionType());
 }
 
 // ---------------------------------------------------------------- let, if, tuples
 
 void ASTTypeCheckVisitor::visitLetExpression(LetExpressionNode& node) {
-    const TypePtr value = check(*node.getSource(), &isValueType,
-                                "The value of the bound variable in a let-expression must have "
-                                "type {boolean} or {string} or {integer} or {real} or {object} or "
-                                "{object collection} or {string collection}");
+    const TypePtr& value = check(*node.getSource(), &isValueType,
+                                 "The value of the bound variable in a let-expression must have "
+                                 "type {boolean} or {string} or {integer} or {real} or {object} or "
+                                 "{object collection} or {string collection}");
     if (isValueType(value)) {
         node.getBoundVariable()->setType(value);
-        letVariableUsage_.registerLetVariable(*node.getBoundVariable());
     }
-    const TypePtr body = check(*node.getExpr(), &isValueType,
-                               "The body of a let-expression must have type {boolean} or {string} "
-                               "or {integer} or {real} or {object} or {object collection} or "
-                               "{string collection}");
+    const TypePtr& body = check(*node.getExpr(), &isValueType,
+                                "The body of a let-expression must have type {boolean} or {string} "
+                                "or {integer} or {real} or {object} or {object collection} or "
+                                "{string collection}");
     if (isValueType(body)) {
         node.setResultType(body);
     }
-    push(isValueType(body) ? body : Type::typeError());
+    give(isValueType(body) ? body : Type::typeError());
 }
 
 void ASTTypeCheckVisitor::visitIfExpression(IfExpressionNode& node) {
     check(*node.getTest(), &Type::isBoolean,
           "The test of an if-expression must have type {boolean}");
-    const TypePtr thenType = check(*node.getThen(), &isValueType,
-                                   "The then-branch of an if-expression must have type {boolean} "
-                                   "or {string} or {integer} or {real} or {object} or {object "
-                                   "collection} or {string collection}");
-    const TypePtr elseType = check(*node.getElse(), &isValueType,
-                                   "The else-branch of an if-expression must have type {boolean} "
-                                   "or {string} or {integer} or {real} or {object} or {object "
-                                   "collection} or {string collection}");
+    const TypePtr& thenType = check(*node.getThen(), &isValueType,
+                                    "The then-branch of an if-expression must have type {boolean} "
+                                    "or {string} or {integer} or {real} or {object} or {object "
+                                    "collection} or {string collection}");
+    const TypePtr& elseType = check(*node.getElse(), &isValueType,
+                                    "The else-branch of an if-expression must have type {boolean} "
+                                    "or {string} or {integer} or {real} or {object} or {object "
+                                    "collection} or {string collection}");
     if (!isValueType(thenType) || !isValueType(elseType)) {
-        push(Type::typeError());
+        give(Type::typeError());
     } else if (Type::areEqual(thenType, elseType)) {
         node.setResultType(thenType);
-        push(thenType);
+        give(thenType);
     } else {
         reportDisagreement(
             node, "The types of the then- and else-branches of an if-expression must agree", "then",
             thenType, "else", elseType);
-        push(Type::typeError());
+        give(Type::typeError());
     }
 }
 
 void ASTTypeCheckVisitor::visitTupleExpression(TupleExpressionNode& node) {
-    const std::size_t first = typeStack_.size();
-    const TypePtr type = pushElements(node) ? product(first) : Type::typeError();
-    typeStack_.resize(first);
-    push(type);
+    const std::size_t first = arguments_.size();
+    if (pushElements(node)) {
+        tupleTypes_.push_front(product(argumentsFrom(first)));
+        give(tupleTypes_.front());
+    } else {
+        give(Type::typeError());
+    }
+    arguments_.truncate(first);
 }
 
 void ASTTypeCheckVisitor::visitUnitExpression(UnitExpressionNode& /*node*/) {
-    push(Type::unitType());
+    give(Type::unitType());
 }
 
 // ---------------------------------------------------------------- constants
@@ -433,49 +459,68 @@ void ASTTypeCheckVisitor::visitUnitExpression(UnitExpressionNode& /*node*/) {
 void ASTTypeCheckVisitor::visitRegExpConstant(RegExpConstantNode& node) {
     const RWCRegexp::StatVal status = RWCRegexp(node.getText()).status();
     if (status == RWCRegexp::ok) {
-        push(Type::regexpType());
+        give(Type::regexpType());
         return;
     }
     reportError(node, status == RWCRegexp::tooLong ? "Regular expression is too long."
                                                    : "Regular expression is malformed.");
-    push(Type::typeError());
+    give(Type::typeError());
 }
 
 void ASTTypeCheckVisitor::visitStringConstant(StringConstantNode& /*node*/) {
-    push(Type::stringType());
+    give(Type::stringType());
 }
 void ASTTypeCheckVisitor::visitIntegerConstant(IntegerConstantNode& /*node*/) {
-    push(Type::integerType());
+    give(Type::integerType());
 }
-void ASTTypeCheckVisitor::visitRealConstant(RealConstantNode& /*node*/) { push(Type::realType()); }
+void ASTTypeCheckVisitor::visitRealConstant(RealConstantNode& /*node*/) { give(Type::realType()); }
 void ASTTypeCheckVisitor::visitBooleanConstant(BooleanConstantNode& /*node*/) {
-    push(Type::booleanType());
+    give(Type::booleanType());
 }
 
 // ---------------------------------------------------------------- paths
 
 void ASTTypeCheckVisitor::visitPath(PathNode& node) {
-    const TypePtr anchor = checkAnchor(node);
+    const TypePtr& anchor = checkAnchor(node);
     if (!node.getAssociation()) {
-        push(anchor);
+        give(anchor);
         return;
     }
     demand(node, anchor, &Type::isObject, "The anchor of a path must have type {object}");
     check(*node.getAssociation(), &Type::isObjectCollection,
           "The associations of a path must have type {object collection}");
-    push(Type::objectCollectionType());
+    give(Type::objectCollectionType());
 }
 
-// Binds the anchor to its variable; the type of what cannot be bound is the error type.
-TypePtr ASTTypeCheckVisitor::checkAnchor(PathNode& node) {
+// The variable that the anchor means; null where there is none. Most paths of an expression, or of
+// a condition in it, start at the same one.
+const SymbolPtr* ASTTypeCheckVisitor::variableOf(const PathNode& node) {
+    const Scope* const scope = nameSpace_->searchedScope(node);
+    if (scope != foundVariable_.scope || node.getAnchor() != foundVariable_.name ||
+        foundVariable_.variable == nullptr) {
+        foundVariable_ = {scope, node.getAnchor(), findVariable(node)};
+    }
+    return foundVariable_.variable;
+}
+
+const SymbolPtr* ASTTypeCheckVisitor::findVariable(const PathNode& node) {
     const SymbolView found = nameSpace_->find(node, node.getAnchor(), SymbolKind::variable);
     if (!found.isSingle()) {
         reportError(node, "Variable " + node.getAnchor() +
                               (found.empty() ? " doesn't exist." : " is multiply defined."));
+        return nullptr;
+    }
+    return &found.front();
+}
+
+// Binds the anchor to its variable; the type of what cannot be bound is the error type.
+const TypePtr& ASTTypeCheckVisitor::checkAnchor(PathNode& node) {
+    const SymbolPtr* const found = variableOf(node);
+    if (found == nullptr) {
         return Type::typeError();
     }
-    const auto variable = OrvConverter<VariableSymbol, Symbol>::toCounted(found.front());
-    node.setAnchorVariable(variable);
+    node.setAnchorVariable(OrvConverter<VariableSymbol, Symbol>::toCounted(*found));
+    const VariableSymbol* const variable = node.getAnchorVariable().get();
     letVariableUsage_.recordUse(*variable);
     demand(node, variable->getType(), &isValueType,
            "Variable must have type {boolean} or {string} or {integer} or {real} or {object} or "
@@ -495,7 +540,7 @@ void ASTTypeCheckVisitor::visitReferenceAssociation(ReferenceAssociationNode& no
         reportError(node, "Label " + node.getName() +
                               (found.empty() ? " doesn't exist." : " is multiply defined."));
     }
-    push(Type::objectCollectionType());
+    give(Type::objectCollectionType());
 }
 
 void ASTTypeCheckVisitor::checkLabel(DefinitionAssociationNode& node) {
@@ -507,8 +552,20 @@ void ASTTypeCheckVisitor::checkLabel(DefinitionAssociationNode& node) {
     }
 }
 
+bool ASTTypeCheckVisitor::isFirstVisit(const DefinitionAssociationNode& node) {
+    const auto entry = static_cast<std::size_t>(node.getScopeEntry());
+    if (checkedSteps_.empty()) {
+        checkedSteps_.resize(nameSpace_->entries().size());
+    }
+    const bool isFirst = entry >= checkedSteps_.size() || !checkedSteps_[entry];
+    if (entry < checkedSteps_.size()) {
+        checkedSteps_[entry] = true;
+    }
+    return isFirst;
+}
+
 void ASTTypeCheckVisitor::visitDefinitionAssociation(DefinitionAssociationNode& node) {
-    if (checkedSteps_.insert(&node).second) {
+    if (isFirstVisit(node)) {
         if (!node.getLabel().empty()) {
             checkLabel(node);
         }
@@ -523,5 +580,5 @@ void ASTTypeCheckVisitor::visitDefinitionAssociation(DefinitionAssociationNode& 
             }
         }
     }
-    push(Type::objectCollectionType());
+    give(Type::objectCollectionType());
 }

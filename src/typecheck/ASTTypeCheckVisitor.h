@@ -4,9 +4,11 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <forward_list>
+#include <span>
 #include <string>
 #include <string_view>
-#include <unordered_set>
+#include <vector>
 
 #include "api/ExprParserDialogs.h"
 #include "api/TypeRequirement.h"
@@ -23,7 +25,7 @@
 /// rule complains again, so that one mistake gives one message. Every node is visited whatever was
 /// found, but for the elements of a tuple behind a failed one; a step that follows a group is
 /// visited once. Made on the stack for one walk; borrows everything it is given.
-class ASTTypeCheckVisitor : public ASTVisitor {
+class ASTTypeCheckVisitor final : public ASTVisitor {
 public:
     /// How many errors are shown.
     static constexpr std::int32_t maximumShown = 100;
@@ -34,7 +36,7 @@ public:
     std::int32_t getErrorCount() const { return errorCount_; }
     const LetVariableUsage& getLetVariableUsage() const { return letVariableUsage_; }
     /// The type of the node that accepted this visitor, or an empty pointer before.
-    TypePtr getResult() const { return typeStack_.size() == 1 ? typeStack_.back() : TypePtr(); }
+    TypePtr getResult() const { return result_ != nullptr ? *result_ : TypePtr(); }
 
     void visitSpecification(SpecificationNode& node) override;
     void visitUniversalQuantifier(UniversalQuantifierNode& node) override;
@@ -62,10 +64,18 @@ public:
 
 private:
     using TypeTest = bool (*)(const TypePtr&);
+    /// The types of the arguments of a call.
+    using Arguments = std::span<const TypePtr* const>;
     /// The functions of a name that was looked up; the name is a node's.
     struct FoundFunctions {
         std::string_view name;
         SymbolView functions;
+    };
+    /// The one variable of a name that was looked up from a scope; the name is a node's.
+    struct FoundVariable {
+        const Scope* scope = nullptr;
+        std::string_view name;
+        const SymbolPtr* variable = nullptr;
     };
 
     template <class BuildMessage>
@@ -75,35 +85,53 @@ private:
     void reportDisagreement(const ASTNode& node, const char* message, const char* firstName,
                             const TypePtr& first, const char* secondName, const TypePtr& second);
 
-    void push(const TypePtr& type) { typeStack_.push_back(type); }
-    TypePtr pop();
-    TypePtr typeOf(ASTNode& node);
+    /// Gives the node that is visited its type. The type stays where it is: with the canonical
+    /// ones, in a symbol, or with those of tuples.
+    void give(const TypePtr& type) { result_ = &type; }
+    void give(TypePtr&& type) = delete;
+    const TypePtr& typeOf(ASTNode& node);
+    const TypePtr& typeOf(ExpressionNode& node);
     /// Visits a node and reports `message` at it unless its type passes the test or is the error
     /// type; returns the type.
-    TypePtr check(ASTNode& node, TypeTest test, const char* message);
+    template <class Node>
+    const TypePtr& check(Node& node, TypeTest test, const char* message);
     bool demand(const ASTNode& node, const TypePtr& type, TypeTest test, const char* message);
 
     void checkQuantifier(QuantifierNode& node);
-    void applyBinary(BinaryExpressionNode& node, const TypePtr& left, const TypePtr& right);
+    const TypePtr& applyBinary(const BinaryExpressionNode& node, const TypePtr& left,
+                               const TypePtr& right);
     void checkLogical(const BinaryExpressionNode& node, const TypePtr& left, const TypePtr& right);
-    TypePtr checkArithmetic(const BinaryExpressionNode& node, const TypePtr& left,
-                            const TypePtr& right);
+    const TypePtr& checkArithmetic(const BinaryExpressionNode& node, const TypePtr& left,
+                                   const TypePtr& right);
     void checkLabel(DefinitionAssociationNode& node);
-    TypePtr checkAnchor(PathNode& node);
+    const SymbolPtr* variableOf(const PathNode& node);
+    const SymbolPtr* findVariable(const PathNode& node);
+    const TypePtr& checkAnchor(PathNode& node);
+    bool isFirstVisit(const DefinitionAssociationNode& node);
 
-    SymbolView functionsNamed(const ASTNode& node, std::string_view name);
+    const SymbolView& functionsNamed(const ASTNode& node, std::string_view name);
+    const SymbolView& functionsOf(const RelationalExpressionNode& node);
     bool pushArguments(ExpressionNode& argument);
     bool pushElements(TupleExpressionNode& tuple);
-    TypePtr product(std::size_t first) const;
-    void reportNoOverload(const ApplicationExpressionNode& node, SymbolView candidates,
-                          std::size_t first);
+    Arguments argumentsFrom(std::size_t first) const;
+    static bool resolve(ResolvedFunctionNode& node, const SymbolView& candidates,
+                        Arguments arguments);
+    void reportNoOverload(const ApplicationExpressionNode& node, const SymbolView& candidates,
+                          Arguments arguments);
+    void reportNoOverload(const RelationalExpressionNode& node, const SymbolView& candidates,
+                          const TypePtr& left, const TypePtr& right);
+    static TypePtr product(Arguments types);
 
     ExprParserDialogs& dialogs_;
     OrvCountedPtr<NameSpace> nameSpace_;
     const TypeRequirement& requirement_;
     LetVariableUsage letVariableUsage_;
     std::int32_t errorCount_ = 0;
-    OrvPoolVector<TypePtr> typeStack_;
-    std::unordered_set<const ASTNode*> checkedSteps_;
-    std::array<FoundFunctions, 8> foundFunctions_;
+    const TypePtr* result_ = nullptr;
+    PlainArray<const TypePtr*> arguments_;  // of the calls that are visited, the inner ones last
+    std::forward_list<TypePtr> tupleTypes_;
+    std::vector<bool> checkedSteps_;  // by their entries in the name space
+    FoundVariable foundVariable_;
+    std::array<FoundFunctions, 4> foundFunctions_;
+    std::array<SymbolView, 8> foundOperators_;
 };

@@ -1,7 +1,7 @@
 // The record of the variables that an expression uses.
 #pragma once
 
-#include <unordered_map>
+#include <unordered_set>
 
 class VariableSymbol;
 
@@ -11,15 +11,26 @@ class VariableSymbol;
 /// not used. Borrows the symbols; lives for one compilation.
 class LetVariableUsage {
 public:
-    /// Makes the variable of a let known; that alone is no use of it.
-    void registerLetVariable(const VariableSymbol& symbol) { isUsed_.emplace(&symbol, false); }
-    void recordUse(const VariableSymbol& symbol) { isUsed_[&symbol] = true; }
+    void recordUse(const VariableSymbol& symbol) {
+        if (&symbol != last_) {
+            recordLast();
+            last_ = &symbol;
+        }
+    }
 
     bool isUsed(const VariableSymbol& symbol) const {
-        const auto found = isUsed_.find(&symbol);
-        return found != isUsed_.end() && found->second;
+        return &symbol == last_ || used_.count(&symbol) > 0;
     }
 
 private:
-    std::unordered_map<const VariableSymbol*, bool> isUsed_;
+    void recordLast() {
+        if (last_ != nullptr) {
+            used_.insert(last_);
+        }
+    }
+
+    // The variable that was used last is the likeliest to be used next, and often the only one: it
+    // enters the others when another one is used.
+    const VariableSymbol* last_ = nullptr;
+    std::unordered_set<const VariableSymbol*> used_;
 };

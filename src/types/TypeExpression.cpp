@@ -29,14 +29,10 @@ public:
     }
 };
 
-template <BaseTypeKind kind>
-const TypePtr& sharedBaseType() {
-    static const TypePtr type = pinType(TypePtr(new TEBaseType(kind)));
-    return type;
-}
+TypePtr makeBase(BaseTypeKind kind) { return TypePtr(new TEBaseType(kind)); }
 
 TypePtr makeCollection(BaseTypeKind elementKind) {
-    return TypePtr(new TECollection(TypePtr(new TEBaseType(elementKind))));
+    return TypePtr(new TECollection(makeBase(elementKind)));
 }
 
 }  // namespace
@@ -83,25 +79,20 @@ void TECollection::accept(TypeExpressionVisitor& visitor) const { visitor.visitC
 void TEProduct::accept(TypeExpressionVisitor& visitor) const { visitor.visitProduct(*this); }
 void TEFunction::accept(TypeExpressionVisitor& visitor) const { visitor.visitFunction(*this); }
 
-const TypePtr& TypeExpression::typeError() {
-    static const TypePtr type = pinType(TypePtr(new TETypeError));
-    return type;
-}
-
-const TypePtr& TypeExpression::booleanType() { return sharedBaseType<BaseTypeKind::boolean>(); }
-const TypePtr& TypeExpression::regexpType() { return sharedBaseType<BaseTypeKind::regexp>(); }
-const TypePtr& TypeExpression::stringType() { return sharedBaseType<BaseTypeKind::string>(); }
-const TypePtr& TypeExpression::integerType() { return sharedBaseType<BaseTypeKind::integer>(); }
-const TypePtr& TypeExpression::realType() { return sharedBaseType<BaseTypeKind::real>(); }
-const TypePtr& TypeExpression::objectType() { return sharedBaseType<BaseTypeKind::object>(); }
-const TypePtr& TypeExpression::unitType() { return sharedBaseType<BaseTypeKind::unit>(); }
-
-const TypePtr& TypeExpression::objectCollectionType() {
-    static const TypePtr type = pinType(makeCollection(BaseTypeKind::object));
-    return type;
-}
-
-const TypePtr& TypeExpression::stringCollectionType() {
-    static const TypePtr type = pinType(makeCollection(BaseTypeKind::string));
-    return type;
+// Pins nothing before everything is made.
+TypeExpression::Canonical::Canonical()
+    : typeError(new TETypeError),
+      regexp(makeBase(BaseTypeKind::regexp)),
+      string(makeBase(BaseTypeKind::string)),
+      integer(makeBase(BaseTypeKind::integer)),
+      real(makeBase(BaseTypeKind::real)),
+      boolean(makeBase(BaseTypeKind::boolean)),
+      object(makeBase(BaseTypeKind::object)),
+      unit(makeBase(BaseTypeKind::unit)),
+      objectCollection(makeCollection(BaseTypeKind::object)),
+      stringCollection(makeCollection(BaseTypeKind::string)) {
+    for (const TypePtr* type : {&typeError, &regexp, &string, &integer, &real, &boolean, &object,
+                                &unit, &objectCollection, &stringCollection}) {
+        pinType(*type);
+    }
 }

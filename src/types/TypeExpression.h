@@ -34,7 +34,7 @@ enum class BaseTypeKind : std::uint32_t {
 /// Shared through counted pointers and never changed once it is shared. Structural equality is the
 /// only relation between types: there are no subtypes and nothing converts by itself.
 ///
-/// The ten types that the language uses most are shared by the whole process: each is made on
+/// The ten types that the language uses most are shared by the whole process: they are made on
 /// first use, pinned, and may be used by any number of threads.
 class TypeExpression : public OrvCountedObject {
 public:
@@ -49,16 +49,20 @@ public:
     TypeKind getTypeKind() const { return typeKind_; }
 
     /// The canonical instances.
-    static const OrvCountedPtr<TypeExpression>& typeError();
-    static const OrvCountedPtr<TypeExpression>& booleanType();
-    static const OrvCountedPtr<TypeExpression>& regexpType();
-    static const OrvCountedPtr<TypeExpression>& stringType();
-    static const OrvCountedPtr<TypeExpression>& integerType();
-    static const OrvCountedPtr<TypeExpression>& realType();
-    static const OrvCountedPtr<TypeExpression>& objectType();
-    static const OrvCountedPtr<TypeExpression>& unitType();
-    static const OrvCountedPtr<TypeExpression>& objectCollectionType();
-    static const OrvCountedPtr<TypeExpression>& stringCollectionType();
+    static const OrvCountedPtr<TypeExpression>& typeError() { return canonical().typeError; }
+    static const OrvCountedPtr<TypeExpression>& booleanType() { return canonical().boolean; }
+    static const OrvCountedPtr<TypeExpression>& regexpType() { return canonical().regexp; }
+    static const OrvCountedPtr<TypeExpression>& stringType() { return canonical().string; }
+    static const OrvCountedPtr<TypeExpression>& integerType() { return canonical().integer; }
+    static const OrvCountedPtr<TypeExpression>& realType() { return canonical().real; }
+    static const OrvCountedPtr<TypeExpression>& objectType() { return canonical().object; }
+    static const OrvCountedPtr<TypeExpression>& unitType() { return canonical().unit; }
+    static const OrvCountedPtr<TypeExpression>& objectCollectionType() {
+        return canonical().objectCollection;
+    }
+    static const OrvCountedPtr<TypeExpression>& stringCollectionType() {
+        return canonical().stringCollection;
+    }
 
     /// True when both are one type: the same object, or two of the same structure.
     static bool areEqual(const OrvCountedPtr<TypeExpression>& left,
@@ -102,6 +106,16 @@ protected:
     explicit TypeExpression(TypeKind typeKind) : typeKind_(typeKind) {}
 
 private:
+    struct Canonical {
+        Canonical();
+        OrvCountedPtr<TypeExpression> typeError, regexp, string, integer, real, boolean, object,
+            unit, objectCollection, stringCollection;
+    };
+    static const Canonical& canonical() {
+        static const Canonical types;
+        return types;
+    }
+
     static bool isBase(const OrvCountedPtr<TypeExpression>& type, BaseTypeKind kind);
     static bool isCollectionOf(const OrvCountedPtr<TypeExpression>& type, BaseTypeKind kind);
 
