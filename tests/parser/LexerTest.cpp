@@ -1,4 +1,5 @@
-// The lexer: tokens with their places, dropped characters, fatal errors; the keyword table.
+// The lexer: tokens with their places, dropped characters, fatal errors; the token buffer; the
+// keyword table.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -6,6 +7,7 @@
 #include <utility>
 #include <vector>
 
+#include "parser/ColumnTokenBuffer.h"
 #include "parser/KeywordTable.h"
 #include "parser/ParseOutcome.h"
 
@@ -259,6 +261,34 @@ TEST(Lexer, Offsets) {
                      std::to_string(token->getEndOffset()) + " ";
         }
         EXPECT_EQ(found, offsets) << text;
+    }
+}
+
+// Some tokens own their text, some borrow it; the ring grows where it is not at its beginning.
+TEST(TokenBuffer, GivesTheTokensInOrderHoweverFarSomebodyLooks) {
+    const std::string text = R"(a "b\\n" [c] "d\te" f "g\"h" i "j" k "l\rm" n "o\np" q)";
+    std::vector<std::string> expected;
+    for (const TokenPtr& token : scan(text).tokens) {
+        expected.push_back(token->getText());
+    }
+    for (std::size_t before = 0; before < 5; ++before) {
+        for (std::size_t ahead = 1; before + ahead <= expected.size(); ++ahead) {
+            DLGStringInput input(text.c_str());
+            DLGLexer lexer(&input);
+            ColumnTokenBuffer buffer(lexer, 1, 2);
+            const ColumnToken tokenTemplate;
+            buffer.setTemplate(tokenTemplate);
+            std::vector<std::string> taken;
+            for (std::size_t i = 0; i < expected.size(); ++i) {
+                if (i == before) {
+                    EXPECT_EQ(buffer.look(2).getText(), expected[i + 1]);
+                    EXPECT_EQ(buffer.look(ahead).getText(), expected[i + ahead - 1]);
+                }
+                EXPECT_EQ(buffer.look().getText(), expected[i]);
+                taken.push_back(buffer.take().getText());
+            }
+            EXPECT_EQ(taken, expected) << before << " " << ahead;
+        }
     }
 }
 
