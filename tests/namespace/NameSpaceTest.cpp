@@ -94,4 +94,21 @@ b:[a] -> @b -> a:[c] ==> <S <Path{a@a, b@b}>> ;; l:[a] -> l:[b] ==> <S <Path{l@l
     }
 }
 
+// Scopes of paths that declare nothing are told apart and hide nothing.
+TEST(NameSpace, ResolversOfPaths) {
+    const TreePtr tree = parse("this = current").tree;
+    const OrvCountedPtr<NameSpace> nameSpace = nameSpaceOf(tree);
+    const auto& comparison = dynamic_cast<RelationalExpressionNode&>(*tree->getExpr());
+    const ASTNode& path = *comparison.getLhs();
+    const NameResolverPtr resolver = nameSpace->getResolver(path);
+    EXPECT_TRUE(resolver->resolveLocal("this", {}).empty());
+    EXPECT_EQ(resolver->resolve("this", {}).size(), 1U);
+    EXPECT_EQ(nameSpace->getResolver(comparison)->resolveLocal("this", {}).size(), 1U);
+    const ScopePtr scope = nameSpace->scopeOf(path);
+    EXPECT_EQ(scope, nameSpace->scopeOf(path));
+    EXPECT_FALSE(scope == nameSpace->scopeOf(*comparison.getRhs()));
+    EXPECT_EQ(scope->getParent(), nameSpace->scopeOf(comparison));
+    EXPECT_FALSE(nameSpace->getResolver(UnitExpressionNode()));
+}
+
 }  // namespace
