@@ -31,8 +31,6 @@ MMValueAbsExpr::MMValueAbsExpr(const OrvCyclicPtr<MMObjectVarExpr>& variable,
                                const OrvCyclicPtr<MMValueExpr>& body)
     : variable_(*this, variable), body_(*this, body) {}
 
-MMValueAbsExpr::~MMValueAbsExpr() = default;
-
 const MMConjunction& MMValueAbsExpr::makeConjunction() const {
     conjunction_ = std::make_unique<const MMConjunction>(*body_, *variable_);
     return *conjunction_;
@@ -53,8 +51,6 @@ MMValue MMValueAbsExpr::apply(MMEvaluationContext& context, MMObject object) con
 MMObjectCollectionAbsExpr::MMObjectCollectionAbsExpr(
     const OrvCyclicPtr<MMObjectVarExpr>& variable, const OrvCyclicPtr<MMObjectCollectionExpr>& body)
     : variable_(*this, variable), body_(*this, body) {}
-
-MMObjectCollectionAbsExpr::~MMObjectCollectionAbsExpr() = default;
 
 void MMObjectCollectionAbsExpr::print(MMTargetPrinter& printer) const {
     printer.begin("MMObjectCollectionAbsExpr").operand(variable_.get()).operand(body_.get()).end();

@@ -13,7 +13,6 @@ class __attribute__((visibility("default"))) MMValueAbsExpr : public MMExpr {
 public:
     MMValueAbsExpr(const OrvCyclicPtr<MMObjectVarExpr>& variable,
                    const OrvCyclicPtr<MMValueExpr>& body);
-    ~MMValueAbsExpr() override;
 
     /// Applies the function to an object of the context's model, from outside any evaluation: the
     /// context's limits count from here. The value's text is its own. Throws MMEvaluationError,
@@ -61,7 +60,6 @@ class __attribute__((visibility("default"))) MMObjectCollectionAbsExpr : public 
 public:
     MMObjectCollectionAbsExpr(const OrvCyclicPtr<MMObjectVarExpr>& variable,
                               const OrvCyclicPtr<MMObjectCollectionExpr>& body);
-    ~MMObjectCollectionAbsExpr() override;
 
     /// Applies the function from outside any evaluation, as MMValueAbsExpr::apply() does; returns
     /// the objects in order.

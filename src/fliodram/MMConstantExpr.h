@@ -10,16 +10,24 @@ class __attribute__((visibility("default"))) MMConstantExpr : public MMValueExpr
 public:
     explicit MMConstantExpr(const MMValue& value);
     /// A text.
-    explicit MMConstantExpr(const char* text);
+    explicit MMConstantExpr(const char* text) : MMValueExpr(MMValue::Kind::text), value_(text) {
+        addBodyKinds(MM_KIND_CONSTANT);
+    }
 
     const MMValue& getValue() const { return value_; }
 
     /// The text of an expression that is a text constant; for any other, or none, a view without
     /// data.
-    static std::string_view textOf(const MMValueExpr* expression);
+    static std::string_view textOf(const MMValueExpr* expression) {
+        const MMValue* const value = valueOf(expression, MMValue::Kind::text);
+        return value != nullptr ? value->getText() : std::string_view();
+    }
 
     /// The number of an expression that is an integer constant; nothing for any other.
-    static std::optional<int> integerOf(const MMValueExpr* expression);
+    static std::optional<int> integerOf(const MMValueExpr* expression) {
+        const MMValue* const value = valueOf(expression, MMValue::Kind::integer);
+        return value != nullptr ? std::optional<int>(value->getInteger()) : std::nullopt;
+    }
 
     /// Borrows the text of a text constant from the expression.
     MMValue evaluate(MMEvaluationContext& context) const override;
@@ -28,7 +36,12 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    static const MMValue* valueOf(const MMValueExpr* expression, MMValue::Kind kind);
+    // The value of an expression that is a constant of a kind; else null.
+    static const MMValue* valueOf(const MMValueExpr* expression, MMValue::Kind kind) {
+        const bool isConstant = expression != nullptr && expression->isAlways(kind) &&
+                                (expression->getBodyKinds() & MM_KIND_CONSTANT) != 0;
+        return isConstant ? &static_cast<const MMConstantExpr*>(expression)->value_ : nullptr;
+    }
 
     MMValue value_;
 };

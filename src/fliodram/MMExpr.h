@@ -15,12 +15,11 @@
 #include "foundation/OrvObject.h"
 
 class MMObjectVarExpr;
-class MMOperatorExpr;
 class MMTargetPrinter;
 
 /// The kinds of bodies (OrvCyclicPtrBody::getBodyKinds()) by which OrvConverter tells targets
 /// apart.
-enum MMTargetKind : std::uint8_t {
+enum MMTargetKind : std::uint16_t {
     MM_KIND_VALUE = 1,
     MM_KIND_OBJECT = 2,
     MM_KIND_OBJECT_COLLECTION = 4,
@@ -28,7 +27,8 @@ enum MMTargetKind : std::uint8_t {
     MM_KIND_OBJECT_VARIABLE = 16,
     MM_KIND_TRAVERSAL = 32,
     MM_KIND_CONSTANT = 64,
-    MM_KIND_ASSOCIATION = 128
+    MM_KIND_ASSOCIATION = 128,
+    MM_KIND_OPERATOR = 256
 };
 
 /// The base of everything that a compilation builds: a body of its graph.
@@ -38,22 +38,23 @@ enum MMTargetKind : std::uint8_t {
 /// it is evaluated. An operand may be empty only where a constructor says so.
 class __attribute__((visibility("default"))) MMTarget : public OrvObject, public OrvCyclicPtrBody {
 public:
-    ~MMTarget() override;
-
     /// Writes the constructor call that makes this target: see MMTargetPrinter.
     virtual void print(MMTargetPrinter& printer) const = 0;
 
 protected:
     MMTarget() = default;
+
+private:
+    void anchor() const override;
 };
 
 /// The base of all expressions.
 class __attribute__((visibility("default"))) MMExpr : public MMTarget {
-public:
-    ~MMExpr() override;
-
 protected:
     MMExpr() = default;
+
+private:
+    void anchor() const override;
 };
 
 /// An expression that yields one value.
@@ -63,7 +64,6 @@ public:
     explicit MMValueExpr(std::optional<MMValue::Kind> kind = std::nullopt) : kind_(kind) {
         addBodyKinds(MM_KIND_VALUE);
     }
-    ~MMValueExpr() override;
     static bool classof(const OrvCyclicPtrBody& body, std::type_identity<MMValueExpr> /*self*/) {
         return (body.getBodyKinds() & MM_KIND_VALUE) != 0;
     }
@@ -92,9 +92,6 @@ public:
     /// Appends the value, as a text, to a text that is being made, within the limits.
     virtual void appendText(MMEvaluationContext& context, std::string& text) const;
 
-    /// This expression if it is an operator, whose left operand may lead further down; else null.
-    virtual const MMOperatorExpr* asOperator() const { return nullptr; }
-
     /// True where all values are known beforehand to be of that kind.
     bool isAlways(MMValue::Kind kind) const { return kind_ == kind; }
 
@@ -105,14 +102,16 @@ private:
 /// An expression that yields one object, or none.
 class __attribute__((visibility("default"))) MMObjectExpr : public MMExpr {
 public:
-    MMObjectExpr();
-    ~MMObjectExpr() override;
+    MMObjectExpr() { addBodyKinds(MM_KIND_OBJECT); }
     static bool classof(const OrvCyclicPtrBody& body, std::type_identity<MMObjectExpr> /*self*/) {
         return (body.getBodyKinds() & MM_KIND_OBJECT) != 0;
     }
 
     /// The object, or mmNoObject. Throws MMEvaluationError.
     virtual MMObject evaluate(MMEvaluationContext& context) const = 0;
+
+private:
+    void anchor() const override;
 };
 
 /// Takes the objects of a collection as they are found, so that counting, quantifiers and the like
@@ -133,8 +132,7 @@ protected:
 /// An expression that yields an ordered collection of objects.
 class __attribute__((visibility("default"))) MMObjectCollectionExpr : public MMExpr {
 public:
-    MMObjectCollectionExpr();
-    ~MMObjectCollectionExpr() override;
+    MMObjectCollectionExpr() { addBodyKinds(MM_KIND_OBJECT_COLLECTION); }
     static bool classof(const OrvCyclicPtrBody& body,
                         std::type_identity<MMObjectCollectionExpr> /*self*/) {
         return (body.getBodyKinds() & MM_KIND_OBJECT_COLLECTION) != 0;
@@ -178,8 +176,7 @@ protected:
 /// An expression that yields an ordered collection of strings.
 class __attribute__((visibility("default"))) MMStringCollectionExpr : public MMExpr {
 public:
-    MMStringCollectionExpr();
-    ~MMStringCollectionExpr() override;
+    MMStringCollectionExpr() { addBodyKinds(MM_KIND_STRING_COLLECTION); }
     static bool classof(const OrvCyclicPtrBody& body,
                         std::type_identity<MMStringCollectionExpr> /*self*/) {
         return (body.getBodyKinds() & MM_KIND_STRING_COLLECTION) != 0;
@@ -187,4 +184,7 @@ public:
 
     /// Hands the strings to `consumer`, in order. Throws MMEvaluationError.
     virtual void forEach(MMEvaluationContext& context, MMTextConsumer& consumer) const = 0;
+
+private:
+    void anchor() const override;
 };

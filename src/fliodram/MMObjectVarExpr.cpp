@@ -33,7 +33,6 @@ private:
 }  // namespace
 
 MMObjectVarExpr::MMObjectVarExpr() { addBodyKinds(MM_KIND_OBJECT_VARIABLE); }
-MMObjectVarExpr::~MMObjectVarExpr() = default;
 
 MMObject MMObjectVarExpr::evaluate(MMEvaluationContext& /*context*/) const { return object_; }
 

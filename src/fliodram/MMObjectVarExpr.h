@@ -12,7 +12,6 @@
 class __attribute__((visibility("default"))) MMObjectVarExpr final : public MMObjectExpr {
 public:
     MMObjectVarExpr();
-    ~MMObjectVarExpr() override;
     static bool classof(const OrvCyclicPtrBody& body,
                         std::type_identity<MMObjectVarExpr> /*self*/) {
         return (body.getBodyKinds() & MM_KIND_OBJECT_VARIABLE) != 0;

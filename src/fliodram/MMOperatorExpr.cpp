@@ -74,23 +74,6 @@ double calculate(double left, int op, double right) {
     }
 }
 
-bool areAlways(MMValue::Kind kind, const MMValueExpr* left, const MMValueExpr* right) {
-    return left != nullptr && right != nullptr && left->isAlways(kind) && right->isAlways(kind);
-}
-
-// What is known of the result beforehand: a text beside anything is joined with it.
-std::optional<MMValue::Kind> kindOfArithmetic(const MMValueExpr* left, int op,
-                                              const MMValueExpr* right) {
-    const auto isText = [](const MMValueExpr* operand) {
-        return operand != nullptr && operand->isAlways(MMValue::Kind::text);
-    };
-    if (op == MM_ADD && left != nullptr && right != nullptr && (isText(left) || isText(right))) {
-        return MMValue::Kind::text;
-    }
-    return areAlways(MMValue::Kind::integer, left, right) ? std::optional(MMValue::Kind::integer)
-                                                          : std::nullopt;
-}
-
 bool isNumber(const MMValue& value) {
     return value.getKind() == MMValue::Kind::integer || value.getKind() == MMValue::Kind::real;
 }
@@ -121,16 +104,6 @@ void negate(MMValue& value) {
 
 }  // namespace
 
-MMOperatorExpr::MMOperatorExpr(const OrvCyclicPtr<MMValueExpr>& lhs, int op,
-                               const OrvCyclicPtr<MMValueExpr>& rhs,
-                               std::optional<MMValue::Kind> kind)
-    : MMValueExpr(kind), lhs_(*this, lhs), op_(op), rhs_(*this, rhs), chainLength_(1) {
-    const MMOperatorExpr* const left = lhs ? lhs->asOperator() : nullptr;
-    chainLength_ += left != nullptr ? left->chainLength_ : 0;
-}
-
-MMOperatorExpr::~MMOperatorExpr() = default;
-
 MMValue MMOperatorExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
     if (!isLongChain()) {
@@ -149,7 +122,7 @@ const std::vector<const MMOperatorExpr*>& MMOperatorExpr::chain() const {
     if (chain_ == nullptr) {
         auto chain = std::make_unique<std::vector<const MMOperatorExpr*>>();
         chain->reserve(chainLength_);
-        for (const MMOperatorExpr* next = this; next != nullptr; next = next->lhs_->asOperator()) {
+        for (const MMOperatorExpr* next = this; next != nullptr; next = from(next->lhs_.get())) {
             chain->push_back(next);
         }
         chain_ = std::move(chain);
@@ -159,8 +132,7 @@ const std::vector<const MMOperatorExpr*>& MMOperatorExpr::chain() const {
 
 void MMOperatorExpr::print(MMTargetPrinter& printer) const {
     std::vector<const MMOperatorExpr*> chain;
-    for (const MMOperatorExpr* next = this; next != nullptr;
-         next = next->lhs_ ? next->lhs_->asOperator() : nullptr) {
+    for (const MMOperatorExpr* next = this; next != nullptr; next = from(next->lhs_.get())) {
         chain.push_back(next);
         printer.begin(next->className());
     }
@@ -170,9 +142,22 @@ void MMOperatorExpr::print(MMTargetPrinter& printer) const {
     }
 }
 
+// What is known of the result beforehand: a text beside anything is joined with it.
+std::optional<MMValue::Kind> MMArithmeticExpr::kindOf(const MMValueExpr* left, int op,
+                                                      const MMValueExpr* right) {
+    const auto isText = [](const MMValueExpr* operand) {
+        return operand != nullptr && operand->isAlways(MMValue::Kind::text);
+    };
+    if (op == MM_ADD && left != nullptr && right != nullptr && (isText(left) || isText(right))) {
+        return MMValue::Kind::text;
+    }
+    return areAlways(MMValue::Kind::integer, left, right) ? std::optional(MMValue::Kind::integer)
+                                                          : std::nullopt;
+}
+
 MMArithmeticExpr::MMArithmeticExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMArithOp op,
                                    const OrvCyclicPtr<MMValueExpr>& rhs)
-    : MMOperatorExpr(lhs, op, rhs, kindOfArithmetic(lhs.get(), op, rhs.get())) {}
+    : MMOperatorExpr(lhs, op, rhs, kindOf(lhs.get(), op, rhs.get())) {}
 
 const char* MMArithmeticExpr::className() const { return "MMArithmeticExpr"; }
 
@@ -284,15 +269,6 @@ MMRelationalExpr::MMRelationalExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMRelOp
       owner_(comparison_ == Comparison::ofTexts && constantRight_.data() != nullptr
                  ? lhs->getOwner()
                  : nullptr) {}
-
-MMRelationalExpr::Comparison MMRelationalExpr::chooseComparison(const MMValueExpr* left,
-                                                                const MMValueExpr* right) {
-    if (areAlways(MMValue::Kind::text, left, right)) {
-        return Comparison::ofTexts;
-    }
-    return areAlways(MMValue::Kind::integer, left, right) ? Comparison::ofIntegers
-                                                          : Comparison::ofValues;
-}
 
 const char* MMRelationalExpr::className() const { return "MMRelationalExpr"; }
 

@@ -17,10 +17,14 @@
 /// evaluating and printing a long chain is a loop, from the innermost left operand outward.
 class __attribute__((visibility("default"))) MMOperatorExpr : public MMValueExpr {
 public:
-    ~MMOperatorExpr() override;
+    /// An expression that is an operator, whose left operand may lead further down; else null.
+    static const MMOperatorExpr* from(const MMValueExpr* expression) {
+        const bool isOne =
+            expression != nullptr && (expression->getBodyKinds() & MM_KIND_OPERATOR) != 0;
+        return isOne ? static_cast<const MMOperatorExpr*>(expression) : nullptr;
+    }
 
     MMValue evaluate(MMEvaluationContext& context) const override;
-    const MMOperatorExpr* asOperator() const override { return this; }
     const MMTextColumn* findColumn(const MMModel& model) const override {
         return isLongChain() ? nullptr : lhs_->findColumn(model);
     }
@@ -31,13 +35,23 @@ public:
 
 protected:
     /// Both operands, of which the right one may be empty; the kind of all values, if it is known.
-    MMOperatorExpr(const OrvCyclicPtr<MMValueExpr>& lhs, int op,
-                   const OrvCyclicPtr<MMValueExpr>& rhs, std::optional<MMValue::Kind> kind);
+    [[gnu::always_inline]] MMOperatorExpr(const OrvCyclicPtr<MMValueExpr>& lhs, int op,
+                                          const OrvCyclicPtr<MMValueExpr>& rhs,
+                                          std::optional<MMValue::Kind> kind)
+        : MMValueExpr(kind), lhs_(*this, lhs), op_(op), rhs_(*this, rhs), chainLength_(1) {
+        const MMOperatorExpr* const left = from(lhs.get());
+        chainLength_ += left != nullptr ? left->chainLength_ : 0;
+        addBodyKinds(MM_KIND_OPERATOR);
+    }
 
     /// Replaces the value of the left operand by the value of the whole.
     virtual void apply(MMEvaluationContext& context, MMValue& value) const = 0;
     virtual const char* className() const = 0;
 
+    /// Whether both operands are there, and all their values are known to be of that kind.
+    static bool areAlways(MMValue::Kind kind, const MMValueExpr* left, const MMValueExpr* right) {
+        return left != nullptr && right != nullptr && left->isAlways(kind) && right->isAlways(kind);
+    }
     int op() const { return op_; }
     /// True when the chain of left operands is too long to recurse into.
     bool isLongChain() const { return chainLength_ > longestRecursion; }
@@ -76,6 +90,8 @@ protected:
     const char* className() const override;
 
 private:
+    static std::optional<MMValue::Kind> kindOf(const MMValueExpr* left, int op,
+                                               const MMValueExpr* right);
     void combine(MMEvaluationContext& context, MMValue& value, const MMValue& right) const;
 };
 
@@ -162,7 +178,13 @@ private:
         std::uint64_t isTrue = 0;
     };
 
-    static Comparison chooseComparison(const MMValueExpr* left, const MMValueExpr* right);
+    static Comparison chooseComparison(const MMValueExpr* left, const MMValueExpr* right) {
+        if (areAlways(MMValue::Kind::text, left, right)) {
+            return Comparison::ofTexts;
+        }
+        return areAlways(MMValue::Kind::integer, left, right) ? Comparison::ofIntegers
+                                                              : Comparison::ofValues;
+    }
     bool judge(MMEvaluationContext& context) const;
     void remember(const MMModel& model, bool verdict) const;
     bool compareOthers(MMEvaluationContext& context) const;

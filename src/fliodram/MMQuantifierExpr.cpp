@@ -42,8 +42,6 @@ MMQuantifierExpr::MMQuantifierExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& c
       variable_(*this, variable),
       decisive_(decisive) {}
 
-MMQuantifierExpr::~MMQuantifierExpr() = default;
-
 bool MMQuantifierExpr::evaluateBoolean(MMEvaluationContext& context) const {
     context.checkDepth();
     PredicateTest test(context, *variable_, *predicate_, decisive_);

@@ -10,8 +10,6 @@ class MMAssociationExpr;
 /// after the other, as many as decide the answer.
 class __attribute__((visibility("default"))) MMQuantifierExpr : public MMValueExpr {
 public:
-    ~MMQuantifierExpr() override;
-
     MMValue evaluate(MMEvaluationContext& context) const override;
     bool evaluateBoolean(MMEvaluationContext& context) const override;
     void print(MMTargetPrinter& printer) const override;

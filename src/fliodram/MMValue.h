@@ -23,8 +23,9 @@ public:
     explicit MMValue(bool value) : content_(value) {}
     explicit MMValue(int value) : content_(value) {}
     explicit MMValue(double value) : content_(value) {}
-    explicit MMValue(const OrvString& text) : content_(std::string(text.view())) {}
-    explicit MMValue(const char* text) : content_(std::string(text)) {}
+    explicit MMValue(const OrvString& text)
+        : content_(std::in_place_type<std::string>, text.view()) {}
+    explicit MMValue(const char* text) : content_(std::in_place_type<std::string>, text) {}
     explicit MMValue(std::string&& text) : content_(std::move(text)) {}
     MMValue(const MMValue& other);
     MMValue(MMValue&& other) noexcept = default;

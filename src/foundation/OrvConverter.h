@@ -37,6 +37,11 @@ public:
         }
         return result;
     }
+    /// The object alone, for as long as the source holds it; null where the others give an empty
+    /// pointer.
+    static To* toBorrowed(const OrvCyclicPtr<From>& source) noexcept {
+        return narrow(source.get());
+    }
     static OrvCyclicPtr<To> toCyclic(const OrvCountedPtr<From>& source) noexcept {
         return OrvCyclicPtr<To>(narrow(source.get()));
     }

@@ -70,6 +70,8 @@ private:
     friend class OrvCyclicPtr;
     template <class To, class From>
     friend class OrvConverter;
+    template <class U>
+    friend class OrvCyclicLoan;
 
     void hold() const noexcept {
         if (object_ != nullptr) {
@@ -78,6 +80,24 @@ private:
     }
 
     T* object_ = nullptr;
+};
+
+/// A pointer lent to a call that takes an OrvCyclicPtr: it counts nothing, so that somebody else
+/// must hold the body meanwhile. Neither copied nor kept; what the call gives it to is a pointer
+/// like any other.
+template <class T>
+class OrvCyclicLoan {
+public:
+    explicit OrvCyclicLoan(T* object) noexcept { lent_.object_ = object; }
+    OrvCyclicLoan(const OrvCyclicLoan&) = delete;
+    OrvCyclicLoan& operator=(const OrvCyclicLoan&) = delete;
+    ~OrvCyclicLoan() { lent_.object_ = nullptr; }
+
+    // NOLINTNEXTLINE(google-explicit-constructor): it stands where the pointer is asked for
+    operator const OrvCyclicPtr<T>&() const noexcept { return lent_; }
+
+private:
+    OrvCyclicPtr<T> lent_;
 };
 
 /// A pointer to a body that is a member of another body, its holder.

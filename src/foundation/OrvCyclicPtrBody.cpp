@@ -4,12 +4,13 @@
 
 namespace {
 
-// Bodies that wait for deletion on this thread, as a ring, while a sweep is running. Trivially
-// destructible, so that unloading the library leaves nothing behind in a thread.
-thread_local OrvCyclicPtrBody* pendingBodies = nullptr;
-thread_local bool isSweeping = false;
+// Where the sweep that is running on this thread keeps the bodies that wait for deletion, as a
+// ring. Trivially destructible, so that unloading the library leaves nothing behind in a thread.
+thread_local OrvCyclicPtrBody** pendingBodies = nullptr;
 
 }  // namespace
+
+void OrvCyclicPtrBody::anchor() const {}
 
 OrvCyclicPtrBody::OrvCyclicPtrBody(const OrvCyclicPtrBody& other) noexcept
     : parent_(this), next_(this), kinds_(other.kinds_) {}
@@ -19,16 +20,10 @@ OrvCyclicPtrBody& OrvCyclicPtrBody::operator=(const OrvCyclicPtrBody& /*other*/)
     return *this;
 }
 
-OrvCyclicPtrBody::~OrvCyclicPtrBody() {
-    if (next_ != this) {
-        leaveGroup();
-    }
-}
-
 // Of two groups of equal size the holder's goes below the target's: a body that joins groups in
 // its constructor and then throws is a leaf of the forest, and leaves without a trace.
-void OrvCyclicPtrBody::join(const OrvCyclicPtrBody& target) const noexcept {
-    OrvCyclicPtrBody* upper = target.root();
+void OrvCyclicPtrBody::joinGroups(OrvCyclicPtrBody& targetGroup) const noexcept {
+    OrvCyclicPtrBody* upper = &targetGroup;
     OrvCyclicPtrBody* lower = root();
     if (upper == lower) {
         return;
@@ -40,38 +35,47 @@ void OrvCyclicPtrBody::join(const OrvCyclicPtrBody& target) const noexcept {
     upper->holds_ += lower->holds_;
     upper->size_ += lower->size_;
     std::swap(upper->next_, lower->next_);
+    if (this != upper) {
+        parent_ = upper;
+    }
 }
 
-// Every body becomes a group of its own, held for ever, before the first is deleted: nothing that
-// a destructor does to a pointer reaches a body that is gone. A sweep that begins inside another
-// one only adds its ring to the bodies that wait.
+// Every body becomes a group of its own, held by the sweep, before the first is deleted: nothing
+// that a destructor does to a pointer reaches a body that is gone, or begins a second deletion. A
+// sweep that begins inside another one only adds its ring to the bodies that wait.
 void OrvCyclicPtrBody::sweep() const noexcept {
     OrvCyclicPtrBody* body = next_;
     do {
         body->parent_ = body;
-        body->holds_ = heldForEver;
+        body->holds_ = 1;
         body = body->next_;
     } while (body != next_);
     if (pendingBodies != nullptr) {
-        std::swap(pendingBodies->next_, next_);
+        addPending(*pendingBodies, next_);
         return;
     }
-    pendingBodies = next_;
-    if (isSweeping) {
-        return;
-    }
-    isSweeping = true;
-    while (pendingBodies != nullptr) {
-        OrvCyclicPtrBody* const doomed = pendingBodies->next_;
-        if (doomed == pendingBodies) {
-            pendingBodies = nullptr;
+    OrvCyclicPtrBody* pending = next_;
+    pendingBodies = &pending;
+    while (pending != nullptr) {
+        OrvCyclicPtrBody* const doomed = pending->next_;
+        if (doomed == pending) {
+            pending = nullptr;
         } else {
-            pendingBodies->next_ = doomed->next_;
+            pending->next_ = doomed->next_;
             doomed->next_ = doomed;
         }
         delete doomed;
     }
-    isSweeping = false;
+    pendingBodies = nullptr;
+}
+
+// Makes one ring of two, of which the first may be empty.
+void OrvCyclicPtrBody::addPending(OrvCyclicPtrBody*& pending, OrvCyclicPtrBody* ring) noexcept {
+    if (pending == nullptr) {
+        pending = ring;
+    } else {
+        std::swap(pending->next_, ring->next_);
+    }
 }
 
 // Reached only by a body that is deleted while others of its group live on: one whose constructor

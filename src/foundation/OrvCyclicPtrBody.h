@@ -27,32 +27,32 @@ public:
 
     /// Of which kinds the body is, a bit for each: what they mean is for the hierarchy of classes
     /// to say. OrvConverter tells classes apart by them, where they offer it.
-    std::uint8_t getBodyKinds() const { return kinds_; }
+    std::uint16_t getBodyKinds() const { return kinds_; }
 
     /// Adds a hold on the group.
-    void hold() const noexcept {
-        OrvCyclicPtrBody* const group = root();
-        if (group->holds_ != heldForEver) {
-            ++group->holds_;
-        }
-    }
+    void hold() const noexcept { ++root()->holds_; }
     /// Takes a hold back; the last one deletes the group.
     void release() const noexcept {
         OrvCyclicPtrBody* const group = root();
-        if (group->holds_ != heldForEver && --group->holds_ == 0) {
+        if (--group->holds_ == 0) {
             group->sweep();
         }
     }
     /// Takes a hold back without looking whether it was the last one: for handing a body over to
     /// a holder that is still under construction and is held only afterwards.
-    void surrender() const noexcept {
-        OrvCyclicPtrBody* const group = root();
-        if (group->holds_ != heldForEver) {
-            --group->holds_;
+    void surrender() const noexcept { --root()->holds_; }
+    /// Joins the group of `target` with this body's.
+    void join(const OrvCyclicPtrBody& target) const noexcept {
+        OrvCyclicPtrBody* const group = target.root();
+        if (parent_ == group) {
+            return;
+        }
+        if (next_ == this) {
+            enter(*group);
+        } else {
+            joinGroups(*group);
         }
     }
-    /// Joins the group of `target` with this body's.
-    void join(const OrvCyclicPtrBody& target) const noexcept;
     /// True when both bodies live in one group.
     bool isJoinedWith(const OrvCyclicPtrBody& other) const noexcept {
         return root() == other.root();
@@ -69,16 +69,16 @@ protected:
     OrvCyclicPtrBody(const OrvCyclicPtrBody& other) noexcept;
     /// Changes nothing: groups and claims are an object's own.
     OrvCyclicPtrBody& operator=(const OrvCyclicPtrBody& other) noexcept;
-    virtual ~OrvCyclicPtrBody();
+    virtual ~OrvCyclicPtrBody() {
+        if (next_ != this) {
+            leaveGroup();
+        }
+    }
 
     /// Adds kinds; for the constructors of the classes that these stand for.
-    void addBodyKinds(std::uint8_t kinds) { kinds_ = static_cast<std::uint8_t>(kinds_ | kinds); }
+    void addBodyKinds(std::uint16_t kinds) { kinds_ = static_cast<std::uint16_t>(kinds_ | kinds); }
 
 private:
-    // A group under deletion is held for ever, so that a pointer to one of its bodies, made and
-    // dropped by a destructor, does not begin a second deletion.
-    static constexpr std::uint32_t heldForEver = 0xFFFFFFFFU;
-
     OrvCyclicPtrBody* root() const noexcept {
         OrvCyclicPtrBody* body = parent_;
         while (body->parent_ != body) {
@@ -87,7 +87,19 @@ private:
         }
         return body;
     }
+    // What most bodies do, once: a body that is alone goes below the root of a group.
+    void enter(OrvCyclicPtrBody& group) const noexcept {
+        auto* const self = const_cast<OrvCyclicPtrBody*>(this);
+        parent_ = &group;
+        next_ = group.next_;
+        group.next_ = self;
+        group.holds_ += holds_;
+        ++group.size_;
+    }
+    virtual void anchor() const;  // as in OrvObject
+    void joinGroups(OrvCyclicPtrBody& targetGroup) const noexcept;
     void sweep() const noexcept;
+    static void addPending(OrvCyclicPtrBody*& pending, OrvCyclicPtrBody* ring) noexcept;
     void leaveGroup() noexcept;
 
     mutable OrvCyclicPtrBody* parent_;  // itself in a root
@@ -95,5 +107,5 @@ private:
     mutable std::uint32_t holds_ = 0;   // of the whole group; valid in a root
     mutable std::uint32_t size_ = 1;    // of the whole group; valid in a root
     mutable bool owned_ = false;
-    std::uint8_t kinds_ = 0;
+    std::uint16_t kinds_ = 0;
 };

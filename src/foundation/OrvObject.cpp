@@ -1,3 +1,3 @@
 #include "foundation/OrvObject.h"
 
-OrvObject::~OrvObject() = default;
+void OrvObject::anchor() const {}

@@ -70,6 +70,22 @@ TEST_F(Group, AssignmentOfPointers) {
     pointer->setLink(pointer);
 }
 
+TEST_F(Group, LoanCountsNothing) {
+    NodePtr node = makeNode();
+    NodePtr kept;
+    {
+        const OrvCyclicLoan<Node> loan(node.get());
+        const NodePtr& lent = loan;
+        EXPECT_EQ(lent.get(), node.get());
+        kept = lent;
+        node = nullptr;
+        EXPECT_EQ(Tracked::alive, 1) << "what was made of the loan holds";
+    }
+    EXPECT_EQ(Tracked::alive, 1);
+    kept = nullptr;
+    EXPECT_EQ(Tracked::alive, 0) << "and the loan left no hold";
+}
+
 class ThrowingNode : public Node {
 public:
     explicit ThrowingNode(const NodePtr& target) : Node(target) { throw std::runtime_error("no"); }
