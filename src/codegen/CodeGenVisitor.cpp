@@ -28,7 +28,7 @@ constexpr const char* wrongLetType = "Type is not appropriate for generating a l
 }  // namespace
 
 /// Looks object variables up from the node of a call.
-class CodeGenVisitor::Retriever : public ObjectVariableRetriever {
+class CodeGenVisitor::Retriever final : public ObjectVariableRetriever {
 public:
     Retriever(CodeGenVisitor& visitor, const ASTNode& node) : visitor_(visitor), node_(node) {}
 
@@ -61,24 +61,26 @@ TargetPtr CodeGenVisitor::generateTarget(ASTNode& node) {
     node.accept(*this);
     TargetPtr target = pop();
     if (node.getNodeKind() == NodeKind::expression) {
-        note(node, node.getSpan(), target);
+        note(node, node.getSpan(), *target);
     }
     return target;
 }
 
 // Pushes what the argument of a function stands for: nothing, one target, or those of a tuple.
-void CodeGenVisitor::visitOperands(ASTNode& node) {
-    const std::size_t height = stack_.size();
+inline void CodeGenVisitor::visitOperands(ASTNode& node) {
     checkVisitDepth(node);
-    node.accept(*this);
-    if (stack_.size() == height + 1) {
-        note(node, node.getSpan(), stack_.back());
+    if (map_ == nullptr) {
+        node.accept(*this);
+    } else {
+        visitAndNote(node);
     }
 }
 
-void CodeGenVisitor::note(const ASTNode& node, const SourceSpan& span, const TargetPtr& target) {
-    if (map_ != nullptr) {
-        map_->add(node, span, *target);
+void CodeGenVisitor::visitAndNote(ASTNode& node) {
+    const std::size_t height = stack_.size();
+    node.accept(*this);
+    if (stack_.size() == height + 1) {
+        note(node, node.getSpan(), *stack_.back());
     }
 }
 
@@ -91,12 +93,16 @@ OrvCyclicPtr<Target> CodeGenVisitor::boundVariable(const Binder& binder,
     return variable;
 }
 
+// A variable is often asked for several times in a row; its entry in the table does not move.
 const TargetPtr& CodeGenVisitor::targetOf(const OrvCountedPtr<VariableSymbol>& symbol) {
-    TargetPtr& target = variables_[symbol.get()];
-    if (!target) {
-        target = symbol->getGenerator()->generate(symbol->getType(), symbol->getName());
+    if (lastVariable_ == nullptr || lastVariable_->first != symbol.get()) {
+        const auto entry = variables_.try_emplace(symbol.get()).first;
+        if (!entry->second) {
+            entry->second = symbol->getGenerator()->generate(symbol->getType(), symbol->getName());
+        }
+        lastVariable_ = &*entry;
     }
-    return target;
+    return lastVariable_->second;
 }
 
 OrvCyclicPtr<MMObjectVarExpr> CodeGenVisitor::objectVariable(
@@ -152,43 +158,40 @@ void CodeGenVisitor::visitExistentialQuantifier(ExistentialQuantifierNode& node)
     generateQuantifier<MMSomeExpr>(node);
 }
 
+namespace {
+
+MMValueExpr* newBinary(BinaryOperator op, const OrvCyclicPtr<MMValueExpr>& left,
+                       const OrvCyclicPtr<MMValueExpr>& right) {
+    switch (op) {
+        case BinaryOperator::IMPLIES:
+            return new MMBooleanExpr(left, MM_IMPLIES, right);
+        case BinaryOperator::AND:
+            return new MMBooleanExpr(left, MM_AND, right);
+        case BinaryOperator::OR:
+            return new MMBooleanExpr(left, MM_OR, right);
+        case BinaryOperator::ADD:
+            return new MMArithmeticExpr(left, MM_ADD, right);
+        case BinaryOperator::SUBTRACT:
+            return new MMArithmeticExpr(left, MM_SUBTRACT, right);
+        case BinaryOperator::MULTIPLY:
+            return new MMArithmeticExpr(left, MM_MULTIPLY, right);
+        case BinaryOperator::DIVIDE:
+            return new MMArithmeticExpr(left, MM_DIVIDE, right);
+    }
+    fail("A binary expression has no known operator.");
+}
+
+}  // namespace
+
 void CodeGenVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
     const LeftSpine spine(node);
     auto left = generate<MMValueExpr>(*spine.innermostOperand());
     for (auto binary = spine.rbegin(); binary != spine.rend(); ++binary) {
         const auto right = generate<MMValueExpr>(*(*binary)->getRhs());
-        combineBinary((*binary)->getOp(), left, right);
-        note(**binary, (*binary)->getSpan(), stack_.back());
-        left = popAs<MMValueExpr>();
+        left = OrvCyclicPtr<MMValueExpr>(newBinary((*binary)->getOp(), left, right));
+        note(**binary, (*binary)->getSpan(), *left);
     }
     push(std::move(left));
-}
-
-void CodeGenVisitor::combineBinary(BinaryOperator op, const OrvCyclicPtr<MMValueExpr>& left,
-                                   const OrvCyclicPtr<MMValueExpr>& right) {
-    switch (op) {
-        case BinaryOperator::IMPLIES:
-            push(TargetPtr(new MMBooleanExpr(left, MM_IMPLIES, right)));
-            break;
-        case BinaryOperator::AND:
-            push(TargetPtr(new MMBooleanExpr(left, MM_AND, right)));
-            break;
-        case BinaryOperator::OR:
-            push(TargetPtr(new MMBooleanExpr(left, MM_OR, right)));
-            break;
-        case BinaryOperator::ADD:
-            push(TargetPtr(new MMArithmeticExpr(left, MM_ADD, right)));
-            break;
-        case BinaryOperator::SUBTRACT:
-            push(TargetPtr(new MMArithmeticExpr(left, MM_SUBTRACT, right)));
-            break;
-        case BinaryOperator::MULTIPLY:
-            push(TargetPtr(new MMArithmeticExpr(left, MM_MULTIPLY, right)));
-            break;
-        case BinaryOperator::DIVIDE:
-            push(TargetPtr(new MMArithmeticExpr(left, MM_DIVIDE, right)));
-            break;
-    }
 }
 
 void CodeGenVisitor::visitUnaryExpression(UnaryExpressionNode& node) {
@@ -202,18 +205,17 @@ void CodeGenVisitor::visitUnaryExpression(UnaryExpressionNode& node) {
 }
 
 // Replaces the last targets on the stack, as many as there are arguments, by the call. No generator
-// comes back here, so that one list serves all calls.
-void CodeGenVisitor::generateCall(const ResolvedFunctionNode& node, std::size_t arity) {
-    arguments_.resize(arity);
-    for (std::size_t i = arity; i > 0; --i) {
-        arguments_[i - 1] = pop();
-    }
-    const OrvCountedPtr<FunctionSymbol>& function = node.getResolvedFunction();
+// comes back here, so that the arguments stay where they are meanwhile.
+[[gnu::always_inline]] inline void CodeGenVisitor::generateCall(const ResolvedFunctionNode& node,
+                                                                std::size_t arity) {
+    const FunctionSymbol& function = *node.getResolvedFunction();
     Retriever retriever(*this, node);
     TargetPtr result;
-    function->getGenerator()->generate(result, retriever, function->getName(), function->getType(),
-                                       arguments_);
-    arguments_.clear();
+    function.getGenerator()->generate(result, retriever, function.getName(), function.getType(),
+                                      TargetArguments(stack_).last(arity));
+    for (; arity != 0; --arity) {
+        stack_.pop_back();
+    }
     push(std::move(result));
 }
 
@@ -288,7 +290,7 @@ namespace {
 template <class Binding, class Source>
 OrvSimplePtr<MMCachedExpr> fill(const TargetPtr& binding, const TargetPtr& source) {
     const auto narrowed = narrow<Binding>(binding);
-    narrowed->expr(narrow<Source>(source));
+    narrowed->expr(lend<Source>(source));
     return OrvSimplePtr<MMCachedExpr>(narrowed.get());
 }
 
@@ -316,18 +318,18 @@ void CodeGenVisitor::generateLet(const TypePtr& type, OrvSimplePtr<MMCachedExpr>
                                  const TargetPtr& body) {
     switch (resultKindOf(type)) {
         case ResultKind::value:
-            push(TargetPtr(new MMLetValueExpr(std::move(binding), narrow<MMValueExpr>(body))));
+            push(TargetPtr(new MMLetValueExpr(std::move(binding), lend<MMValueExpr>(body))));
             return;
         case ResultKind::object:
-            push(TargetPtr(new MMLetObjectExpr(std::move(binding), narrow<MMObjectExpr>(body))));
+            push(TargetPtr(new MMLetObjectExpr(std::move(binding), lend<MMObjectExpr>(body))));
             return;
         case ResultKind::objectCollection:
             push(TargetPtr(new MMLetObjectCollectionExpr(std::move(binding),
-                                                         narrow<MMObjectCollectionExpr>(body))));
+                                                         lend<MMObjectCollectionExpr>(body))));
             return;
         case ResultKind::stringCollection:
             push(TargetPtr(new MMLetStringCollectionExpr(std::move(binding),
-                                                         narrow<MMStringCollectionExpr>(body))));
+                                                         lend<MMStringCollectionExpr>(body))));
             return;
         case ResultKind::none:
             break;
@@ -340,8 +342,8 @@ void CodeGenVisitor::generateIf(const OrvCyclicPtr<MMValueExpr>& test, const Tar
                                 const TargetPtr& elseBranch) {
     const OrvCyclicPtr<If> conditional(new If);
     conditional->testExpr(test);
-    conditional->thenExpr(narrow<Branch>(thenBranch));
-    conditional->elseExpr(narrow<Branch>(elseBranch));
+    conditional->thenExpr(lend<Branch>(thenBranch));
+    conditional->elseExpr(lend<Branch>(elseBranch));
     push(conditional);
 }
 
@@ -401,14 +403,14 @@ void CodeGenVisitor::visitBooleanConstant(BooleanConstantNode& node) {
 void CodeGenVisitor::visitPath(PathNode& node) {
     TargetPtr anchor = targetOf(node.getAnchorVariable());
     if (node.isAnchor(AnchorKind::MODEL)) {
-        anchor = TargetPtr(new MMModelExpr(narrow<MMObjectExpr>(anchor)));
+        anchor = TargetPtr(new MMModelExpr(lend<MMObjectExpr>(anchor)));
     }
     if (node.getAssociation()) {
-        const auto object = narrow<MMObjectExpr>(anchor);
+        const auto object = narrow<MMObjectExpr>(std::move(anchor));
         const auto traversal = generate<MMAssociationTraversal>(*node.getAssociation());
         anchor = TargetPtr(new MMAssociationExpr(traversal, object));
     }
-    push(anchor);
+    push(std::move(anchor));
 }
 
 void CodeGenVisitor::visitReferenceAssociation(ReferenceAssociationNode& node) {
@@ -431,7 +433,7 @@ void CodeGenVisitor::visitDefinitionAssociation(DefinitionAssociationNode& node)
     const OrvCyclicPtr<MMAssociationTraversal> traversal(
         new MMAssociationTraversal(name, node.getAddToResult()));
     steps_.emplace(&node, traversal);
-    note(node, node.getNameSpan(), traversal);
+    note(node, node.getNameSpan(), *traversal);
     if (node.getLabelSymbol()) {
         labels_.emplace(node.getLabelSymbol().get(), traversal);
     }

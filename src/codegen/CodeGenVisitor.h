@@ -1,9 +1,10 @@
 // Code generation: the last walk, from the checked tree to the target expressions.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <unordered_map>
-#include <vector>
+#include <utility>
 
 #include "ast/ASTVisitor.h"
 #include "codegen/FunctionCodeGenerator.h"
@@ -64,19 +65,25 @@ public:
 private:
     class Retriever;
 
+    template <class Key, class Target>
+    using Table =
+        std::unordered_map<const Key*, Target, std::hash<const Key*>, std::equal_to<const Key*>,
+                           OrvPoolAllocator<std::pair<const Key* const, Target>>>;
+
     void push(TargetPtr target) { stack_.push_back(std::move(target)); }
     TargetPtr pop();
-    template <class Target>
-    OrvCyclicPtr<Target> popAs() {
-        return narrow<Target>(pop());
-    }
     template <class Target>
     OrvCyclicPtr<Target> generate(ASTNode& node) {
         return narrow<Target>(generateTarget(node));
     }
     TargetPtr generateTarget(ASTNode& node);
     void visitOperands(ASTNode& node);
-    void note(const ASTNode& node, const SourceSpan& span, const TargetPtr& target);
+    void visitAndNote(ASTNode& node);
+    void note(const ASTNode& node, const SourceSpan& span, OrvCyclicPtrBody& target) {
+        if (map_ != nullptr) {
+            map_->add(node, span, target);
+        }
+    }
     template <class Binder, class Target>
     OrvCyclicPtr<Target> boundVariable(const Binder& binder, OrvCyclicPtr<Target> variable);
     OrvCyclicPtr<MMObjectVarExpr> currentVariable(const ASTNode& node);
@@ -89,8 +96,6 @@ private:
 
     template <class Quantifier>
     void generateQuantifier(const QuantifierNode& node);
-    void combineBinary(BinaryOperator op, const OrvCyclicPtr<MMValueExpr>& left,
-                       const OrvCyclicPtr<MMValueExpr>& right);
     void generateCall(const ResolvedFunctionNode& node, std::size_t arity);
     template <class If, class Branch>
     void generateIf(const OrvCyclicPtr<MMValueExpr>& test, const TargetPtr& thenBranch,
@@ -105,11 +110,11 @@ private:
     OrvCountedPtr<NameSpace> nameSpace_;
     const LetVariableUsage& usage_;
     SourceMap* map_;
-    std::unordered_map<const LabelSymbol*, OrvCyclicPtr<MMAssociationTraversal>> labels_;
-    std::unordered_map<const ASTNode*, OrvCyclicPtr<MMAssociationTraversal>> steps_;
-    std::unordered_map<const VariableSymbol*, TargetPtr> variables_;
+    Table<LabelSymbol, OrvCyclicPtr<MMAssociationTraversal>> labels_;
+    Table<ASTNode, OrvCyclicPtr<MMAssociationTraversal>> steps_;
+    Table<VariableSymbol, TargetPtr> variables_;
+    const std::pair<const VariableSymbol* const, TargetPtr>* lastVariable_ = nullptr;
     OrvPoolVector<TargetPtr> stack_;
-    std::vector<TargetPtr> arguments_;
     OrvCyclicPtr<MMObjectVarExpr> thisVariable_;
     TargetPtr result_;
 };

@@ -5,27 +5,27 @@
 
 void SizeFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                 const std::string& /*name*/, OrvCountedPtr<TypeExpression> /*type*/,
-                                const std::vector<TargetPtr>& arguments) const {
+                                TargetArguments arguments) const {
     result = TargetPtr(new MMCountExpr(objectsArgument(arguments, 0)));
 }
 
 void UniqueFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                   const std::string& /*name*/,
                                   OrvCountedPtr<TypeExpression> /*type*/,
-                                  const std::vector<TargetPtr>& arguments) const {
+                                  TargetArguments arguments) const {
     result = TargetPtr(new MMUniqueExpr(objectsArgument(arguments, 0), false));
 }
 
 void UniqueStableFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                         const std::string& /*name*/,
                                         OrvCountedPtr<TypeExpression> /*type*/,
-                                        const std::vector<TargetPtr>& arguments) const {
+                                        TargetArguments arguments) const {
     result = TargetPtr(new MMUniqueExpr(objectsArgument(arguments, 0), true));
 }
 
 void ReverseFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                    const std::string& /*name*/,
                                    OrvCountedPtr<TypeExpression> /*type*/,
-                                   const std::vector<TargetPtr>& arguments) const {
+                                   TargetArguments arguments) const {
     result = TargetPtr(new MMReverseExpr(objectsArgument(arguments, 0)));
 }

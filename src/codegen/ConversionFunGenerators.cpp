@@ -6,14 +6,14 @@ void StringConversionFunGenerator::generate(TargetPtr& result,
                                             ObjectVariableRetriever& /*retriever*/,
                                             const std::string& /*name*/,
                                             OrvCountedPtr<TypeExpression> /*type*/,
-                                            const std::vector<TargetPtr>& arguments) const {
+                                            TargetArguments arguments) const {
     result = TargetPtr(new MMConversionExpr(valueArgument(arguments, 0), MM_STRING));
 }
 
 void RealConversionFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                           const std::string& /*name*/,
                                           OrvCountedPtr<TypeExpression> /*type*/,
-                                          const std::vector<TargetPtr>& arguments) const {
+                                          TargetArguments arguments) const {
     result = TargetPtr(new MMConversionExpr(valueArgument(arguments, 0), MM_REAL));
 }
 
@@ -21,7 +21,7 @@ void IntegerConversionFunGenerator::generate(TargetPtr& result,
                                              ObjectVariableRetriever& /*retriever*/,
                                              const std::string& /*name*/,
                                              OrvCountedPtr<TypeExpression> /*type*/,
-                                             const std::vector<TargetPtr>& arguments) const {
+                                             TargetArguments arguments) const {
     result = TargetPtr(new MMConversionExpr(valueArgument(arguments, 0), MM_INTEGER));
 }
 
@@ -29,7 +29,7 @@ void BooleanConversionFunGenerator::generate(TargetPtr& result,
                                              ObjectVariableRetriever& /*retriever*/,
                                              const std::string& /*name*/,
                                              OrvCountedPtr<TypeExpression> /*type*/,
-                                             const std::vector<TargetPtr>& arguments) const {
+                                             TargetArguments arguments) const {
     result = TargetPtr(new MMConversionExpr(valueArgument(arguments, 0), MM_BOOLEAN));
 }
 
@@ -37,7 +37,7 @@ void ObjectConversionFunGenerator::generate(TargetPtr& result,
                                             ObjectVariableRetriever& /*retriever*/,
                                             const std::string& name,
                                             OrvCountedPtr<TypeExpression> /*type*/,
-                                            const std::vector<TargetPtr>& arguments) const {
+                                            TargetArguments arguments) const {
     const OrvCyclicPtr<MMObjectExtractionExpr> extraction(
         new MMObjectExtractionExpr(objectsArgument(arguments, 0)));
     extraction->choice(name == "first" ? MMObjectExtractionExpr::first

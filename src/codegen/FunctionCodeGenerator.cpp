@@ -1,4 +1,3 @@
 #include "codegen/FunctionCodeGenerator.h"
 
 FunctionCodeGenerator::~FunctionCodeGenerator() = default;
-ObjectVariableRetriever::~ObjectVariableRetriever() = default;

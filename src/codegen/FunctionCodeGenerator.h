@@ -1,8 +1,9 @@
 // The generators that function symbols hold.
 #pragma once
 
+#include <cstddef>
+#include <span>
 #include <string>
-#include <vector>
 
 #include "codegen/Target.h"
 #include "fliodram/MMExpr.h"
@@ -15,11 +16,16 @@ public:
     ObjectVariableRetriever() = default;
     ObjectVariableRetriever(const ObjectVariableRetriever&) = delete;
     ObjectVariableRetriever& operator=(const ObjectVariableRetriever&) = delete;
-    virtual ~ObjectVariableRetriever();
 
     /// The object variable of that name, such as "this".
     virtual OrvCyclicPtr<MMObjectVarExpr> retrieve(const std::string& name) = 0;
+
+protected:
+    ~ObjectVariableRetriever() = default;
 };
+
+/// The targets of a call's arguments, which somebody else holds, in the order of the text.
+using TargetArguments = std::span<const TargetPtr>;
 
 /// Builds the target expression of a call of a built-in function or operator.
 ///
@@ -32,27 +38,31 @@ public:
     FunctionCodeGenerator& operator=(const FunctionCodeGenerator&) = delete;
     virtual ~FunctionCodeGenerator();
 
-    /// Sets `result` to the call of the function `name` of this type with these arguments, which
-    /// stand in the order of the text.
+    /// Sets `result` to the call of the function `name` of this type with these arguments.
     virtual void generate(TargetPtr& result, ObjectVariableRetriever& retriever,
                           const std::string& name, OrvCountedPtr<TypeExpression> type,
-                          const std::vector<TargetPtr>& arguments) const = 0;
+                          TargetArguments arguments) const = 0;
 };
 
-/// An argument as the kind that a generator needs.
-inline OrvCyclicPtr<MMValueExpr> valueArgument(const std::vector<TargetPtr>& arguments,
-                                               std::size_t index) {
-    return narrow<MMValueExpr>(arguments.at(index));
+/// An argument as the kind that a generator needs, for the call of a constructor.
+template <class Target>
+OrvCyclicLoan<Target> argumentAt(TargetArguments arguments, std::size_t index) {
+    if (index >= arguments.size()) {
+        throwWrongTarget();
+    }
+    return lend<Target>(arguments[index]);
 }
-inline OrvCyclicPtr<MMObjectExpr> objectArgument(const std::vector<TargetPtr>& arguments,
-                                                 std::size_t index) {
-    return narrow<MMObjectExpr>(arguments.at(index));
+inline OrvCyclicLoan<MMValueExpr> valueArgument(TargetArguments arguments, std::size_t index) {
+    return argumentAt<MMValueExpr>(arguments, index);
 }
-inline OrvCyclicPtr<MMObjectCollectionExpr> objectsArgument(const std::vector<TargetPtr>& arguments,
-                                                            std::size_t index) {
-    return narrow<MMObjectCollectionExpr>(arguments.at(index));
+inline OrvCyclicLoan<MMObjectExpr> objectArgument(TargetArguments arguments, std::size_t index) {
+    return argumentAt<MMObjectExpr>(arguments, index);
 }
-inline OrvCyclicPtr<MMStringCollectionExpr> stringsArgument(const std::vector<TargetPtr>& arguments,
-                                                            std::size_t index) {
-    return narrow<MMStringCollectionExpr>(arguments.at(index));
+inline OrvCyclicLoan<MMObjectCollectionExpr> objectsArgument(TargetArguments arguments,
+                                                             std::size_t index) {
+    return argumentAt<MMObjectCollectionExpr>(arguments, index);
+}
+inline OrvCyclicLoan<MMStringCollectionExpr> stringsArgument(TargetArguments arguments,
+                                                             std::size_t index) {
+    return argumentAt<MMStringCollectionExpr>(arguments, index);
 }

@@ -8,7 +8,7 @@
 
 void AllFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& retriever,
                                const std::string& /*name*/, OrvCountedPtr<TypeExpression> /*type*/,
-                               const std::vector<TargetPtr>& arguments) const {
+                               TargetArguments arguments) const {
     const OrvCyclicPtr<MMModelExpr> model(
         new MMModelExpr(retriever.retrieve(anchorName(AnchorKind::THIS))));
     result = TargetPtr(new MMAllInstancesExpr(valueArgument(arguments, 0), model));
@@ -17,14 +17,14 @@ void AllFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& retri
 void ClassFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                  const std::string& /*name*/,
                                  OrvCountedPtr<TypeExpression> /*type*/,
-                                 const std::vector<TargetPtr>& arguments) const {
+                                 TargetArguments arguments) const {
     result = TargetPtr(new MMClassNameExpr(objectArgument(arguments, 0)));
 }
 
 void AttributeFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                      const std::string& /*name*/,
                                      OrvCountedPtr<TypeExpression> /*type*/,
-                                     const std::vector<TargetPtr>& arguments) const {
+                                     TargetArguments arguments) const {
     result = TargetPtr(new MMAttrExpr(valueArgument(arguments, 0), objectArgument(arguments, 1)));
 }
 
@@ -32,7 +32,7 @@ void AttributeCollectionFunGenerator::generate(TargetPtr& result,
                                                ObjectVariableRetriever& /*retriever*/,
                                                const std::string& /*name*/,
                                                OrvCountedPtr<TypeExpression> /*type*/,
-                                               const std::vector<TargetPtr>& arguments) const {
+                                               TargetArguments arguments) const {
     const OrvCyclicPtr<MMObjectVarExpr> variable(new MMObjectVarExpr);
     const OrvCyclicPtr<MMValueExpr> attribute(
         new MMAttrExpr(valueArgument(arguments, 0), variable));
@@ -45,6 +45,6 @@ void AttributeCollectionFunGenerator::generate(TargetPtr& result,
 
 void UidFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                const std::string& /*name*/, OrvCountedPtr<TypeExpression> /*type*/,
-                               const std::vector<TargetPtr>& arguments) const {
+                               TargetArguments arguments) const {
     result = TargetPtr(new MMUidExpr(objectArgument(arguments, 0)));
 }

@@ -22,7 +22,7 @@ const char* const signatureText =
 void OpSigFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                  const std::string& /*name*/,
                                  OrvCountedPtr<TypeExpression> /*type*/,
-                                 const std::vector<TargetPtr>& arguments) const {
+                                 TargetArguments arguments) const {
     CodeGeneratorDialogs dialogs;
     const OrvCountedPtr<MMValueAbsExpr> signature =
         ExprParser::parseAssociatedAttribute(dialogs, signatureText);

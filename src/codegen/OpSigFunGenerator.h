@@ -8,6 +8,5 @@
 class OpSigFunGenerator : public FunctionCodeGenerator {
 public:
     void generate(TargetPtr& result, ObjectVariableRetriever& retriever, const std::string& name,
-                  OrvCountedPtr<TypeExpression> type,
-                  const std::vector<TargetPtr>& arguments) const override;
+                  OrvCountedPtr<TypeExpression> type, TargetArguments arguments) const override;
 };

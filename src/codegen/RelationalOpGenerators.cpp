@@ -1,6 +1,5 @@
 #include "codegen/RelationalOpGenerators.h"
 
-#include <array>
 #include <string_view>
 #include <utility>
 
@@ -12,19 +11,21 @@ namespace {
 
 // The comparison that an operator's name asks for; 0 for a name that is none.
 MMRelOp relationOf(std::string_view name) {
-    constexpr std::array<std::pair<std::string_view, MMRelOp>, 6> relations = {
-        {{"operator=", MM_EQUAL},
-         {"operator<>", MM_NOT_EQUAL},
-         {"operator<", MM_LESS},
-         {"operator<=", MM_LESS_EQUAL},
-         {"operator>", MM_GREATER},
-         {"operator>=", MM_GREATER_EQUAL}}};
-    for (const auto& [relationName, relation] : relations) {
-        if (name == relationName) {
-            return relation;
-        }
+    constexpr std::string_view prefix = "operator";
+    if (!name.starts_with(prefix)) {
+        return MMRelOp();
     }
-    return MMRelOp();
+    const std::string_view symbol = name.substr(prefix.size());
+    if (symbol.size() == 1) {
+        return symbol == "="   ? MM_EQUAL
+               : symbol == "<" ? MM_LESS
+               : symbol == ">" ? MM_GREATER
+                               : MMRelOp();
+    }
+    return symbol == "<>"   ? MM_NOT_EQUAL
+           : symbol == "<=" ? MM_LESS_EQUAL
+           : symbol == ">=" ? MM_GREATER_EQUAL
+                            : MMRelOp();
 }
 
 struct SetRelation {
@@ -56,7 +57,7 @@ void ArithmeticRelationalOpGenerator::generate(TargetPtr& result,
                                                ObjectVariableRetriever& /*retriever*/,
                                                const std::string& name,
                                                OrvCountedPtr<TypeExpression> /*type*/,
-                                               const std::vector<TargetPtr>& arguments) const {
+                                               TargetArguments arguments) const {
     result = TargetPtr(new MMRelationalExpr(valueArgument(arguments, 0), relationOf(name),
                                             valueArgument(arguments, 1)));
 }
@@ -65,7 +66,7 @@ void ObjectRelationalOpGenerator::generate(TargetPtr& result,
                                            ObjectVariableRetriever& /*retriever*/,
                                            const std::string& name,
                                            OrvCountedPtr<TypeExpression> /*type*/,
-                                           const std::vector<TargetPtr>& arguments) const {
+                                           TargetArguments arguments) const {
     const MMRelOp relation = relationOf(name);
     const bool isIdentity = relation == MM_EQUAL || relation == MM_NOT_EQUAL;
     result = TargetPtr(new MMObjectEqualityExpr(objectArgument(arguments, 0),
@@ -76,7 +77,7 @@ void ObjectRelationalOpGenerator::generate(TargetPtr& result,
 void SetRelationalOpGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                         const std::string& name,
                                         OrvCountedPtr<TypeExpression> /*type*/,
-                                        const std::vector<TargetPtr>& arguments) const {
+                                        TargetArguments arguments) const {
     const SetRelation relation = setRelationOf(name);
     OrvCyclicPtr<MMObjectCollectionExpr> left = objectsArgument(arguments, 0);
     OrvCyclicPtr<MMObjectCollectionExpr> right = objectsArgument(arguments, 1);
@@ -90,7 +91,7 @@ void RegExpRelationalOpGenerator::generate(TargetPtr& result,
                                            ObjectVariableRetriever& /*retriever*/,
                                            const std::string& name,
                                            OrvCountedPtr<TypeExpression> /*type*/,
-                                           const std::vector<TargetPtr>& arguments) const {
+                                           TargetArguments arguments) const {
     const OrvCyclicPtr<MMValueExpr> match(
         new MMRegExpMatchExpr(valueArgument(arguments, 1), valueArgument(arguments, 0)));
     result = match;

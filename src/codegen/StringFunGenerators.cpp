@@ -11,7 +11,7 @@
 void CommaFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                  const std::string& /*name*/,
                                  OrvCountedPtr<TypeExpression> /*type*/,
-                                 const std::vector<TargetPtr>& arguments) const {
+                                 TargetArguments arguments) const {
     const OrvCyclicPtr<MMValueExpr> comma(new MMConstantExpr(", "));
     result = TargetPtr(new MMDelimiterExpr(comma, stringsArgument(arguments, 0)));
 }
@@ -19,7 +19,7 @@ void CommaFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*r
 void DelimFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                  const std::string& /*name*/,
                                  OrvCountedPtr<TypeExpression> /*type*/,
-                                 const std::vector<TargetPtr>& arguments) const {
+                                 TargetArguments arguments) const {
     result =
         TargetPtr(new MMDelimiterExpr(valueArgument(arguments, 0), stringsArgument(arguments, 1)));
 }
@@ -27,7 +27,7 @@ void DelimFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*r
 void ConcatFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                   const std::string& /*name*/,
                                   OrvCountedPtr<TypeExpression> /*type*/,
-                                  const std::vector<TargetPtr>& arguments) const {
+                                  TargetArguments arguments) const {
     const OrvCyclicPtr<MMValueExpr> nothing(new MMConstantExpr(""));
     result = TargetPtr(new MMDelimiterExpr(nothing, stringsArgument(arguments, 0)));
 }
@@ -35,7 +35,7 @@ void ConcatFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*
 void AlternationFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                        const std::string& /*name*/,
                                        OrvCountedPtr<TypeExpression> /*type*/,
-                                       const std::vector<TargetPtr>& arguments) const {
+                                       TargetArguments arguments) const {
     const OrvCyclicPtr<MMValueExpr> right = valueArgument(arguments, 1);
     const OrvCyclicPtr<MMValueBindingExpr> binding(
         new MMValueBindingExpr(valueArgument(arguments, 0)));
@@ -48,14 +48,14 @@ void AlternationFunGenerator::generate(TargetPtr& result, ObjectVariableRetrieve
 void MatchFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                  const std::string& /*name*/,
                                  OrvCountedPtr<TypeExpression> /*type*/,
-                                 const std::vector<TargetPtr>& arguments) const {
+                                 TargetArguments arguments) const {
     result =
         TargetPtr(new MMRegExpMatchExpr(valueArgument(arguments, 0), valueArgument(arguments, 1)));
 }
 
 void FindFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                 const std::string& /*name*/, OrvCountedPtr<TypeExpression> /*type*/,
-                                const std::vector<TargetPtr>& arguments) const {
+                                TargetArguments arguments) const {
     result =
         TargetPtr(new MMRegExpFindExpr(valueArgument(arguments, 0), valueArgument(arguments, 1)));
 }
@@ -63,7 +63,7 @@ void FindFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*re
 void ReplaceFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                    const std::string& /*name*/,
                                    OrvCountedPtr<TypeExpression> /*type*/,
-                                   const std::vector<TargetPtr>& arguments) const {
+                                   TargetArguments arguments) const {
     result = TargetPtr(new MMRegExpReplaceExpr(
         valueArgument(arguments, 0), valueArgument(arguments, 1), valueArgument(arguments, 2)));
 }
@@ -71,7 +71,7 @@ void ReplaceFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /
 void ReplaceAllFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                       const std::string& /*name*/,
                                       OrvCountedPtr<TypeExpression> /*type*/,
-                                      const std::vector<TargetPtr>& arguments) const {
+                                      TargetArguments arguments) const {
     const OrvCyclicPtr<MMRegExpReplaceExpr> replacement(new MMRegExpReplaceExpr(
         valueArgument(arguments, 0), valueArgument(arguments, 1), valueArgument(arguments, 2)));
     replacement->replaceAll(true);
@@ -81,26 +81,26 @@ void ReplaceAllFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever
 void ToLowerFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                    const std::string& /*name*/,
                                    OrvCountedPtr<TypeExpression> /*type*/,
-                                   const std::vector<TargetPtr>& arguments) const {
+                                   TargetArguments arguments) const {
     result = TargetPtr(new MMStringManipulationExpr(MM_LOWER, valueArgument(arguments, 0)));
 }
 
 void ToUpperFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                    const std::string& /*name*/,
                                    OrvCountedPtr<TypeExpression> /*type*/,
-                                   const std::vector<TargetPtr>& arguments) const {
+                                   TargetArguments arguments) const {
     result = TargetPtr(new MMStringManipulationExpr(MM_UPPER, valueArgument(arguments, 0)));
 }
 
 void TrimFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                 const std::string& /*name*/, OrvCountedPtr<TypeExpression> /*type*/,
-                                const std::vector<TargetPtr>& arguments) const {
+                                TargetArguments arguments) const {
     result = TargetPtr(new MMStringManipulationExpr(MM_TRIM, valueArgument(arguments, 0)));
 }
 
 void EscapeFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
                                   const std::string& /*name*/,
                                   OrvCountedPtr<TypeExpression> /*type*/,
-                                  const std::vector<TargetPtr>& arguments) const {
+                                  TargetArguments arguments) const {
     result = TargetPtr(new MMUndocumentedEscapeExpr(valueArgument(arguments, 0)));
 }

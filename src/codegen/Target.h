@@ -24,6 +24,16 @@ OrvCyclicPtr<Target> narrow(const TargetPtr& target) {
     return narrowed;
 }
 
+/// The same, lent: for a call, while `target` itself stays where it is.
+template <class Target>
+OrvCyclicLoan<Target> lend(const TargetPtr& target) {
+    Target* const narrowed = OrvConverter<Target, OrvCyclicPtrBody>::toBorrowed(target);
+    if (narrowed == nullptr) {
+        throwWrongTarget();
+    }
+    return OrvCyclicLoan<Target>(narrowed);
+}
+
 /// The same for a target that is not needed any more.
 template <class Target>
 OrvCyclicPtr<Target> narrow(TargetPtr&& target) {

@@ -139,7 +139,7 @@ TEST(CodeGenAssertions, ResultsOfAnotherKind) {
 }
 
 /// Gives a variable of its own, and remembers what it was asked for.
-class OneVariable : public ObjectVariableRetriever {
+class OneVariable final : public ObjectVariableRetriever {
 public:
     OrvCyclicPtr<MMObjectVarExpr> retrieve(const std::string& name) override {
         asked += name;
@@ -240,9 +240,9 @@ TEST(Generators, TakeUnknownNames) {
              {"", "=", "operator", "operator==", "Operator>", "First", "first "}) {
             OneVariable retriever;
             TargetPtr result;
-            c.generator.generate(
-                result, retriever, name, TypeExpression::typeError(),
-                {targetsOfEachKind("x").at(c.kind), targetsOfEachKind("y").at(c.kind)});
+            const std::vector<TargetPtr> arguments = {targetsOfEachKind("x").at(c.kind),
+                                                      targetsOfEachKind("y").at(c.kind)};
+            c.generator.generate(result, retriever, name, TypeExpression::typeError(), arguments);
             EXPECT_EQ(printedTarget(dynamic_cast<const MMTarget&>(*result)), c.target) << name;
         }
     }
