@@ -62,20 +62,29 @@ OrvCompilationMemory::~OrvCompilationMemory() {
     }
 }
 
+// The region that is asked for, made when it is asked for first.
+OrvMemoryRegion* OrvCompilationMemory::madeRegion(OrvMemoryRegion*& region,
+                                                  std::size_t firstChunk) {
+    if (region == nullptr && OrvMemoryPool::keepsAny()) {
+        region = OrvMemoryRegion::make(firstChunk);
+    }
+    return region;
+}
+
 OrvMemoryRegion* OrvCompilationMemory::nodes() {
     OrvCompilationMemory* const memory = currentMemory;
-    if (memory != nullptr && memory->nodes_ == nullptr && OrvMemoryPool::keepsAny()) {
-        memory->nodes_ = OrvMemoryRegion::make(firstNodeChunk);
+    if (memory == nullptr || memory->nodes_ != nullptr) {
+        return memory != nullptr ? memory->nodes_ : nullptr;
     }
-    return memory != nullptr ? memory->nodes_ : nullptr;
+    return madeRegion(memory->nodes_, firstNodeChunk);
 }
 
 OrvMemoryRegion* OrvCompilationMemory::bodies() {
     OrvCompilationMemory* const memory = currentMemory;
-    if (memory != nullptr && memory->bodies_ == nullptr && OrvMemoryPool::keepsAny()) {
-        memory->bodies_ = OrvMemoryRegion::make(firstBodyChunk);
+    if (memory == nullptr || memory->bodies_ != nullptr) {
+        return memory != nullptr ? memory->bodies_ : nullptr;
     }
-    return memory != nullptr ? memory->bodies_ : nullptr;
+    return madeRegion(memory->bodies_, firstBodyChunk);
 }
 
 void* OrvCompilationMemory::allocateBody(std::size_t size) {

@@ -76,6 +76,8 @@ public:
     static void deallocateBody(void* body, std::size_t size) noexcept;
 
 private:
+    static OrvMemoryRegion* madeRegion(OrvMemoryRegion*& region, std::size_t firstChunk);
+
     OrvCompilationMemory* outer_;
     OrvMemoryRegion* nodes_ = nullptr;
     OrvMemoryRegion* bodies_ = nullptr;
