@@ -4,26 +4,31 @@
 
 namespace {
 
-// Trivially destructible, so that unloading the library leaves nothing behind in a thread.
+// The blocks that wait for their end on this thread; null while none is being ended. Trivially
+// destructible, so that unloading the library leaves nothing behind in a thread.
 thread_local OrvCountedBlock* pendingBlocks = nullptr;
-thread_local bool isEnding = false;
 
 }  // namespace
 
 void OrvCountedBlock::end() noexcept {
-    next = pendingBlocks;
-    pendingBlocks = this;
-    if (isEnding) {
-        return;
+    if (pendingBlocks != nullptr) {
+        next = pendingBlocks;
+        pendingBlocks = this;
+    } else {
+        endWithAllThatFollow();
     }
-    isEnding = true;
-    while (pendingBlocks != nullptr) {
-        OrvCountedBlock* const block = pendingBlocks;
-        pendingBlocks = block->next;
+}
+
+void OrvCountedBlock::endWithAllThatFollow() noexcept {
+    OrvCountedBlock last;
+    pendingBlocks = &last;
+    for (OrvCountedBlock* block = this; block != &last;) {
         block->dispose(*block);
         block->free();
+        block = pendingBlocks;
+        pendingBlocks = block->next;
     }
-    isEnding = false;
+    pendingBlocks = nullptr;
 }
 
 void throwBadDereference(const char* text) { throwLogged(OrvException(text)); }

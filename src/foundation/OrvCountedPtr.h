@@ -55,6 +55,7 @@ private:
     /// is ended wait in a list through the blocks, so that a chain of any length neither recurses
     /// nor allocates.
     void end() noexcept;
+    void endWithAllThatFollow() noexcept;
 };
 
 /// The base of objects that are shared by counted pointers alone and are many: the count stands in
