@@ -33,6 +33,7 @@ MMValueAbsExpr::MMValueAbsExpr(const OrvCyclicPtr<MMObjectVarExpr>& variable,
 
 const MMConjunction& MMValueAbsExpr::makeConjunction() const {
     conjunction_ = std::make_unique<const MMConjunction>(*body_, *variable_);
+    mayHaveVerdicts_ = !conjunction_->isEmpty();
     return *conjunction_;
 }
 

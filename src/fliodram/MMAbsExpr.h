@@ -26,9 +26,11 @@ public:
         return body_->evaluate(context);
     }
     bool evaluateBooleanFor(MMEvaluationContext& context, MMObject object) const {
-        const MMVerdict verdict = conjunction().judge(context.getModel(), object);
-        if (verdict != MMVerdict::unknown) {
-            return verdict == MMVerdict::holds;
+        if (mayHaveVerdicts_) {
+            const MMVerdict verdict = conjunction().judge(context.getModel(), object);
+            if (verdict != MMVerdict::unknown) {
+                return verdict == MMVerdict::holds;
+            }
         }
         const MMVariableBinding binding(*variable_, object);
         return body_->evaluateBoolean(context);
@@ -53,6 +55,7 @@ private:
     OrvCyclicMember<MMObjectVarExpr> variable_;
     OrvCyclicMember<MMValueExpr> body_;
     mutable std::unique_ptr<const MMConjunction> conjunction_;  // once it is applied as a condition
+    mutable bool mayHaveVerdicts_ = true;
 };
 
 /// A function of one object that yields a collection of objects.

@@ -16,6 +16,9 @@ class MMConjunction {
 public:
     MMConjunction(const MMValueExpr& condition, const MMObjectVarExpr& variable);
 
+    /// Whether the condition begins with no such comparison, so that nothing is ever known.
+    bool isEmpty() const { return comparisons_.empty(); }
+
     /// What the condition gives for an object of the model, if that is known.
     MMVerdict judge(const MMModel& model, MMObject object) const {
         for (const MMRelationalExpr* const comparison : comparisons_) {

@@ -25,9 +25,10 @@ struct Piece {
     Piece* next;
 };
 
-/// The pieces that one thread keeps, by their sizes: small ones in steps, then powers of two.
+/// The pieces that one thread keeps, by their sizes: small ones in steps, then powers of two. The
+/// last list stays empty.
 struct ThreadPieces {
-    std::array<Piece*, noList> lists{};
+    std::array<Piece*, noList + 1> lists{};
     std::size_t bytes = 0;
     ThreadPieces* next = nullptr;  // the ring of all threads
     ThreadPieces* previous = nullptr;
@@ -37,20 +38,27 @@ std::atomic<std::size_t> limit{OrvMemoryPool::defaultLimit};
 // Trivially destructible, so that unloading the library leaves nothing behind in a thread.
 thread_local ThreadPieces* threadPieces = nullptr;
 
-// The list for pieces of a size.
-std::size_t listOf(std::size_t size) {
-    if (size <= largestSmallSize) {
-        return (size + step - 1) / step;
-    }
-    const bool isChunk = std::has_single_bit(size) && size <= OrvMemoryPool::largestChunk;
-    return isChunk ? smallLists + std::bit_width(size) - std::bit_width(largestSmallSize) - 1
-                   : noList;
-}
+std::size_t steps(std::size_t size) { return (size + step - 1) / step; }
 
-// How large the pieces of a list really are that are asked for with a size.
-std::size_t pieceSize(std::size_t size) {
-    return size <= largestSmallSize ? (size + step - 1) / step * step : size;
-}
+// The list for pieces of a size, and how large they really are.
+struct SizeClass {
+    explicit SizeClass(std::size_t asked) : list(steps(asked)), size(list * step) {
+        if (asked > largestSmallSize) {
+            setLarge(asked);
+        }
+    }
+
+    std::size_t list;
+    std::size_t size;
+
+private:
+    void setLarge(std::size_t asked) {
+        const bool isChunk = (asked & (asked - 1)) == 0 && asked <= OrvMemoryPool::largestChunk;
+        list = isChunk ? smallLists + std::bit_width(asked) - std::bit_width(largestSmallSize) - 1
+                       : noList;
+        size = asked;
+    }
+};
 
 void giveBack(ThreadPieces& pieces) noexcept {
     for (Piece*& list : pieces.lists) {
@@ -123,33 +131,33 @@ private:
 }  // namespace
 
 void* OrvMemoryPool::allocate(std::size_t size) {
-    const std::size_t list = listOf(size);
+    const SizeClass sizeClass(size);
     ThreadPieces* const pieces = threadPieces;
-    Piece* const piece = pieces != nullptr && list != noList ? pieces->lists[list] : nullptr;
+    Piece* const piece = pieces != nullptr ? pieces->lists[sizeClass.list] : nullptr;
     if (piece == nullptr) {
-        return ::operator new(pieceSize(size));
+        return ::operator new(sizeClass.size);
     }
-    pieces->bytes -= pieceSize(size);
-    pieces->lists[list] = piece->next;
+    pieces->bytes -= sizeClass.size;
+    pieces->lists[sizeClass.list] = piece->next;
     return piece;
 }
 
 void OrvMemoryPool::deallocate(void* memory, std::size_t size) noexcept {
-    const std::size_t list = listOf(size);
+    const SizeClass sizeClass(size);
     ThreadPieces* const pieces = threadPieces;
-    if (list == noList || memory == nullptr || pieces == nullptr ||
-        pieces->bytes + pieceSize(size) > limit.load(std::memory_order_relaxed)) {
+    if (sizeClass.list == noList || memory == nullptr || pieces == nullptr ||
+        pieces->bytes + sizeClass.size > limit.load(std::memory_order_relaxed)) {
         deallocateFirst(memory, size);
         return;
     }
-    pieces->bytes += pieceSize(size);
-    pieces->lists[list] = new (memory) Piece{pieces->lists[list]};
+    pieces->bytes += sizeClass.size;
+    pieces->lists[sizeClass.list] = new (memory) Piece{pieces->lists[sizeClass.list]};
 }
 
 // Gives a piece to the system, but keeps the first one of a thread, which then has lists.
 void OrvMemoryPool::deallocateFirst(void* memory, std::size_t size) noexcept {
     const bool isFirst = threadPieces == nullptr && keepsAny();
-    if (memory == nullptr || listOf(size) == noList || !isFirst) {
+    if (memory == nullptr || SizeClass(size).list == noList || !isFirst) {
         ::operator delete(memory);
         return;
     }

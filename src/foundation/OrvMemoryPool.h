@@ -22,7 +22,7 @@ public:
 #ifdef EXPRPARSER_WITHOUT_POOL
     static constexpr std::size_t defaultLimit = 0;
 #else
-    static constexpr std::size_t defaultLimit = std::size_t{1024} * 1024;
+    static constexpr std::size_t defaultLimit = std::size_t{8} * 1024 * 1024;
 #endif
     /// The largest size of a piece that is kept, in bytes: small sizes in steps, and the powers of
     /// two up to it.
