@@ -17,9 +17,11 @@ public:
     std::string_view read(const MMModel& model, std::string_view name, MMObject object,
                           std::string& buffer) {
         std::string_view text;
-        return model_ == model.identity() && column_.read(object, text)
-                   ? text
-                   : ask(model, name, object, buffer);
+        if (model_ != model.identity() || !column_.read(object, text)) {
+            return ask(model, name, object, buffer);
+        }
+        column_.prefetch(object + readAhead);
+        return text;
     }
 
     /// The column of the object that was read last, of this model; else null.
@@ -33,6 +35,9 @@ public:
 private:
     std::string_view ask(const MMModel& model, std::string_view name, MMObject object,
                          std::string& buffer);
+
+    // Objects that follow each other are mostly read one after the other, from whatever loop.
+    static constexpr MMObject readAhead = 12;
 
     std::uint64_t model_ = 0;  // whose key and column they are
     MMKey key_ = mmUnknownKey;
