@@ -8,41 +8,40 @@
 #include "foundation/OrvCountedPtr.h"
 #include "parser/TokenNumber.h"
 
-/// A token: its number, its text and the line of its first character, counted from 1.
+/// A token: its number, its text and the line of its first character, counted from 1. The text is
+/// a part of somebody else's, or one of its own, which copies of the token share.
 class CommonToken {
 public:
     CommonToken() = default;
     /// A token with a text of its own.
-    CommonToken(int number, std::string_view text, int line)
-        : number_(number), line_(line), text_(text) {}
+    CommonToken(int number, std::string_view text, int line) : number_(number), line_(line) {
+        assignText(text);
+    }
 
     int getNumber() const { return number_; }
     int getLine() const { return line_; }
     /// The text as the lexer left it: without quotes, with escapes replaced.
-    std::string getText() const { return std::string(text()); }
+    std::string getText() const { return std::string(text_); }
     /// The same, valid as long as the token is this one.
-    std::string_view text() const { return isBorrowed_ ? borrowedText_ : text_; }
+    std::string_view text() const { return text_; }
 
 protected:
-    void assign(int number, int line) {
-        number_ = number;
-        line_ = line;
-    }
-    void assignText(std::string_view text) {
-        text_.assign(text);
-        isBorrowed_ = false;
-    }
-    void borrowText(std::string_view text) {
-        borrowedText_ = text;
-        isBorrowed_ = true;
-    }
+    void setNumber(int number) { number_ = number; }
+    void setLine(int line) { line_ = line; }
+    void assignText(std::string_view text);
+    void borrowText(std::string_view text) { text_ = text; }
 
 private:
+    /// Never changed once a token has it.
+    struct OwnText : OrvCountedObject {
+        explicit OwnText(std::string_view text) : characters(text) {}
+        std::string characters;
+    };
+
     int number_ = TOKEN_INVALID;
     int line_ = 0;
-    bool isBorrowed_ = false;
-    std::string_view borrowedText_;
-    std::string text_;
+    std::string_view text_;
+    OrvCountedPtr<OwnText> ownText_;  // the last one that the token had
 };
 
 /// A token that also knows its column, and which bytes of the text it was made from.
@@ -59,12 +58,18 @@ public:
         return OrvCountedPtr<ColumnToken>(new ColumnToken(number, text, line));
     }
 
-    /// Make this token another one: with a text of its own, or with one that stands in the input
-    /// of the lexer and is valid as long as that.
-    void become(int number, std::string_view text, int line);
-    void becomeBorrowed(int number, std::string_view text, int line) {
-        assign(number, line);
+    /// Make this token another one, at its place: with a text of its own, or with one that stands
+    /// in the input of the lexer and is valid as long as that.
+    void become(int number, std::string_view text);
+    void becomeBorrowed(int number, std::string_view text) {
+        setNumber(number);
         borrowText(text);
+    }
+    /// Where the token stands: the line and the column of its first character, and its bytes.
+    void setPlace(int line, int column, std::size_t offset, std::size_t endOffset) {
+        setLine(line);
+        setColumn(column);
+        setOffsets(offset, endOffset);
     }
 
     /// The column of the first character, counted from 1.

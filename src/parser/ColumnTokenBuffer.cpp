@@ -8,35 +8,39 @@ ColumnTokenBuffer::ColumnTokenBuffer(DLGLexerBase& lexer, std::size_t depth, std
     : lexer_(lexer), depth_(depth), chunk_(chunk) {}
 
 const ColumnToken& ColumnTokenBuffer::readNext() {
-    if (mask_ == 0) {
-        grow(1);
-    }
-    ColumnToken& token = tokens_[first_];
+    first_ = (first_ + 1) & mask_;
+    ColumnToken& token = ring_[first_];
     lexer_.readToken(token);
-    count_ = 1;
     next_ = &token;
     return token;
 }
 
+const ColumnToken* ColumnTokenBuffer::advance() {
+    --behind_;
+    first_ = (first_ + 1) & mask_;
+    return &ring_[first_];
+}
+
 void ColumnTokenBuffer::fill(std::size_t count) {
+    look();
     if (count > mask_) {
         grow(count);
     }
-    for (; count_ < count; ++count_) {
-        lexer_.readToken(tokens_[(first_ + count_) & mask_]);
+    for (; behind_ + 1 < count; ++behind_) {
+        lexer_.readToken(ring_[(first_ + behind_ + 1) & mask_]);
     }
-    next_ = &tokens_[first_];
 }
 
 // There is always room for one token more than are looked at: the one that was taken last.
 void ColumnTokenBuffer::grow(std::size_t count) {
-    const std::size_t least = tokens_.empty() ? depth_ + 2 : chunk_;
-    std::vector<ColumnToken> ring(std::bit_ceil(std::max(count + 1, least)), *template_);
-    for (std::size_t i = 0; i < count_; ++i) {
-        ring[i] = std::move(tokens_[(first_ + i) & mask_]);
+    const std::size_t least = std::max(depth_ + 2, chunk_);
+    std::vector<ColumnToken> larger(std::bit_ceil(std::max(count + 1, least)), *template_);
+    for (std::size_t i = 0; i <= behind_; ++i) {
+        larger[i] = std::move(ring_[(first_ + i) & mask_]);
     }
-    tokens_.swap(ring);
-    mask_ = tokens_.size() - 1;
+    largerRing_.swap(larger);
+    ring_ = largerRing_.data();
+    mask_ = largerRing_.size() - 1;
     first_ = 0;
-    next_ = count_ != 0 ? tokens_.data() : nullptr;
+    next_ = ring_;
 }

@@ -338,8 +338,7 @@ DLGLexer::DLGLexer(DLGStringInput* input, std::size_t bufferSize)
     : DLGLexer(input, bufferSize, std::cerr) {}
 
 DLGLexer::DLGLexer(DLGStringInput* input, std::size_t bufferSize, std::ostream& errorStream)
-    : DLGLexerBase(input, bufferSize, errorStream, theAutomaton),
-      keywords_(*KeywordTable::instance()) {}
+    : DLGLexerBase(input, bufferSize, errorStream, theAutomaton) {}
 
 DLGLexerBase::Outcome DLGLexer::act(int& number) {
     switch (mode()) {
@@ -352,7 +351,7 @@ DLGLexerBase::Outcome DLGLexer::act(int& number) {
     }
 }
 
-int DLGLexer::wordNumber(std::string_view word) const { return keywords_.lookup(word); }
+int DLGLexer::wordNumber(std::string_view word) const { return KeywordTable::lookup(word); }
 
 DLGLexerBase::Outcome DLGLexer::actAtEnd(int& number) {
     switch (mode()) {

@@ -6,8 +6,6 @@
 
 #include "parser/DLGLexerBase.h"
 
-class KeywordTable;
-
 /// Turns the text of an expression into tokens, in five modes: ordinary text, comment, string,
 /// association name, pattern.
 ///
@@ -38,7 +36,6 @@ private:
     Outcome closeQuotes();
     Outcome replaceEscape(std::string_view replacement);
 
-    const KeywordTable& keywords_;
     int commentLine_ = 0;
     int commentColumn_ = 0;
 };

@@ -54,31 +54,32 @@ void DLGLexerBase::dropText() {
     hasOwnText_ = false;
 }
 
-inline void DLGLexerBase::beginLexeme() {
+// Where the next lexeme starts.
+inline const char* DLGLexerBase::beginLexeme() {
     if (!text_.empty()) {
         dropText();
     }
+    const char* rest = input_->rest();
     if (mode_ == 0) {
-        const char* rest = input_->rest();
         while (*rest == ' ') {
             ++rest;
         }
-        input_->advanceTo(rest);
     }
-    beginColumn_ = endColumn() + 1;
-    beginOffset_ = input_->offset();
+    beginOffset_ = input_->offsetOf(rest);
+    beginColumn_ = static_cast<int>(beginOffset_ - columnOrigin_) + 1;
+    return rest;
 }
 
-// Reads while there are transitions; returns the state reached. Most bytes leave the automaton
-// where it is: the inner loop passes over them without waiting for a state.
-inline std::size_t DLGLexerBase::runAutomaton() {
+// Reads from `begin` while there are transitions; returns the state reached. Most bytes leave the
+// automaton where it is: the inner loop passes over them without waiting for a state.
+inline std::size_t DLGLexerBase::runAutomaton(const char* begin) {
+    const auto* const rows = automaton_.next.data();
     auto state = static_cast<std::size_t>(mode_);
-    const char* const begin = input_->rest();
     const char* end = begin;
-    std::size_t to = automaton_.next[state][static_cast<unsigned char>(*end)];
+    std::size_t to = rows[state][static_cast<unsigned char>(*end)];
     while (to != DLGAutomaton::noState) {
         state = to;
-        const std::uint8_t* const row = automaton_.next[state].data();
+        const std::uint8_t* const row = rows[state].data();
         do {
             ++end;
             to = row[static_cast<unsigned char>(*end)];
@@ -125,7 +126,7 @@ bool DLGLexerBase::endByAction(std::size_t state, ColumnToken& token) {
     int number = automaton_.token[state];
     Outcome outcome = endLexeme(state, number);
     while (outcome == Outcome::more) {
-        const std::size_t next = runAutomaton();
+        const std::size_t next = runAutomaton(input_->rest());
         number = automaton_.token[next];
         outcome = endLexeme(next, number);
     }
@@ -133,32 +134,30 @@ bool DLGLexerBase::endByAction(std::size_t state, ColumnToken& token) {
         return false;
     }
     if (hasOwnText_) {
-        token.become(number, ownText_, line_);
+        token.become(number, ownText_);
     } else {
-        token.becomeBorrowed(number, text_, line_);
+        token.becomeBorrowed(number, text_);
     }
+    token.setOffsets(beginOffset_, input_->offset());
     return true;
 }
 
 // Reads one lexeme; most are a whole token.
 inline bool DLGLexerBase::recognize(ColumnToken& token) {
-    beginLexeme();
-    const std::size_t state = runAutomaton();
-    switch (automaton_.effect[state]) {
-        case DLGAutomaton::Effect::token:
-            token.becomeBorrowed(automaton_.token[state], lexeme_, line_);
-            return true;
-        case DLGAutomaton::Effect::word:
-            token.becomeBorrowed(wordNumber(lexeme_), lexeme_, line_);
-            return true;
-        case DLGAutomaton::Effect::quoted:
-            lexeme_.remove_prefix(1);
-            token.becomeBorrowed(automaton_.token[state], lexeme_.substr(0, lexeme_.size() - 1),
-                                 line_);
-            return true;
-        default:
-            return endByAction(state, token);
+    const std::size_t state = runAutomaton(beginLexeme());
+    token.setPlace(line_, beginColumn_, beginOffset_, beginOffset_ + lexeme_.size());
+    const DLGAutomaton::Effect effect = automaton_.effect[state];
+    if (effect == DLGAutomaton::Effect::token) {
+        token.becomeBorrowed(automaton_.token[state], lexeme_);
+    } else if (effect == DLGAutomaton::Effect::word) {
+        token.becomeBorrowed(wordNumber(lexeme_), lexeme_);
+    } else if (effect == DLGAutomaton::Effect::quoted) {
+        lexeme_.remove_prefix(1);
+        token.becomeBorrowed(automaton_.token[state], lexeme_.substr(0, lexeme_.size() - 1));
+    } else {
+        return endByAction(state, token);
     }
+    return true;
 }
 
 TokenPtr DLGLexerBase::nextToken(const ColumnToken& tokenTemplate) {
@@ -173,6 +172,4 @@ TokenPtr DLGLexerBase::nextToken(const ColumnToken& tokenTemplate) {
 void DLGLexerBase::readToken(ColumnToken& token) {
     while (!recognize(token)) {
     }
-    token.setColumn(beginColumn_);
-    token.setOffsets(beginOffset_, input_->offset());
 }

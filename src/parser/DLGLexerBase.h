@@ -121,8 +121,8 @@ private:
     [[noreturn]] void failMode(int mode) const;
     void appendToOwnText(std::string_view text);
     void dropText();
-    void beginLexeme();
-    std::size_t runAutomaton();
+    const char* beginLexeme();
+    std::size_t runAutomaton(const char* begin);
     Outcome endLexeme(std::size_t state, int& number);
     bool endByAction(std::size_t state, ColumnToken& token);
     bool recognize(ColumnToken& token);

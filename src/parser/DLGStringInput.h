@@ -19,7 +19,11 @@ public:
     void advanceTo(const char* rest) { next_ = rest; }
 
     /// How many bytes were taken.
-    std::size_t offset() const { return static_cast<std::size_t>(next_ - start_); }
+    std::size_t offset() const { return offsetOf(next_); }
+    /// How many bytes stand before a place in the text.
+    std::size_t offsetOf(const char* place) const {
+        return static_cast<std::size_t>(place - start_);
+    }
 
 private:
     const char* start_;

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <utility>
 
 #include "foundation/OrvPinnedRegistry.h"
 #include "parser/TokenNumber.h"
@@ -33,26 +32,29 @@ constexpr std::size_t hashOf(std::string_view word) {
     return (first + std::size_t{5} * last + word.size()) % 128;
 }
 
-constexpr bool haveHashesOfTheirOwn() {
-    std::array<bool, 128> taken{};
-    for (const KeywordTable::Entry& keyword : keywords) {
-        if (std::exchange(taken[hashOf(keyword.word)], true)) {
-            return false;
+/// The keyword of each hash, an empty word for none.
+struct HashedKeywords {
+    constexpr HashedKeywords() {
+        for (const KeywordTable::Entry& keyword : keywords) {
+            KeywordTable::Entry& place = entries[hashOf(keyword.word)];
+            areApart = areApart && place.word.empty();
+            place = keyword;
         }
     }
-    return true;
-}
 
-static_assert(haveHashesOfTheirOwn(), "Two keywords have the same hash: choose other factors.");
+    std::array<KeywordTable::Entry, 128> entries{};
+    bool areApart = true;
+};
+
+constexpr HashedKeywords hashedKeywords;
+
+static_assert(hashedKeywords.areApart, "Two keywords have the same hash: choose other factors.");
 
 }  // namespace
 
 KeywordTable::KeywordTable() : entries_(keywords.begin(), keywords.end()) {
     std::sort(entries_.begin(), entries_.end(),
               [](const Entry& left, const Entry& right) { return left.word < right.word; });
-    for (const Entry& entry : entries_) {
-        entryOf_[hashOf(entry.word)] = &entry;
-    }
 }
 
 const OrvCountedPtr<KeywordTable>& KeywordTable::instance() {
@@ -61,8 +63,10 @@ const OrvCountedPtr<KeywordTable>& KeywordTable::instance() {
     return table;
 }
 
-int KeywordTable::lookup(std::string_view word) const {
-    const Entry* const entry = word.empty() ? nullptr : entryOf_[hashOf(word)];
-    const bool isKeyword = entry != nullptr && entry->word == word;
-    return isKeyword ? entry->tokenNumber : TOKEN_VARIABLE_OR_FUNCTION;
+int KeywordTable::lookup(std::string_view word) {
+    if (word.empty()) {
+        return TOKEN_VARIABLE_OR_FUNCTION;
+    }
+    const Entry& entry = hashedKeywords.entries[hashOf(word)];
+    return entry.word == word ? entry.tokenNumber : TOKEN_VARIABLE_OR_FUNCTION;
 }

@@ -1,7 +1,6 @@
 // The words of the language that are no identifiers.
 #pragma once
 
-#include <array>
 #include <string_view>
 #include <vector>
 
@@ -19,7 +18,7 @@ public:
 
     /// The token number of a word: the keyword's, or that of an identifier. Keywords are whole
     /// words in lower case.
-    int lookup(std::string_view word) const;
+    static int lookup(std::string_view word);
 
     struct Entry {
         std::string_view word;
@@ -30,5 +29,4 @@ public:
 
 private:
     std::vector<Entry> entries_;
-    std::array<const Entry*, 128> entryOf_{};  // of each hash of a word; null for none
 };

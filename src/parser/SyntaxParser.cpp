@@ -417,7 +417,7 @@ ExpressionPtr SyntaxParser::primary() {
         case TOKEN_FALSE:
             return constant();
         case TOKEN_VARIABLE_OR_FUNCTION:
-            return canBeginPrimary(buffer_.look(2).getNumber()) ? application() : path();
+            return applicationOrPath();
         case TOKEN_STRING:
         case TOKEN_INTEGER:
         case TOKEN_REAL:
@@ -437,6 +437,10 @@ ExpressionPtr SyntaxParser::primary() {
         default:
             return path();
     }
+}
+
+ExpressionPtr SyntaxParser::applicationOrPath() {
+    return canBeginPrimary(buffer_.look(2).getNumber()) ? application() : path();
 }
 
 ExpressionPtr SyntaxParser::nestedPrimary() {
@@ -517,6 +521,12 @@ ExpressionPtr SyntaxParser::realLiteral() {
     return makeNode<RealConstantNode>(at, value);
 }
 
+// The object whose attribute is meant where none is written: it has a place and no bytes.
+inline ExpressionPtr SyntaxParser::currentAt(Position at) {
+    const auto offset = static_cast<std::uint32_t>(at.offset);
+    return makeSpanned<PathNode>({at.line, at.column, offset, offset}, AnchorKind::CURRENT);
+}
+
 // attribute: "$" NAME [ "of" primary ]
 ExpressionPtr SyntaxParser::attribute() {
     const Position at = skip();
@@ -530,12 +540,6 @@ ExpressionPtr SyntaxParser::attribute() {
 ExpressionPtr SyntaxParser::ownerOfAttribute() {
     skip();
     return nestedPrimary();
-}
-
-// The object whose attribute is meant where none is written: it has a place and no bytes.
-ExpressionPtr SyntaxParser::currentAt(Position at) {
-    const auto offset = static_cast<std::uint32_t>(at.offset);
-    return makeSpanned<PathNode>({at.line, at.column, offset, offset}, AnchorKind::CURRENT);
 }
 
 ExpressionPtr SyntaxParser::application() {

@@ -81,6 +81,7 @@ private:
     ExpressionPtr attribute();
     ExpressionPtr ownerOfAttribute();
     ExpressionPtr currentAt(Position at);
+    ExpressionPtr applicationOrPath();
     ExpressionPtr application();
     template <class Iteration>
     ExpressionPtr iteration();

@@ -12,7 +12,7 @@ namespace {
 // A name, or a keyword, which may become a name.
 bool isNameOrKeyword(const PlacedToken& token) {
     return token.number == TOKEN_VARIABLE_OR_FUNCTION ||
-           KeywordTable::instance()->lookup(token.text) == token.number;
+           KeywordTable::lookup(token.text) == token.number;
 }
 
 }  // namespace
