@@ -1,37 +1,63 @@
 #include "api/AttributeShortcut.h"
 
-#include <algorithm>
+#include <array>
+#include <cstdint>
 
 #include "fliodram/MMAttrExpr.h"
 #include "fliodram/MMConstantExpr.h"
-#include "foundation/OrvConverter.h"
+#include "foundation/OrvCyclicPtr.h"
 
 namespace {
 
-bool isBlank(char c) { return c == ' ' || c == '\t' || c == '\n'; }
-bool isLetter(char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || c == '_'; }
-bool isLetterOrDigit(char c) { return isLetter(c) || (c >= '0' && c <= '9'); }
+enum Kind : std::uint8_t { BLANK = 1, LETTER = 2, DIGIT = 4 };
 
-std::string_view skipBlanks(std::string_view text) {
-    text.remove_prefix(static_cast<std::size_t>(
-        std::find_if_not(text.begin(), text.end(), isBlank) - text.begin()));
-    return text;
+/// Of which kinds each byte is.
+struct KindTable {
+    constexpr KindTable() {
+        add(" \t\n", BLANK);
+        add("abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ_", LETTER);
+        add("0123456789", DIGIT);
+    }
+    constexpr void add(std::string_view bytes, Kind kind) {
+        for (const char byte : bytes) {
+            kinds[static_cast<unsigned char>(byte)] = kind;
+        }
+    }
+
+    std::array<std::uint8_t, 256> kinds{};
+};
+
+constexpr KindTable kindTable;
+
+bool isOneOf(char c, unsigned kinds) {
+    return (kindTable.kinds[static_cast<unsigned char>(c)] & kinds) != 0;
+}
+
+// The first place from `from` on where the byte is of none of these kinds.
+const char* pass(const char* from, const char* end, unsigned kinds) {
+    while (from != end && isOneOf(*from, kinds)) {
+        ++from;
+    }
+    return from;
 }
 
 }  // namespace
 
 std::string_view findBareAttribute(std::string_view text) {
-    std::string_view rest = skipBlanks(text.substr(0, text.find('\0')));
-    if (rest.empty() || rest.front() != '$') {
+    const char* const end = text.data() + text.size();
+    const char* const dollar = pass(text.data(), end, BLANK);
+    if (dollar == end || *dollar != '$') {
         return {};
     }
-    rest = skipBlanks(rest.substr(1));
-    if (rest.empty() || !isLetter(rest.front())) {
+    const char* const name = pass(dollar + 1, end, BLANK);
+    if (name == end || !isOneOf(*name, LETTER)) {
         return {};
     }
-    const auto end = std::find_if_not(rest.begin(), rest.end(), isLetterOrDigit);
-    const auto length = static_cast<std::size_t>(end - rest.begin());
-    return skipBlanks(rest.substr(length)).empty() ? rest.substr(0, length) : std::string_view();
+    const char* const nameEnd = pass(name, end, LETTER | DIGIT);
+    const char* const rest = pass(nameEnd, end, BLANK);
+    const bool isAll = rest == end || *rest == '\0';
+    return isAll ? std::string_view(name, static_cast<std::size_t>(nameEnd - name))
+                 : std::string_view();
 }
 
 OrvCountedPtr<CompileResult> compileAttributeShortcut(const std::string& text) {
@@ -39,11 +65,10 @@ OrvCountedPtr<CompileResult> compileAttributeShortcut(const std::string& text) {
     if (name.empty()) {
         return {};
     }
-    const OrvCyclicPtr<MMObjectVarExpr> variable(new MMObjectVarExpr);
-    const OrvCyclicPtr<MMConstantExpr> constant(new MMConstantExpr(MMValue(std::string(name))));
-    const OrvCyclicPtr<MMAttrExpr> body(new MMAttrExpr(constant, variable));
     OrvCountedPtr<CompileResult> result(new CompileResult);
-    result->objectVariable = OrvConverter<MMObjectVarExpr, MMObjectVarExpr>::toCounted(variable);
-    result->body = OrvConverter<OrvCyclicPtrBody, MMAttrExpr>::toCounted(body);
+    result->objectVariable = OrvCountedPtr<MMObjectVarExpr>(new MMObjectVarExpr);
+    const OrvCyclicPtr<MMValueExpr> constant(new MMConstantExpr(MMValue(std::string(name))));
+    const OrvCyclicLoan<MMObjectExpr> variable(result->objectVariable.get());
+    result->body = OrvCountedPtr<OrvCyclicPtrBody>(new MMAttrExpr(constant, variable));
     return result;
 }

@@ -14,9 +14,11 @@ OrvCountedPtr<Abstraction> abstractionOf(const OrvCountedPtr<CompileResult>& res
     if (!result) {
         return {};
     }
-    return OrvCountedPtr<Abstraction>(new Abstraction(
-        OrvConverter<MMObjectVarExpr, MMObjectVarExpr>::toCyclic(result->objectVariable),
-        OrvConverter<Body, OrvCyclicPtrBody>::toCyclic(result->body)));
+    // The result holds both while the abstraction takes them over.
+    const OrvCyclicLoan<MMObjectVarExpr> variable(result->objectVariable.get());
+    const OrvCyclicLoan<OrvCyclicPtrBody> whole(result->body.get());
+    const OrvCyclicLoan<Body> body(OrvConverter<Body, OrvCyclicPtrBody>::toBorrowed(whole));
+    return OrvCountedPtr<Abstraction>(new Abstraction(variable, body));
 }
 
 OrvCountedPtr<MMValueAbsExpr> compileCondition(ExprParserDialogs& dialogs, const std::string& text,
