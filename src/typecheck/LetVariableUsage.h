@@ -1,6 +1,7 @@
 // The record of the variables that an expression uses.
 #pragma once
 
+#include <optional>
 #include <unordered_set>
 
 class VariableSymbol;
@@ -19,18 +20,22 @@ public:
     }
 
     bool isUsed(const VariableSymbol& symbol) const {
-        return &symbol == last_ || used_.count(&symbol) > 0;
+        return &symbol == last_ || (used_ && used_->count(&symbol) > 0);
     }
 
 private:
     void recordLast() {
-        if (last_ != nullptr) {
-            used_.insert(last_);
+        if (last_ == nullptr) {
+            return;
         }
+        if (!used_) {
+            used_.emplace();
+        }
+        used_->insert(last_);
     }
 
     // The variable that was used last is the likeliest to be used next, and often the only one: it
     // enters the others when another one is used.
     const VariableSymbol* last_ = nullptr;
-    std::unordered_set<const VariableSymbol*> used_;
+    std::optional<std::unordered_set<const VariableSymbol*>> used_;
 };
