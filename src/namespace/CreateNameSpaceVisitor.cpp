@@ -20,15 +20,15 @@ const VariableGeneratorPtr& sharedGenerator() {
     return generator;
 }
 
-VariablePtr makeObjectVariable(const std::string& name) {
-    return VariablePtr(new VariableSymbol(name, TypeExpression::objectType(),
-                                          sharedGenerator<ObjectVarGenerator>()));
-}
-
 }  // namespace
 
 CreateNameSpaceVisitor::CreateNameSpaceVisitor(const ScopePtr& top)
-    : top_(top), nameSpace_(new NameSpace) {}
+    : top_(top), region_(OrvCompilationMemory::nodes()), nameSpace_(new NameSpace) {}
+
+VariablePtr CreateNameSpaceVisitor::makeObjectVariable(const std::string& name) const {
+    return VariablePtr(new (region_) VariableSymbol(name, TypeExpression::objectType(),
+                                                    sharedGenerator<ObjectVarGenerator>()));
+}
 
 void CreateNameSpaceVisitor::registerNode(ASTNode& node) {
     checkVisitDepth(node);
@@ -57,9 +57,9 @@ void CreateNameSpaceVisitor::visitStep(const AssociationPtr& step) {
 }
 
 Scope& CreateNameSpaceVisitor::openScope(const char* name) {
-    const ScopePtr scope(new Scope(name));
-    scope->setParent(current_ == NameSpace::noScope ? top_ : nameSpace_->scope(current_));
-    current_ = nameSpace_->addScope(scope, current_);
+    Scope* const scope = new (region_)
+        Scope(name, current_ == NameSpace::noScope ? top_ : nameSpace_->scope(current_));
+    current_ = nameSpace_->addScope(ScopePtr(scope), current_);
     return *scope;
 }
 
@@ -67,7 +67,7 @@ void CreateNameSpaceVisitor::visitSpecification(SpecificationNode& node) {
     const VariablePtr object = makeObjectVariable(anchorName(AnchorKind::THIS));
     Scope& scope = openScope("Specification");
     for (const AnchorKind anchor : {AnchorKind::CURRENT, AnchorKind::MODEL, AnchorKind::THIS}) {
-        scope.insert(anchorName(anchor), object);
+        scope.insert(anchorText(anchor), object);
     }
     registerNode(node);
     visitChild(node.getExpr());
@@ -80,8 +80,8 @@ void CreateNameSpaceVisitor::visitQuantifier(QuantifierNode& node, const char* s
     const VariablePtr variable = makeObjectVariable(node.getName());
     node.setBoundVariable(variable);
     Scope& scope = openScope(scopeName);
-    scope.insert(node.getName(), variable);
-    scope.insert(anchorName(AnchorKind::CURRENT), variable);
+    scope.insert(variable->getName(), variable);
+    scope.insert(anchorText(AnchorKind::CURRENT), variable);
     registerNode(node);
     visitChild(node.getExpr());
     closeScope();
@@ -163,10 +163,10 @@ void CreateNameSpaceVisitor::visitSortExpression(SortExpressionNode& node) {
 void CreateNameSpaceVisitor::visitLetExpression(LetExpressionNode& node) {
     checkVisitDepth(node);
     visitChild(node.getSource());
-    const VariablePtr variable(new VariableSymbol(node.getName(), TypeExpression::typeError(),
-                                                  sharedGenerator<LetVarGenerator>()));
+    const VariablePtr variable(new (region_) VariableSymbol(
+        node.getName(), TypeExpression::typeError(), sharedGenerator<LetVarGenerator>()));
     node.setBoundVariable(variable);
-    openScope("Let").insert(node.getName(), variable);
+    openScope("Let").insert(variable->getName(), variable);
     registerNode(node);
     visitChild(node.getExpr());
     closeScope();
@@ -216,8 +216,8 @@ void CreateNameSpaceVisitor::visitDefinitionAssociation(DefinitionAssociationNod
         return;
     }
     if (!node.getLabel().empty()) {
-        nameSpace_->scope(current_)->insert(node.getLabel(),
-                                            SymbolPtr(new LabelSymbol(node.getLabel(), node)));
+        const SymbolPtr label(new (region_) LabelSymbol(node.getLabel(), node));
+        nameSpace_->scope(current_)->insert(label->getName(), label);
     }
     if (node.getCondition()) {
         const std::string& current = anchorName(AnchorKind::CURRENT);

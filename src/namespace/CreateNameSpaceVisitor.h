@@ -47,6 +47,7 @@ private:
     void registerNode(ASTNode& node);
     void visitChild(const ExpressionPtr& child);
     void visitStep(const AssociationPtr& step);
+    OrvCountedPtr<VariableSymbol> makeObjectVariable(const std::string& name) const;
     Scope& openScope(const char* name);
     void closeScope() { current_ = nameSpace_.get()->parentOf(current_); }
     void visitQuantifier(QuantifierNode& node, const char* scopeName);
@@ -54,6 +55,7 @@ private:
                         const ExpressionPtr& inner);
 
     ScopePtr top_;
+    OrvMemoryRegion* region_;  // of the compilation; null outside one
     OrvCountedPtr<NameSpace> nameSpace_;
     NameSpace::ScopeNumber current_ = NameSpace::noScope;
 };

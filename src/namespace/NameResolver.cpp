@@ -35,7 +35,9 @@ SymbolView NameResolver::find(const Scope& scope, std::string_view name, SymbolK
     SymbolView found;
     for (const Scope* next = &scope; found.empty() && next != nullptr;
          next = next->getParent().get()) {
-        found = SymbolView(next->find(name), kind);
+        if (next->hasAny(kind)) {
+            found = SymbolView(next->find(name), kind);
+        }
     }
     return found;
 }

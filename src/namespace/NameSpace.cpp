@@ -9,23 +9,12 @@
 #include "support/OrvStack.h"
 #include "support/ParseException.h"
 
-namespace {
-
-constexpr std::size_t usualNodes = 16;
-constexpr std::size_t usualScopes = 4;
-
-}  // namespace
-
-NameSpace::NameSpace() : entries_(usualNodes), places_(usualNodes) { scopes_.reserve(usualScopes); }
-
 // Scopes that declare nothing are those of paths, which do not stand in each other without another
 // scope between them: this recursion ends at once.
 ScopePtr NameSpace::scope(ScopeNumber number) const {
     Place& place = places_[number];
     if (place.index == noScope) {
-        const ScopePtr made(new Scope(place.emptyName));
-        made->setParent(scope(place.parent));
-        scopes_.push_back(made);
+        scopes_.append(ScopePtr(new Scope(place.emptyName, scope(place.parent))));
         place.index = static_cast<ScopeNumber>(scopes_.size() - 1);
     }
     return scopes_[place.index];

@@ -5,12 +5,13 @@
 #include <cstdint>
 #include <iosfwd>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "ast/ASTNode.h"
 #include "namespace/NameResolver.h"
-#include "namespace/PlainArray.h"
 #include "namespace/Scope.h"
+#include "namespace/SmallArray.h"
 
 /// For each node of a tree, the scope in which names used at that node are looked up.
 ///
@@ -28,7 +29,17 @@ public:
         ScopeNumber scope;
     };
 
-    NameSpace();
+    using Entries = SmallArray<Entry, 16>;
+
+    /// Stands with the nodes of its compilation, where it is made in one.
+    static void* operator new(std::size_t bytes) {
+        return allocate(bytes, OrvCompilationMemory::nodes());
+    }
+    static void operator delete(void* nameSpace) noexcept {
+        OrvCountedObject::operator delete(nameSpace);
+    }
+
+    NameSpace() = default;
     NameSpace(const NameSpace&) = delete;
     NameSpace& operator=(const NameSpace&) = delete;
 
@@ -39,18 +50,18 @@ public:
 
     /// The same by the number of a scope, which many nodes share. `parent` is the number of the
     /// scope around it.
-    ScopeNumber addScope(const ScopePtr& scope, ScopeNumber parent) {
-        scopes_.push_back(scope);
-        return addPlace({nullptr, parent, static_cast<ScopeNumber>(scopes_.size() - 1)});
+    ScopeNumber addScope(ScopePtr scope, ScopeNumber parent) {
+        scopes_.append(std::move(scope));
+        return addPlace(nullptr, parent, static_cast<ScopeNumber>(scopes_.size() - 1));
     }
     /// Adds a scope that declares nothing yet. `name` is a constant.
     ScopeNumber addEmptyScope(const char* name, ScopeNumber parent) {
-        return addPlace({name, parent, noScope});
+        return addPlace(name, parent, noScope);
     }
     void setScope(ASTNode& node, ScopeNumber scope) {
         if (!hasScope(node)) {
             node.setScopeEntry(static_cast<std::int32_t>(entries_.size()));
-            entries_.push_back({&node, scope});
+            entries_.append(&node, scope);
         }
     }
     bool hasScope(const ASTNode& node) const { return findEntry(node) != nullptr; }
@@ -74,7 +85,7 @@ public:
     }
 
     /// All entries, in the order in which they were recorded.
-    const PlainArray<Entry>& entries() const { return entries_; }
+    const Entries& entries() const { return entries_; }
 
 private:
     /// Where a scope is: its number in scopes_, or noScope while it declares nothing.
@@ -92,8 +103,8 @@ private:
         return scopes_[searched->index].get();
     }
 
-    ScopeNumber addPlace(const Place& place) {
-        places_.push_back(place);
+    ScopeNumber addPlace(const char* emptyName, ScopeNumber parent, ScopeNumber index) {
+        places_.append(emptyName, parent, index);
         return static_cast<ScopeNumber>(places_.size() - 1);
     }
 
@@ -104,9 +115,9 @@ private:
                                                                           : nullptr;
     }
 
-    PlainArray<Entry> entries_;
-    mutable PlainArray<Place> places_;
-    mutable OrvPoolVector<ScopePtr> scopes_;
+    Entries entries_;
+    mutable SmallArray<Place, 8> places_;
+    mutable SmallArray<ScopePtr, 2> scopes_;
 };
 
 /// A scope with the scopes inside it, in the order in which they were attached; made for printing.

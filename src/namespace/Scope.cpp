@@ -1,8 +1,10 @@
 #include "namespace/Scope.h"
 
 #include <algorithm>
+#include <bit>
 
 #include "foundation/TextOutput.h"
+#include "namespace/SameName.h"
 #include "namespace/SymbolPrintVisitor.h"
 
 namespace {
@@ -16,45 +18,62 @@ struct ByName {
     }
 };
 
+// Whether a name comes behind another one, or is the same; the first letters mostly tell.
+bool isInOrder(std::string_view first, std::string_view second) {
+    if (first.empty() || second.empty() || first.front() == second.front()) {
+        return first <= second;
+    }
+    return static_cast<unsigned char>(first.front()) < static_cast<unsigned char>(second.front());
+}
+
+// The length and the letters at both ends tell the names of the built-in functions apart.
+std::size_t hashOf(std::string_view name) {
+    const auto letter = [name](std::size_t i) { return static_cast<unsigned char>(name[i]); };
+    return name.empty() ? 0 : name.size() + letter(0) * 7U + letter(name.size() - 1) * 11U;
+}
+
+// The place of a name in a table whose size is a power of two, or an empty place for it.
+template <class Table>
+auto& placeOf(Table& index, std::string_view name) {
+    const std::size_t mask = index.size() - 1;
+    std::size_t place = hashOf(name) & mask;
+    while (index[place].first != nullptr && !isSameName(index[place].first->name, name)) {
+        place = (place + 1) & mask;
+    }
+    return index[place];
+}
+
 }  // namespace
 
-void Scope::insert(const std::string& name, const SymbolPtr& symbol) {
-    index_.reset();
-    constexpr std::size_t usualEntries = 4;
-    entries_.reserve(entries_.empty() ? usualEntries : 0);
-    if (entries_.empty() || entries_.back().name <= name) {
-        entries_.emplace_back(name, symbol);
-        return;
+void Scope::insert(std::string_view name, const SymbolPtr& symbol) {
+    index_.clear();
+    const bool isLast = entries_.empty() || isInOrder(entries_.back().name, name);
+    entries_.append(name, symbol);
+    kinds_ |= bitOf(symbol->getKind());
+    if (!isLast) {
+        moveLastToItsPlace();
     }
-    const auto place = std::upper_bound(entries_.begin(), entries_.end(), name, ByName());
-    entries_.emplace(place, name, symbol);
+}
+
+void Scope::moveLastToItsPlace() {
+    Entry* const last = entries_.end() - 1;
+    std::rotate(std::upper_bound(entries_.begin(), last, last->name, ByName()), last,
+                entries_.end());
 }
 
 void Scope::buildIndex() {
-    auto index = std::make_unique<Index>();
-    const Entry* const end = entries_.data() + entries_.size();
-    for (const Entry* entry = entries_.data(); entry != end;) {
-        const Range range = std::equal_range(entry, end, entry->name, ByName());
-        index->emplace(entry->name, range);
+    std::vector<Range> index(std::bit_ceil(2 * entries_.size() + 1));
+    for (const Entry* entry = entries().begin(); entry != entries().end();) {
+        const Range range = std::equal_range(entry, entries().end(), entry->name, ByName());
+        placeOf(index, entry->name) = range;
         entry = range.second;
     }
     index_ = std::move(index);
 }
 
-Scope::Range Scope::findAmong(std::string_view name) const {
-    if (index_) {
-        const auto found = index_->find(name);
-        return found != index_->end() ? found->second : Range();
-    }
-    constexpr std::size_t fewEntries = 8;
-    const Entry* const begin = entries_.data();
-    const Entry* const end = begin + entries_.size();
-    if (entries_.size() > fewEntries) {
-        return std::equal_range(begin, end, name, ByName());
-    }
-    const auto isNamed = [name](const Entry& entry) { return entry.name == name; };
-    const Entry* const first = std::find_if(begin, end, isNamed);
-    return {first, std::find_if_not(first, end, isNamed)};
+Scope::Range Scope::findAmongMany(std::string_view name) const {
+    return index_.empty() ? std::equal_range(entries_.begin(), entries_.end(), name, ByName())
+                          : placeOf(index_, name);
 }
 
 std::vector<SymbolPtr> Scope::lookup(std::string_view name) const {

@@ -1,14 +1,16 @@
 // Scopes: regions of declarations, chained to their parents.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <iosfwd>
-#include <memory>
-#include <string>
 #include <string_view>
-#include <unordered_map>
 #include <utility>
 #include <vector>
 
+#include "namespace/RegionObject.h"
+#include "namespace/SameName.h"
+#include "namespace/SmallArray.h"
 #include "namespace/Symbol.h"
 
 /// One region of declarations: a multimap from names to symbols.
@@ -16,19 +18,21 @@
 /// Names are ordered by their bytes, entries of one name by their insertion. A symbol may stand
 /// under several names, and several symbols under one. Nothing is ever removed. Shared by the name
 /// space of a compilation and by the scopes below; the top-level scope is pinned.
-class Scope : public OrvCountedObject {
+class Scope : public RegionObject {
 public:
     struct Entry {
-        Entry(const std::string& entered, const SymbolPtr& meant) : name(entered), symbol(meant) {}
-
-        std::string name;
+        std::string_view name;
         SymbolPtr symbol;
     };
     /// The entries of one name: a part of the scope, valid until the next insertion.
     using Range = std::pair<const Entry*, const Entry*>;
+    /// Most scopes declare a variable under one name or two, the outermost one of an expression
+    /// its variable under three.
+    using Entries = SmallArray<Entry, 3>;
 
     /// `name` is a constant.
-    explicit Scope(std::string_view name) : name_(name) {}
+    explicit Scope(std::string_view name, OrvCountedPtr<Scope> parent = {})
+        : name_(name), parent_(std::move(parent)) {}
     Scope(const Scope&) = delete;
     Scope& operator=(const Scope&) = delete;
 
@@ -37,28 +41,48 @@ public:
     const OrvCountedPtr<Scope>& getParent() const { return parent_; }
     void setParent(const OrvCountedPtr<Scope>& parent) { parent_ = parent; }
 
-    /// Adds an entry behind those of the same name; never rejects or replaces one.
-    void insert(const std::string& name, const SymbolPtr& symbol);
+    /// Adds an entry behind those of the same name; never rejects or replaces one. The scope does
+    /// not copy `name`, which is a constant or the symbol's own.
+    void insert(std::string_view name, const SymbolPtr& symbol);
     /// To be called for a large scope when it is complete: from then on, until something is
     /// inserted, a look-up takes the same time whatever the number of entries.
     void buildIndex();
 
     /// The symbols of exactly this name in this scope alone, in insertion order.
     std::vector<SymbolPtr> lookup(std::string_view name) const;
-    Range find(std::string_view name) const { return entries_.empty() ? Range() : findAmong(name); }
+    Range find(std::string_view name) const {
+        return entries_.size() > fewEntries ? findAmongMany(name) : findAmongFew(name);
+    }
 
+    /// Whether a symbol of that kind was inserted.
+    bool hasAny(SymbolKind kind) const { return (kinds_ & bitOf(kind)) != 0; }
     /// All entries, in order.
-    const OrvPoolVector<Entry>& entries() const { return entries_; }
+    const Entries& entries() const { return entries_; }
 
 private:
-    using Index = std::unordered_map<std::string_view, Range>;
+    static constexpr std::size_t fewEntries = 8;
 
-    Range findAmong(std::string_view name) const;
+    Range findAmongFew(std::string_view name) const {
+        const Entry* first = entries_.begin();
+        while (first != entries_.end() && !isSameName(first->name, name)) {
+            ++first;
+        }
+        const Entry* behind = first != entries_.end() ? first + 1 : first;
+        while (behind != entries_.end() && isSameName(behind->name, name)) {
+            ++behind;
+        }
+        return {first, behind};
+    }
+    Range findAmongMany(std::string_view name) const;
+    [[gnu::noinline]] void moveLastToItsPlace();
+
+    static std::uint32_t bitOf(SymbolKind kind) { return 1U << static_cast<std::uint32_t>(kind); }
 
     std::string_view name_;
     OrvCountedPtr<Scope> parent_;
-    OrvPoolVector<Entry> entries_;
-    std::unique_ptr<Index> index_;
+    Entries entries_;
+    std::uint32_t kinds_ = 0;
+    std::vector<Range> index_;  // by the hashes of the names, with empty places; may be missing
 };
 
 using ScopePtr = OrvCountedPtr<Scope>;

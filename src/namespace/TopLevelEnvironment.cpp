@@ -3,6 +3,7 @@
 // them. A signature is a list of parameter types and a result.
 #include "namespace/TopLevelEnvironment.h"
 
+#include <algorithm>
 #include <initializer_list>
 
 #include "codegen/CollectionFunGenerators.h"
@@ -162,6 +163,8 @@ TopLevelEnvironment::TopLevelEnvironment() : scope_(new Scope("TopLevel")) {
             make<EscapeFunGenerator>());
     declare(*scope_, "uid", {Type::objectType()}, Type::stringType(), make<UidFunGenerator>());
     scope_->buildIndex();
+    std::transform(operatorNames.begin(), operatorNames.end(), operators_.begin(),
+                   [this](const char* name) { return functions(name); });
 }
 
 const OrvCountedPtr<TopLevelEnvironment>& TopLevelEnvironment::instance() {

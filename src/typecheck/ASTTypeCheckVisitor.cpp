@@ -5,10 +5,12 @@
 #include "typecheck/ASTTypeCheckVisitor.h"
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "ast/LeftSpine.h"
 #include "foundation/OrvConverter.h"
+#include "namespace/SameName.h"
 #include "rw/RWCRegexp.h"
 #include "types/TypeExprPrintVisitor.h"
 
@@ -35,15 +37,6 @@ bool isArithmeticType(const TypePtr& type) {
 }
 
 bool isNumericType(const TypePtr& type) { return Type::isInteger(type) || Type::isReal(type); }
-
-const std::string& operatorName(RelationalOperator op) {
-    static const std::array<std::string, 8> names = {
-        "operator=", "operator<>", "operator~=", "operator~<>",
-        "operator<", "operator<=", "operator>",  "operator>="};
-    return names[static_cast<std::size_t>(op)];
-}
-
-constexpr std::size_t usualDepth = 16;
 
 const TEFunction& functionType(const Symbol& symbol) {
     return static_cast<const TEFunction&>(*symbol.getType());
@@ -79,7 +72,10 @@ std::string listed(SymbolView candidates) {
 ASTTypeCheckVisitor::ASTTypeCheckVisitor(ExprParserDialogs& dialogs,
                                          const OrvCountedPtr<NameSpace>& nameSpace,
                                          const TypeRequirement& requirement)
-    : dialogs_(dialogs), nameSpace_(nameSpace), requirement_(requirement), arguments_(usualDepth) {}
+    : dialogs_(dialogs),
+      nameSpace_(nameSpace),
+      builtIns_(*TopLevelEnvironment::instance()),
+      requirement_(requirement) {}
 
 // ---------------------------------------------------------------- messages and types
 
@@ -248,16 +244,24 @@ void ASTTypeCheckVisitor::visitRelationalExpression(RelationalExpressionNode& no
         return;
     }
     const std::array<const TypePtr*, 2> operands = {&left, &right};
-    const SymbolView& candidates = functionsOf(node);
+    const SymbolView& candidates = builtIns_.functions(node.getOp());
     if (!resolve(node, candidates, operands)) {
         reportNoOverload(node, candidates, left, right);
     }
 }
 
+// The functions of a name. Most calls of an expression are of one function.
+inline const SymbolView& ASTTypeCheckVisitor::functionsNamed(std::string_view name) {
+    if (!isSameName(name, foundFunctions_.name)) {
+        foundFunctions_ = {name, builtIns_.functions(name)};
+    }
+    return foundFunctions_.functions;
+}
+
 void ASTTypeCheckVisitor::visitApplicationExpression(ApplicationExpressionNode& node) {
     const std::size_t first = arguments_.size();
     const bool isTyped = pushArguments(*node.getExpr());
-    const SymbolView& candidates = functionsNamed(node, node.getName());
+    const SymbolView& candidates = functionsNamed(node.getName());
     give(Type::typeError());
     if (candidates.empty()) {
         reportError(node, "Function " + node.getName() + " is not defined.");
@@ -284,27 +288,6 @@ bool ASTTypeCheckVisitor::resolve(ResolvedFunctionNode& node, const SymbolView& 
     return false;
 }
 
-// Only the outermost scope declares functions: a name means the same ones everywhere, and the last
-// names of an expression are the likeliest to come again.
-const SymbolView& ASTTypeCheckVisitor::functionsNamed(const ASTNode& node, std::string_view name) {
-    const std::size_t place =
-        name.size() + (name.empty() ? 0U : static_cast<unsigned char>(name.front()));
-    FoundFunctions& found = foundFunctions_[place % foundFunctions_.size()];
-    if (found.name != name) {
-        found = {name, nameSpace_->find(node, name, SymbolKind::function)};
-    }
-    return found.functions;
-}
-
-// The same for an operator.
-const SymbolView& ASTTypeCheckVisitor::functionsOf(const RelationalExpressionNode& node) {
-    SymbolView& found = foundOperators_[static_cast<std::size_t>(node.getOp())];
-    if (found.empty()) {
-        found = nameSpace_->find(node, operatorName(node.getOp()), SymbolKind::function);
-    }
-    return found;
-}
-
 void ASTTypeCheckVisitor::reportNoOverload(const ApplicationExpressionNode& node,
                                            const SymbolView& candidates, Arguments arguments) {
     report(node, [&] {
@@ -318,8 +301,9 @@ void ASTTypeCheckVisitor::reportNoOverload(const RelationalExpressionNode& node,
                                            const SymbolView& candidates, const TypePtr& left,
                                            const TypePtr& right) {
     report(node, [&] {
-        return "There is no " + operatorName(node.getOp()) + " that takes lhs={" +
-               printedType(left) + "} and rhs={" + printedType(right) + "}." + listed(candidates);
+        return std::string("There is no ") + TopLevelEnvironment::operatorName(node.getOp()) +
+               " that takes lhs={" + printedType(left) + "} and rhs={" + printedType(right) + "}." +
+               listed(candidates);
     });
 }
 
@@ -330,14 +314,14 @@ bool ASTTypeCheckVisitor::pushArguments(ExpressionNode& argument) {
         return pushElements(static_cast<TupleExpressionNode&>(argument));
     }
     const TypePtr& type = typeOf(argument);
-    arguments_.push_back(&type);
+    arguments_.append(&type);
     return !Type::isTypeError(type);
 }
 
 bool ASTTypeCheckVisitor::pushElements(TupleExpressionNode& tuple) {
     for (const ExpressionPtr& element : tuple.getElements()) {
         const TypePtr& type = typeOf(*element);
-        arguments_.push_back(&type);
+        arguments_.append(&type);
         if (Type::isTypeError(type)) {
             return false;
         }
@@ -496,15 +480,17 @@ void ASTTypeCheckVisitor::visitPath(PathNode& node) {
 // a condition in it, start at the same one.
 const SymbolPtr* ASTTypeCheckVisitor::variableOf(const PathNode& node) {
     const Scope* const scope = nameSpace_->searchedScope(node);
-    if (scope != foundVariable_.scope || node.getAnchor() != foundVariable_.name ||
-        foundVariable_.variable == nullptr) {
-        foundVariable_ = {scope, node.getAnchor(), findVariable(node)};
+    if (scope != foundVariable_.scope || foundVariable_.variable == nullptr ||
+        !isSameName(node.getAnchor(), foundVariable_.name)) {
+        foundVariable_ = {scope, node.getAnchor(), findVariable(node, scope)};
     }
     return foundVariable_.variable;
 }
 
-const SymbolPtr* ASTTypeCheckVisitor::findVariable(const PathNode& node) {
-    const SymbolView found = nameSpace_->find(node, node.getAnchor(), SymbolKind::variable);
+const SymbolPtr* ASTTypeCheckVisitor::findVariable(const PathNode& node, const Scope* scope) {
+    const SymbolView found =
+        scope != nullptr ? NameResolver::find(*scope, node.getAnchor(), SymbolKind::variable)
+                         : SymbolView();
     if (!found.isSingle()) {
         reportError(node, "Variable " + node.getAnchor() +
                               (found.empty() ? " doesn't exist." : " is multiply defined."));

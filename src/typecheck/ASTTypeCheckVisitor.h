@@ -1,7 +1,6 @@
 // The type checker: the walk that types every expression and binds every name.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <forward_list>
@@ -14,6 +13,7 @@
 #include "api/TypeRequirement.h"
 #include "ast/ASTVisitor.h"
 #include "namespace/NameSpace.h"
+#include "namespace/TopLevelEnvironment.h"
 #include "typecheck/LetVariableUsage.h"
 
 /// Computes the type of every expression from the bottom up, checks the operands of every
@@ -105,15 +105,14 @@ private:
                                    const TypePtr& right);
     void checkLabel(DefinitionAssociationNode& node);
     const SymbolPtr* variableOf(const PathNode& node);
-    const SymbolPtr* findVariable(const PathNode& node);
+    const SymbolPtr* findVariable(const PathNode& node, const Scope* scope);
     const TypePtr& checkAnchor(PathNode& node);
     bool isFirstVisit(const DefinitionAssociationNode& node);
 
-    const SymbolView& functionsNamed(const ASTNode& node, std::string_view name);
-    const SymbolView& functionsOf(const RelationalExpressionNode& node);
     bool pushArguments(ExpressionNode& argument);
     bool pushElements(TupleExpressionNode& tuple);
     Arguments argumentsFrom(std::size_t first) const;
+    const SymbolView& functionsNamed(std::string_view name);
     static bool resolve(ResolvedFunctionNode& node, const SymbolView& candidates,
                         Arguments arguments);
     void reportNoOverload(const ApplicationExpressionNode& node, const SymbolView& candidates,
@@ -124,14 +123,14 @@ private:
 
     ExprParserDialogs& dialogs_;
     OrvCountedPtr<NameSpace> nameSpace_;
+    const TopLevelEnvironment& builtIns_;  // no other scope declares functions
     const TypeRequirement& requirement_;
     LetVariableUsage letVariableUsage_;
     std::int32_t errorCount_ = 0;
     const TypePtr* result_ = nullptr;
-    PlainArray<const TypePtr*> arguments_;  // of the calls that are visited, the inner ones last
+    SmallArray<const TypePtr*, 16> arguments_;  // of the calls that are visited, inner ones last
     std::forward_list<TypePtr> tupleTypes_;
     std::vector<bool> checkedSteps_;  // by their entries in the name space
     FoundVariable foundVariable_;
-    std::array<FoundFunctions, 4> foundFunctions_;
-    std::array<SymbolView, 8> foundOperators_;
+    FoundFunctions foundFunctions_;
 };

@@ -40,8 +40,9 @@ TEST(Grammar, HasTheWordsOfTheLanguage) {
     }
     std::set<std::string> functions;
     for (const Scope::Entry& entry : TopLevelEnvironment::instance()->getScope()->entries()) {
-        if (entry.name.rfind("operator", 0) != 0 && keywords.count(entry.name) == 0) {
-            functions.insert(entry.name);
+        const std::string name(entry.name);
+        if (name.rfind("operator", 0) != 0 && keywords.count(name) == 0) {
+            functions.insert(name);
         }
     }
     EXPECT_EQ(wordsOf("keywords"), keywords);

@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <iterator>
 #include <map>
+#include <random>
 #include <sstream>
 #include <string>
 #include <typeinfo>
@@ -38,6 +40,59 @@ TEST(TopLevelEnvironment, HoldsTheCatalogue) {
     for (const TypePtr& domain : {TypeExpression::unitType(), TypeExpression::typeError()}) {
         EXPECT_EQ(FunctionSymbol("f", TypePtr(new TEFunction(domain, domain)), {}).getArity(), 0U);
     }
+}
+
+// Names of every length up to 18 that differ in one byte or in their ends, each one twice, in an
+// order without a pattern.
+std::vector<std::string> similarNames() {
+    std::vector<std::string> names;
+    for (std::size_t length = 0; length <= 18; ++length) {
+        const std::string plain(length, 'm');
+        names.push_back(plain);
+        for (std::size_t i = 0; i < length; ++i) {
+            names.push_back(plain);
+            names.back()[i] = i % 2 == 0 ? 'a' : '\xe4';
+        }
+    }
+    const std::vector<std::string> once = names;
+    names.insert(names.end(), once.begin(), once.end());
+    std::shuffle(names.begin(), names.end(), std::minstd_rand(17));
+    return names;
+}
+
+using Meanings = std::multimap<std::string, SymbolPtr>;
+
+void expectMeanings(const Scope& scope, const Meanings& expected) {
+    ASSERT_EQ(scope.entries().size(), expected.size());
+    const Scope::Entry* entry = scope.entries().begin();
+    for (const auto& [name, symbol] : expected) {
+        EXPECT_EQ(entry->name, name);
+        EXPECT_EQ((entry++)->symbol, symbol) << name;
+    }
+    for (const std::string& name : similarNames()) {
+        std::vector<SymbolPtr> symbols;
+        const auto [first, end] = expected.equal_range(name);
+        std::transform(first, end, std::back_inserter(symbols),
+                       [](const auto& meaning) { return meaning.second; });
+        EXPECT_EQ(scope.lookup(name), symbols) << name;
+    }
+}
+
+// A scope of any size is the ordered multimap that it stands for, with an index and without.
+TEST(Scope, IsAnOrderedMultimap) {
+    Meanings expected;
+    const ScopePtr scope(new Scope("Path"));
+    for (const std::string& name : similarNames()) {
+        const SymbolPtr symbol(new VariableSymbol(name, TypeExpression::objectType(), {}));
+        scope->insert(symbol->getName(), symbol);
+        expected.emplace(name, symbol);
+        if (expected.size() <= 10 || expected.size() == 2 * 190) {
+            expectMeanings(*scope, expected);
+            scope->buildIndex();
+            expectMeanings(*scope, expected);
+        }
+    }
+    EXPECT_EQ(expected.size(), 2U * 190U);
 }
 
 // Printed trees in short: <Name{key=variable, key=variable!, key@label} <...> <...>>, where "!"

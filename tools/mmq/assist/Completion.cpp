@@ -115,9 +115,10 @@ void Completer::add(const std::vector<std::string>& names, CompletionKind kind) 
 
 void Completer::addFunctions() {
     for (const Scope::Entry& entry : TopLevelEnvironment::instance()->getScope()->entries()) {
-        if (isName(entry.name) && !entry.name.starts_with("operator")) {
+        const std::string name(entry.name);
+        if (isName(name) && !name.starts_with("operator")) {
             completion_.items.push_back(
-                {entry.name, CompletionKind::function, printedType(entry.symbol->getType())});
+                {name, CompletionKind::function, printedType(entry.symbol->getType())});
         }
     }
 }
@@ -131,9 +132,10 @@ void Completer::addNamesInScope(SymbolKind kind) {
     }
     const bool isVariable = kind == SymbolKind::variable;
     for (const Scope::Entry& entry : visibleSymbols(*analysis_.nameSpace, *node, kind)) {
-        if (isName(entry.name)) {
+        const std::string name(entry.name);
+        if (isName(name)) {
             completion_.items.push_back(
-                {entry.name, isVariable ? CompletionKind::variable : CompletionKind::label,
+                {name, isVariable ? CompletionKind::variable : CompletionKind::label,
                  isVariable ? printedType(entry.symbol->getType()) : ""});
         }
     }

@@ -58,7 +58,7 @@ std::vector<std::string> namesAt(const std::string& text, int line, int column, 
     for (const NameSpace::Entry& entry : nameSpace.entries()) {
         if (entry.node->getLine() == line && entry.node->getColumn() == column) {
             for (const Scope::Entry& visible : visibleSymbols(nameSpace, *entry.node, kind)) {
-                names.push_back(visible.name);
+                names.emplace_back(visible.name);
             }
         }
     }

@@ -1,0 +1,36 @@
+// The comparison of names, most of which are short.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string_view>
+
+/// The first bytes of a name as a number.
+template <class Number>
+Number bytesAt(const char* text) {
+    Number number;
+    std::memcpy(&number, text, sizeof(number));
+    return number;
+}
+
+/// Whether two names are the same. Those of four to sixteen bytes, which nearly all are, are
+/// compared by their first and their last bytes, which meet or overlap, without a call.
+inline bool isSameName(std::string_view left, std::string_view right) {
+    const std::size_t size = left.size();
+    if (size != right.size()) {
+        return false;
+    }
+    const auto areEqualBy = [&]<class Number>(Number /*of that many bytes*/) {
+        const std::size_t last = size - sizeof(Number);
+        return bytesAt<Number>(left.data()) == bytesAt<Number>(right.data()) &&
+               bytesAt<Number>(left.data() + last) == bytesAt<Number>(right.data() + last);
+    };
+    if (size >= sizeof(std::uint64_t) && size <= 2 * sizeof(std::uint64_t)) {
+        return areEqualBy(std::uint64_t());
+    }
+    if (size >= sizeof(std::uint32_t) && size < sizeof(std::uint64_t)) {
+        return areEqualBy(std::uint32_t());
+    }
+    return left == right;
+}
