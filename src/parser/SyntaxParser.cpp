@@ -638,10 +638,12 @@ SyntaxParser::Chain SyntaxParser::chainSteps() {
     while (isNext(TOKEN_ARROW)) {
         skip();
         Chain next = step();
-        for (AssociationNode* end : steps.ends) {
+        for (AssociationNode* end : steps.otherEnds) {
             end->setChild(next.first);
         }
-        steps.ends = std::move(next.ends);
+        steps.end->setChild(next.first);
+        steps.end = next.end;
+        steps.otherEnds = std::move(next.otherEnds);
     }
     return steps;
 }
@@ -662,8 +664,8 @@ SyntaxParser::Chain SyntaxParser::group() {
     do {
         skip();
         Chain alternative = chainSteps();
+        addEnds(all, alternative);
         alternatives.push_back(std::move(alternative.first));
-        all.ends.insert(all.ends.end(), alternative.ends.begin(), alternative.ends.end());
     } while (isNext(TOKEN_SEMICOLON));
     if (!isNext(TOKEN_RIGHT_PARENTHESIS)) {
         fail("\"->\", \";\" or \")\"");
@@ -692,10 +694,17 @@ AssociationPtr SyntaxParser::joinAlternatives(const OrvPoolVector<AssociationPtr
 }
 
 SyntaxParser::Chain SyntaxParser::chainOf(AssociationPtr step) {
-    Chain chain;
-    chain.ends.push_back(step.get());
-    chain.first = std::move(step);
-    return chain;
+    AssociationNode* const end = step.get();
+    return {std::move(step), end, {}};
+}
+
+void SyntaxParser::addEnds(Chain& chain, const Chain& alternative) {
+    if (chain.end != nullptr) {
+        chain.otherEnds.push_back(chain.end);
+    }
+    chain.end = alternative.end;
+    chain.otherEnds.insert(chain.otherEnds.end(), alternative.otherEnds.begin(),
+                           alternative.otherEnds.end());
 }
 
 // reference: "@" NAME
@@ -728,7 +737,9 @@ SyntaxParser::Chain SyntaxParser::definition() {
     const Position nameAt = positionOf(name);
     auto node = makeNode<DefinitionAssociationNode>(at, name.text());
     node->setNameSpan(spanFrom(nameAt.offset, nameAt));
-    node->setLabel(label);
+    if (!label.empty()) {
+        node->setLabel(label);
+    }
     node->setAddToResult(addToResult);
     node->setDepthFirstEvaluation(depthFirst);
     if (isNext(TOKEN_LEFT_BRACE)) {

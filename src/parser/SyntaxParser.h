@@ -56,10 +56,11 @@ private:
     struct Infix;
     struct InfixTable;
     /// Steps of a path that were read: the first one, with its siblings, and the last of each
-    /// alternative, to which the next step is hung.
+    /// alternative, to which the next step is hung. Most have one end.
     struct Chain {
         AssociationPtr first;
-        OrvPoolVector<AssociationNode*> ends;
+        AssociationNode* end = nullptr;
+        OrvPoolVector<AssociationNode*> otherEnds;
     };
 
     ExpressionPtr expression();
@@ -104,6 +105,7 @@ private:
     static Infix infixOf(int tokenNumber);
     static Binding tighter(Binding binding);
     static Chain chainOf(AssociationPtr step);
+    static void addEnds(Chain& chain, const Chain& alternative);
     static AssociationPtr joinAlternatives(const OrvPoolVector<AssociationPtr>& alternatives);
 
     const ColumnToken& look() { return buffer_.look(); }
