@@ -64,7 +64,7 @@ Scope& CreateNameSpaceVisitor::openScope(const char* name) {
 }
 
 void CreateNameSpaceVisitor::visitSpecification(SpecificationNode& node) {
-    const VariablePtr object = makeObjectVariable(anchorName(AnchorKind::THIS));
+    const SymbolPtr object = makeObjectVariable(anchorName(AnchorKind::THIS));
     Scope& scope = openScope("Specification");
     for (const AnchorKind anchor : {AnchorKind::CURRENT, AnchorKind::MODEL, AnchorKind::THIS}) {
         scope.insert(anchorText(anchor), object);

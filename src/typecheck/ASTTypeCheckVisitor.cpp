@@ -476,42 +476,43 @@ void ASTTypeCheckVisitor::visitPath(PathNode& node) {
     give(Type::objectCollectionType());
 }
 
-// The variable that the anchor means; null where there is none. Most paths of an expression, or of
+// The variable that the anchor means; empty where there is none. Most paths of an expression, or of
 // a condition in it, start at the same one.
-const SymbolPtr* ASTTypeCheckVisitor::variableOf(const PathNode& node) {
-    const Scope* const scope = nameSpace_->searchedScope(node);
-    if (scope != foundVariable_.scope || foundVariable_.variable == nullptr ||
+const OrvCountedPtr<VariableSymbol>& ASTTypeCheckVisitor::variableOf(const PathNode& node) {
+    const Scope* const scope = nameSpace_.get()->searchedScope(node);
+    if (scope != foundVariable_.scope || !foundVariable_.variable ||
         !isSameName(node.getAnchor(), foundVariable_.name)) {
         foundVariable_ = {scope, node.getAnchor(), findVariable(node, scope)};
     }
     return foundVariable_.variable;
 }
 
-const SymbolPtr* ASTTypeCheckVisitor::findVariable(const PathNode& node, const Scope* scope) {
+OrvCountedPtr<VariableSymbol> ASTTypeCheckVisitor::findVariable(const PathNode& node,
+                                                                const Scope* scope) {
     const SymbolView found =
         scope != nullptr ? NameResolver::find(*scope, node.getAnchor(), SymbolKind::variable)
                          : SymbolView();
     if (!found.isSingle()) {
         reportError(node, "Variable " + node.getAnchor() +
                               (found.empty() ? " doesn't exist." : " is multiply defined."));
-        return nullptr;
+        return {};
     }
-    return &found.front();
+    return OrvConverter<VariableSymbol, Symbol>::toCounted(found.front());
 }
 
 // Binds the anchor to its variable; the type of what cannot be bound is the error type.
 const TypePtr& ASTTypeCheckVisitor::checkAnchor(PathNode& node) {
-    const SymbolPtr* const found = variableOf(node);
-    if (found == nullptr) {
+    const OrvCountedPtr<VariableSymbol>& found = variableOf(node);
+    if (!found) {
         return Type::typeError();
     }
-    node.setAnchorVariable(OrvConverter<VariableSymbol, Symbol>::toCounted(*found));
-    const VariableSymbol* const variable = node.getAnchorVariable().get();
-    letVariableUsage_.recordUse(*variable);
-    demand(node, variable->getType(), &isValueType,
+    node.setAnchorVariable(found);
+    const VariableSymbol& variable = *found.get();
+    letVariableUsage_.recordUse(variable);
+    demand(node, variable.getType(), &isValueType,
            "Variable must have type {boolean} or {string} or {integer} or {real} or {object} or "
            "{object collection} or {string collection}");
-    return variable->getType();
+    return variable.getType();
 }
 
 // A label that is declared by a step which is not reached from here otherwise (one that stands

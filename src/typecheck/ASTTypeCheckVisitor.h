@@ -75,7 +75,7 @@ private:
     struct FoundVariable {
         const Scope* scope = nullptr;
         std::string_view name;
-        const SymbolPtr* variable = nullptr;
+        OrvCountedPtr<VariableSymbol> variable;
     };
 
     template <class BuildMessage>
@@ -104,8 +104,8 @@ private:
     const TypePtr& checkArithmetic(const BinaryExpressionNode& node, const TypePtr& left,
                                    const TypePtr& right);
     void checkLabel(DefinitionAssociationNode& node);
-    const SymbolPtr* variableOf(const PathNode& node);
-    const SymbolPtr* findVariable(const PathNode& node, const Scope* scope);
+    const OrvCountedPtr<VariableSymbol>& variableOf(const PathNode& node);
+    OrvCountedPtr<VariableSymbol> findVariable(const PathNode& node, const Scope* scope);
     const TypePtr& checkAnchor(PathNode& node);
     bool isFirstVisit(const DefinitionAssociationNode& node);
 
