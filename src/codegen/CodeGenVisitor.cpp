@@ -1,9 +1,10 @@
 // Children are visited in the order in which the target's parts are made, which is not always that
 // of the text: the body of an iteration comes before its source. What a child pushed is popped at
 // once and narrowed to the kind that its place needs. The table of variables makes all uses of a
-// symbol one target; the tables of labels and of steps do the same for the steps of paths.
+// symbol one target; the table of steps does the same for the steps of paths.
 #include "codegen/CodeGenVisitor.h"
 
+#include <iterator>
 #include <utility>
 
 #include "ast/LeftSpine.h"
@@ -93,16 +94,12 @@ OrvCyclicPtr<Target> CodeGenVisitor::boundVariable(const Binder& binder,
     return variable;
 }
 
-// A variable is often asked for several times in a row; its entry in the table does not move.
 const TargetPtr& CodeGenVisitor::targetOf(const OrvCountedPtr<VariableSymbol>& symbol) {
-    if (lastVariable_ == nullptr || lastVariable_->first != symbol.get()) {
-        const auto entry = variables_.try_emplace(symbol.get()).first;
-        if (!entry->second) {
-            entry->second = symbol->getGenerator()->generate(symbol->getType(), symbol->getName());
-        }
-        lastVariable_ = &*entry;
+    TargetPtr& target = variables_[*symbol];
+    if (!target) {
+        target = symbol->getGenerator()->generate(symbol->getType(), symbol->getName());
     }
-    return lastVariable_->second;
+    return target;
 }
 
 OrvCyclicPtr<MMObjectVarExpr> CodeGenVisitor::objectVariable(
@@ -204,31 +201,36 @@ void CodeGenVisitor::visitUnaryExpression(UnaryExpressionNode& node) {
     }
 }
 
-// Replaces the last targets on the stack, as many as there are arguments, by the call. No generator
-// comes back here, so that the arguments stay where they are meanwhile.
+// Replaces the targets on the stack, from the number `first` on, by the call of which they are the
+// arguments. No generator comes back here, so that they stay where they are meanwhile.
 [[gnu::always_inline]] inline void CodeGenVisitor::generateCall(const ResolvedFunctionNode& node,
-                                                                std::size_t arity) {
+                                                                std::size_t first) {
     const FunctionSymbol& function = *node.getResolvedFunction();
     Retriever retriever(*this, node);
     TargetPtr result;
     function.getGenerator()->generate(result, retriever, function.getName(), function.getType(),
-                                      TargetArguments(stack_).last(arity));
-    for (; arity != 0; --arity) {
-        stack_.pop_back();
+                                      TargetArguments(stack_).subspan(first));
+    if (stack_.size() == first) {
+        push(std::move(result));
+        return;
     }
-    push(std::move(result));
+    const auto call = std::next(stack_.begin(), static_cast<std::ptrdiff_t>(first));
+    swap(*call, result);
+    stack_.erase(std::next(call), stack_.end());
 }
 
 void CodeGenVisitor::visitRelationalExpression(RelationalExpressionNode& node) {
+    const std::size_t first = stack_.size();
     visitOperands(*node.getLhs());
     visitOperands(*node.getRhs());
-    generateCall(node, 2);
+    generateCall(node, first);
 }
 
 // The argument pushes as many results as the function takes, in the order of the text.
 void CodeGenVisitor::visitApplicationExpression(ApplicationExpressionNode& node) {
+    const std::size_t first = stack_.size();
     visitOperands(*node.getExpr());
-    generateCall(node, node.getResolvedFunction()->getArity());
+    generateCall(node, first);
 }
 
 // ---------------------------------------------------------------- iterations
@@ -260,13 +262,13 @@ void CodeGenVisitor::visitTraverseExpression(TraverseExpressionNode& node) {
 // where the key is itself an expression that declares it.
 void CodeGenVisitor::visitSortExpression(SortExpressionNode& node) {
     const auto source = generate<MMObjectCollectionExpr>(*node.getSource());
-    const OrvCyclicPtr<MMSortExpr> sort(new MMSortExpr);
+    OrvCyclicPtr<MMSortExpr> sort(new MMSortExpr);
     sort->collection(source);
     for (const SortKey& key : node.getKeys()) {
         const auto current = boundVariable(key, objectVariable(key.getBoundVariable()));
         sort->key(valueFunction(*key.getExpr(), current), key.isAscending());
     }
-    push(sort);
+    push(std::move(sort));
 }
 
 // ---------------------------------------------------------------- let and if
@@ -340,11 +342,11 @@ void CodeGenVisitor::generateLet(const TypePtr& type, OrvSimplePtr<MMCachedExpr>
 template <class If, class Branch>
 void CodeGenVisitor::generateIf(const OrvCyclicPtr<MMValueExpr>& test, const TargetPtr& thenBranch,
                                 const TargetPtr& elseBranch) {
-    const OrvCyclicPtr<If> conditional(new If);
+    OrvCyclicPtr<If> conditional(new If);
     conditional->testExpr(test);
     conditional->thenExpr(lend<Branch>(thenBranch));
     conditional->elseExpr(lend<Branch>(elseBranch));
-    push(conditional);
+    push(std::move(conditional));
 }
 
 void CodeGenVisitor::visitIfExpression(IfExpressionNode& node) {
@@ -414,31 +416,28 @@ void CodeGenVisitor::visitPath(PathNode& node) {
 }
 
 void CodeGenVisitor::visitReferenceAssociation(ReferenceAssociationNode& node) {
-    const auto known = labels_.find(node.getLabelSymbol().get());
-    if (known != labels_.end()) {
-        push(known->second);
+    DefinitionAssociationNode& step = node.getLabelSymbol()->getDeclaration();
+    if (const auto& known = steps_[step]) {
+        push(known);
     } else {
-        push(generateTarget(node.getLabelSymbol()->getDeclaration()));
+        push(generateTarget(step));
     }
 }
 
-// The traversal is known by its label, and by its node, before anything below it is generated.
+// The traversal is known by its node before anything below it is generated.
 void CodeGenVisitor::visitDefinitionAssociation(DefinitionAssociationNode& node) {
-    const auto known = steps_.find(&node);
-    if (known != steps_.end()) {
-        push(known->second);
+    OrvCyclicPtr<MMAssociationTraversal>& known = steps_[node];
+    if (known) {
+        push(known);
         return;
     }
     const OrvString name{std::string_view(node.getName())};
-    const OrvCyclicPtr<MMAssociationTraversal> traversal(
+    OrvCyclicPtr<MMAssociationTraversal> traversal(
         new MMAssociationTraversal(name, node.getAddToResult()));
-    steps_.emplace(&node, traversal);
+    known = traversal;
     note(node, node.getNameSpan(), *traversal);
-    if (node.getLabelSymbol()) {
-        labels_.emplace(node.getLabelSymbol().get(), traversal);
-    }
     fillStep(node, traversal);
-    push(traversal);
+    push(std::move(traversal));
 }
 
 void CodeGenVisitor::fillStep(DefinitionAssociationNode& node,

@@ -1,9 +1,7 @@
 // Code generation: the last walk, from the checked tree to the target expressions.
 #pragma once
 
-#include <functional>
 #include <string>
-#include <unordered_map>
 #include <utility>
 
 #include "ast/ASTVisitor.h"
@@ -11,6 +9,7 @@
 #include "codegen/MMCachedExpr.h"
 #include "codegen/SourceMap.h"
 #include "codegen/Target.h"
+#include "codegen/TargetTable.h"
 #include "fliodram/MMAbsExpr.h"
 #include "fliodram/MMAssociationExpr.h"
 #include "foundation/OrvSimplePtr.h"
@@ -65,12 +64,7 @@ public:
 private:
     class Retriever;
 
-    template <class Key, class Target>
-    using Table =
-        std::unordered_map<const Key*, Target, std::hash<const Key*>, std::equal_to<const Key*>,
-                           OrvPoolAllocator<std::pair<const Key* const, Target>>>;
-
-    void push(TargetPtr target) { stack_.push_back(std::move(target)); }
+    void push(TargetPtr&& target) { stack_.push_back(std::move(target)); }
     TargetPtr pop();
     template <class Target>
     OrvCyclicPtr<Target> generate(ASTNode& node) {
@@ -96,7 +90,7 @@ private:
 
     template <class Quantifier>
     void generateQuantifier(const QuantifierNode& node);
-    void generateCall(const ResolvedFunctionNode& node, std::size_t arity);
+    void generateCall(const ResolvedFunctionNode& node, std::size_t first);
     template <class If, class Branch>
     void generateIf(const OrvCyclicPtr<MMValueExpr>& test, const TargetPtr& thenBranch,
                     const TargetPtr& elseBranch);
@@ -110,10 +104,8 @@ private:
     OrvCountedPtr<NameSpace> nameSpace_;
     const LetVariableUsage& usage_;
     SourceMap* map_;
-    Table<LabelSymbol, OrvCyclicPtr<MMAssociationTraversal>> labels_;
-    Table<ASTNode, OrvCyclicPtr<MMAssociationTraversal>> steps_;
-    Table<VariableSymbol, TargetPtr> variables_;
-    const std::pair<const VariableSymbol* const, TargetPtr>* lastVariable_ = nullptr;
+    TargetTable<ASTNode, MMAssociationTraversal> steps_;
+    TargetTable<VariableSymbol, OrvCyclicPtrBody> variables_;
     OrvPoolVector<TargetPtr> stack_;
     OrvCyclicPtr<MMObjectVarExpr> thisVariable_;
     TargetPtr result_;

@@ -40,7 +40,7 @@ public:
 
     /// Sets `result` to the call of the function `name` of this type with these arguments.
     virtual void generate(TargetPtr& result, ObjectVariableRetriever& retriever,
-                          const std::string& name, OrvCountedPtr<TypeExpression> type,
+                          const std::string& name, const TypePtr& type,
                           TargetArguments arguments) const = 0;
 };
 

@@ -20,8 +20,7 @@ const char* const signatureText =
 }  // namespace
 
 void OpSigFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
-                                 const std::string& /*name*/,
-                                 OrvCountedPtr<TypeExpression> /*type*/,
+                                 const std::string& /*name*/, const TypePtr& /*type*/,
                                  TargetArguments arguments) const {
     CodeGeneratorDialogs dialogs;
     const OrvCountedPtr<MMValueAbsExpr> signature =

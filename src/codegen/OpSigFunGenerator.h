@@ -8,5 +8,5 @@
 class OpSigFunGenerator : public FunctionCodeGenerator {
 public:
     void generate(TargetPtr& result, ObjectVariableRetriever& retriever, const std::string& name,
-                  OrvCountedPtr<TypeExpression> type, TargetArguments arguments) const override;
+                  const TypePtr& type, TargetArguments arguments) const override;
 };

@@ -55,8 +55,7 @@ SetRelation setRelationOf(const std::string& name) {
 
 void ArithmeticRelationalOpGenerator::generate(TargetPtr& result,
                                                ObjectVariableRetriever& /*retriever*/,
-                                               const std::string& name,
-                                               OrvCountedPtr<TypeExpression> /*type*/,
+                                               const std::string& name, const TypePtr& /*type*/,
                                                TargetArguments arguments) const {
     result = TargetPtr(new MMRelationalExpr(valueArgument(arguments, 0), relationOf(name),
                                             valueArgument(arguments, 1)));
@@ -64,8 +63,7 @@ void ArithmeticRelationalOpGenerator::generate(TargetPtr& result,
 
 void ObjectRelationalOpGenerator::generate(TargetPtr& result,
                                            ObjectVariableRetriever& /*retriever*/,
-                                           const std::string& name,
-                                           OrvCountedPtr<TypeExpression> /*type*/,
+                                           const std::string& name, const TypePtr& /*type*/,
                                            TargetArguments arguments) const {
     const MMRelOp relation = relationOf(name);
     const bool isIdentity = relation == MM_EQUAL || relation == MM_NOT_EQUAL;
@@ -75,8 +73,7 @@ void ObjectRelationalOpGenerator::generate(TargetPtr& result,
 }
 
 void SetRelationalOpGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
-                                        const std::string& name,
-                                        OrvCountedPtr<TypeExpression> /*type*/,
+                                        const std::string& name, const TypePtr& /*type*/,
                                         TargetArguments arguments) const {
     const SetRelation relation = setRelationOf(name);
     OrvCyclicPtr<MMObjectCollectionExpr> left = objectsArgument(arguments, 0);
@@ -89,8 +86,7 @@ void SetRelationalOpGenerator::generate(TargetPtr& result, ObjectVariableRetriev
 
 void RegExpRelationalOpGenerator::generate(TargetPtr& result,
                                            ObjectVariableRetriever& /*retriever*/,
-                                           const std::string& name,
-                                           OrvCountedPtr<TypeExpression> /*type*/,
+                                           const std::string& name, const TypePtr& /*type*/,
                                            TargetArguments arguments) const {
     const OrvCyclicPtr<MMValueExpr> match(
         new MMRegExpMatchExpr(valueArgument(arguments, 1), valueArgument(arguments, 0)));

@@ -7,21 +7,21 @@
 class ArithmeticRelationalOpGenerator : public FunctionCodeGenerator {
 public:
     void generate(TargetPtr& result, ObjectVariableRetriever& retriever, const std::string& name,
-                  OrvCountedPtr<TypeExpression> type, TargetArguments arguments) const override;
+                  const TypePtr& type, TargetArguments arguments) const override;
 };
 
 /// Identity of objects.
 class ObjectRelationalOpGenerator : public FunctionCodeGenerator {
 public:
     void generate(TargetPtr& result, ObjectVariableRetriever& retriever, const std::string& name,
-                  OrvCountedPtr<TypeExpression> type, TargetArguments arguments) const override;
+                  const TypePtr& type, TargetArguments arguments) const override;
 };
 
 /// Comparisons of collections of objects as sets. "Greater" is "less" with the operands exchanged.
 class SetRelationalOpGenerator : public FunctionCodeGenerator {
 public:
     void generate(TargetPtr& result, ObjectVariableRetriever& retriever, const std::string& name,
-                  OrvCountedPtr<TypeExpression> type, TargetArguments arguments) const override;
+                  const TypePtr& type, TargetArguments arguments) const override;
 };
 
 /// Matches of a text with a pattern: the right operand is the pattern, and stands first in the
@@ -29,5 +29,5 @@ public:
 class RegExpRelationalOpGenerator : public FunctionCodeGenerator {
 public:
     void generate(TargetPtr& result, ObjectVariableRetriever& retriever, const std::string& name,
-                  OrvCountedPtr<TypeExpression> type, TargetArguments arguments) const override;
+                  const TypePtr& type, TargetArguments arguments) const override;
 };

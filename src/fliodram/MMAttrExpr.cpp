@@ -20,9 +20,9 @@ MMValue valueOf(std::string_view text, std::string& buffer) {
 MMAttrExpr::MMAttrExpr(const OrvCyclicPtr<MMValueExpr>& name,
                        const OrvCyclicPtr<MMObjectExpr>& object)
     : MMValueExpr(MMValue::Kind::text),
+      object_(*this, object),
       name_(*this, name),
-      constantName_(MMConstantExpr::textOf(name.get())),
-      object_(*this, object) {}
+      constantName_(MMConstantExpr::textOf(name.get())) {}
 
 std::string_view MMAttrExpr::computeName(MMEvaluationContext& context) const {
     std::string buffer;

@@ -24,9 +24,9 @@ public:
 private:
     std::string_view computeName(MMEvaluationContext& context) const;
 
+    MMObjectOperand object_;
     OrvCyclicMember<MMValueExpr> name_;
     std::string_view constantName_;  // without data where the name is computed
-    MMObjectOperand object_;
     mutable MMAttributeReader reader_;
     mutable std::string computedName_;  // the last one
 };

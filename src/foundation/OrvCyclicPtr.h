@@ -45,6 +45,10 @@ public:
         return *this;
     }
 
+    friend void swap(OrvCyclicPtr& left, OrvCyclicPtr& right) noexcept {
+        std::swap(left.object_, right.object_);
+    }
+
     T* get() const noexcept { return object_; }
     explicit operator bool() const noexcept { return object_ != nullptr; }
 

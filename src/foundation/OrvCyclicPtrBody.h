@@ -43,6 +43,10 @@ public:
     void surrender() const noexcept { --root()->holds_; }
     /// Joins the group of `target` with this body's.
     void join(const OrvCyclicPtrBody& target) const noexcept {
+        if (next_ != this && target.next_ == &target) {
+            target.enter(*root());
+            return;
+        }
         OrvCyclicPtrBody* const group = target.root();
         if (parent_ == group) {
             return;

@@ -22,6 +22,14 @@ struct BodyHeader {
     OrvMemoryRegion* region;  // null where it came from the pool
 };
 
+// A body with its header where there is no region yet, or none at all, or a chunk is full.
+void* allocateSlowly(std::size_t whole) {
+    OrvMemoryRegion* const region = OrvCompilationMemory::bodies();
+    void* const memory =
+        region != nullptr ? region->allocate(whole) : OrvMemoryPool::allocate(whole);
+    return new (memory) BodyHeader{region} + 1;
+}
+
 }  // namespace
 
 OrvMemoryRegion::OrvMemoryRegion(Chunk* chunk)
@@ -88,11 +96,12 @@ OrvMemoryRegion* OrvCompilationMemory::bodies() {
 }
 
 void* OrvCompilationMemory::allocateBody(std::size_t size) {
-    OrvMemoryRegion* const region = bodies();
     const std::size_t whole = sizeof(BodyHeader) + size;
-    void* const memory =
-        region != nullptr ? region->allocate(whole) : OrvMemoryPool::allocate(whole);
-    return new (memory) BodyHeader{region} + 1;
+    OrvMemoryRegion* const region = currentMemory != nullptr ? currentMemory->bodies_ : nullptr;
+    if (region == nullptr || !region->hasRoom(whole)) [[unlikely]] {
+        return allocateSlowly(whole);
+    }
+    return new (region->allocate(whole)) BodyHeader{region} + 1;
 }
 
 void OrvCompilationMemory::deallocateBody(void* body, std::size_t size) noexcept {

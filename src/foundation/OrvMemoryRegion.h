@@ -19,10 +19,14 @@ public:
     /// Throws std::bad_alloc.
     static OrvMemoryRegion* make(std::size_t firstChunk);
 
+    /// Whether one object more needs no further chunk.
+    bool hasRoom(std::size_t size) const {
+        return aligned(size) <= static_cast<std::size_t>(end_ - free_);
+    }
     /// Memory for one object more, aligned for a pointer; throws std::bad_alloc.
     void* allocate(std::size_t size) {
-        const std::size_t bytes = (size + sizeof(void*) - 1) / sizeof(void*) * sizeof(void*);
-        if (bytes > static_cast<std::size_t>(end_ - free_)) {
+        const std::size_t bytes = aligned(size);
+        if (!hasRoom(size)) {
             addChunk(bytes);
         }
         void* const memory = free_;
@@ -42,6 +46,10 @@ private:
         Chunk* next;
         std::size_t size;
     };
+
+    static std::size_t aligned(std::size_t size) {
+        return (size + sizeof(void*) - 1) / sizeof(void*) * sizeof(void*);
+    }
 
     explicit OrvMemoryRegion(Chunk* chunk);
     void addChunk(std::size_t bytes);
