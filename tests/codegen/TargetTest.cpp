@@ -12,6 +12,8 @@
 
 #include "api/ExprParser.h"
 #include "api/RecordingDialogs.h"
+#include "codegen/TargetTable.h"
+#include "fliodram/MMObjectVarExpr.h"
 #include "fliodram/MMTargetPrinter.h"
 #include "support/TextBlock.h"
 
@@ -373,3 +375,28 @@ TEST(Target, StepsAfterGroupsAreGeneratedOnce) {
 }
 
 }  // namespace
+
+// Those that stand in the table, and those that went to its hash table, in any order.
+TEST(TargetTable, FindsEveryTargetWhereItWasPut) {
+    using Variable = OrvCyclicPtr<MMObjectVarExpr>;
+    constexpr std::size_t count = 11;
+    const std::vector<int> keys(count);
+    TargetTable<int, MMObjectVarExpr> table;
+    std::vector<const Variable*> places;
+    std::vector<const MMObjectVarExpr*> targets;
+    for (const int& key : keys) {
+        Variable& target = table[key];
+        EXPECT_FALSE(target) << places.size();
+        target = Variable(new MMObjectVarExpr);
+        places.push_back(&target);
+        targets.push_back(target.get());
+    }
+    for (std::size_t stride = 0; stride < count; ++stride) {
+        for (std::size_t i = 0; i < count; ++i) {
+            const std::size_t index = i * stride % count;
+            const Variable& found = table[keys[index]];
+            EXPECT_EQ(&found, places[index]) << index;
+            EXPECT_EQ(found.get(), targets[index]) << index;
+        }
+    }
+}
