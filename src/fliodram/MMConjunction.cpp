@@ -33,7 +33,7 @@ MMConjunction::MMConjunction(const MMValueExpr& condition, const MMObjectVarExpr
     const std::vector<const MMValueExpr*> operands = operandsOf(condition);
     for (const MMValueExpr* const operand : operands) {
         const auto* const comparison = dynamic_cast<const MMRelationalExpr*>(operand);
-        if (comparison == nullptr || comparison->getOwner() != &variable) {
+        if (comparison == nullptr || comparison->getComparedObject() != &variable) {
             return;
         }
         comparisons_.push_back(comparison);

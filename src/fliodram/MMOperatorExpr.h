@@ -141,7 +141,7 @@ public:
 
     /// The variable whose object's text is compared with a constant, if that is all; else null.
     /// Such a comparison does not fail.
-    const MMObjectVarExpr* getOwner() const { return owner_; }
+    const MMObjectVarExpr* getComparedObject() const { return owner_; }
     /// What was found for another object that has the same text in the same column, if anything.
     /// Only for a comparison that has an owner.
     MMVerdict verdictOn(const MMModel& model, MMObject object) const {
