@@ -1,7 +1,6 @@
 // The base of the syntax tree's nodes, and its root.
 #pragma once
 
-#include <cstddef>
 #include <cstdint>
 #include <utility>
 
@@ -24,19 +23,6 @@ public:
     ASTNode(const ASTNode&) = delete;
     ASTNode& operator=(const ASTNode&) = delete;
     virtual ~ASTNode();
-
-    /// Nodes of a compilation stand together.
-    static void* operator new(std::size_t bytes) {
-        return allocate(bytes, OrvCompilationMemory::nodes());
-    }
-    /// The same for who makes many nodes and asked once; null is no region.
-    static void* operator new(std::size_t bytes, OrvMemoryRegion* nodes) {
-        return allocate(bytes, nodes);
-    }
-    static void operator delete(void* node) noexcept { OrvCountedObject::operator delete(node); }
-    static void operator delete(void* node, OrvMemoryRegion* /*nodes*/) noexcept {
-        OrvCountedObject::operator delete(node);
-    }
 
     /// Calls the visitor's operation for the class of this node.
     virtual void accept(ASTVisitor& visitor) = 0;

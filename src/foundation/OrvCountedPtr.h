@@ -65,8 +65,15 @@ private:
 class __attribute__((visibility("default"))) OrvCountedObject {
 public:
     static void* operator new(std::size_t bytes) { return allocate(bytes, nullptr); }
+    /// Memory of a region, for what is made for one compilation; or of the pool where it is null.
+    static void* operator new(std::size_t bytes, OrvMemoryRegion* region) {
+        return allocate(bytes, region);
+    }
     /// For an object that never had a pointer, or whose constructor threw.
     static void operator delete(void* object) noexcept { blockOf(object)->free(); }
+    static void operator delete(void* object, OrvMemoryRegion* /*region*/) noexcept {
+        blockOf(object)->free();
+    }
 
     /// The block in front of an object.
     static OrvCountedBlock* blockOf(void* object) noexcept {
@@ -77,7 +84,7 @@ protected:
     OrvCountedObject() = default;
     ~OrvCountedObject() = default;
 
-    /// Memory for an object of `bytes` bytes from a region, or from the pool where that is null.
+private:
     static void* allocate(std::size_t bytes, OrvMemoryRegion* region) {
         const std::size_t size = sizeof(OrvCountedBlock) + bytes;
         void* const memory =

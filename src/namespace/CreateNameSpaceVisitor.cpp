@@ -23,7 +23,7 @@ const VariableGeneratorPtr& sharedGenerator() {
 }  // namespace
 
 CreateNameSpaceVisitor::CreateNameSpaceVisitor(const ScopePtr& top)
-    : top_(top), region_(OrvCompilationMemory::nodes()), nameSpace_(new NameSpace) {}
+    : top_(top), region_(OrvCompilationMemory::nodes()), nameSpace_(new (region_) NameSpace) {}
 
 VariablePtr CreateNameSpaceVisitor::makeObjectVariable(const std::string& name) const {
     return VariablePtr(new (region_) VariableSymbol(name, TypeExpression::objectType(),

@@ -31,14 +31,6 @@ public:
 
     using Entries = SmallArray<Entry, 16>;
 
-    /// Stands with the nodes of its compilation, where it is made in one.
-    static void* operator new(std::size_t bytes) {
-        return allocate(bytes, OrvCompilationMemory::nodes());
-    }
-    static void operator delete(void* nameSpace) noexcept {
-        OrvCountedObject::operator delete(nameSpace);
-    }
-
     NameSpace() = default;
     NameSpace(const NameSpace&) = delete;
     NameSpace& operator=(const NameSpace&) = delete;

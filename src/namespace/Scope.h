@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "namespace/RegionObject.h"
+#include "foundation/OrvCountedPtr.h"
 #include "namespace/SameName.h"
 #include "namespace/SmallArray.h"
 #include "namespace/Symbol.h"
@@ -18,7 +18,7 @@
 /// Names are ordered by their bytes, entries of one name by their insertion. A symbol may stand
 /// under several names, and several symbols under one. Nothing is ever removed. Shared by the name
 /// space of a compilation and by the scopes below; the top-level scope is pinned.
-class Scope : public RegionObject {
+class Scope : public OrvCountedObject {
 public:
     struct Entry {
         std::string_view name;

@@ -6,7 +6,7 @@
 #include <set>
 #include <string>
 
-#include "namespace/RegionObject.h"
+#include "foundation/OrvCountedPtr.h"
 #include "types/TypeExpression.h"
 
 class DefinitionAssociationNode;
@@ -20,7 +20,7 @@ enum class SymbolKind : std::uint32_t { function = 0, variable = 1, label = 2 };
 ///
 /// Shared through counted pointers by the scopes that declare it and the nodes that use it. The
 /// symbols of built-in functions are pinned and never change; all others belong to one compilation.
-class Symbol : public RegionObject {
+class Symbol : public OrvCountedObject {
 public:
     Symbol(const Symbol&) = delete;
     Symbol& operator=(const Symbol&) = delete;
