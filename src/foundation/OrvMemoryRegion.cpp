@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstdint>
 #include <new>
 #include <utility>
 
@@ -22,32 +23,44 @@ struct BodyHeader {
     OrvMemoryRegion* region;  // null where it came from the pool
 };
 
+// Before a body from the pool, whose header follows a gap: the body is aligned as the piece.
+constexpr std::size_t frontInPool = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
+
 // A body with its header where there is no region yet, or none at all, or a chunk is full.
-void* allocateSlowly(std::size_t whole) {
+void* allocateSlowly(std::size_t size) {
     OrvMemoryRegion* const region = OrvCompilationMemory::bodies();
-    void* const memory =
-        region != nullptr ? region->allocate(whole) : OrvMemoryPool::allocate(whole);
-    return new (memory) BodyHeader{region} + 1;
+    if (region != nullptr) {
+        return new (region->allocate(sizeof(BodyHeader) + size)) BodyHeader{region} + 1;
+    }
+    auto* const memory = static_cast<char*>(OrvMemoryPool::allocate(frontInPool + size));
+    return new (memory + frontInPool - sizeof(BodyHeader)) BodyHeader{nullptr} + 1;
 }
 
 }  // namespace
 
-OrvMemoryRegion::OrvMemoryRegion(Chunk* chunk)
+OrvMemoryRegion::OrvMemoryRegion(Chunk* chunk, std::size_t front)
     : chunks_(chunk),
-      free_(reinterpret_cast<char*>(this + 1)),
+      front_(front),
+      free_(placeFrom(this + 1)),
       end_(reinterpret_cast<char*>(chunk) + chunk->size) {}
 
-OrvMemoryRegion* OrvMemoryRegion::make(std::size_t firstChunk) {
+OrvMemoryRegion* OrvMemoryRegion::make(std::size_t firstChunk, std::size_t front) {
     auto* const chunk = new (OrvMemoryPool::allocate(firstChunk)) Chunk{nullptr, firstChunk};
-    return new (chunk + 1) OrvMemoryRegion(chunk);
+    return new (chunk + 1) OrvMemoryRegion(chunk, front);
+}
+
+// The first place from `begin` on at which an object may stand.
+char* OrvMemoryRegion::placeFrom(void* begin) const {
+    const std::uintptr_t content = reinterpret_cast<std::uintptr_t>(begin) + front_;
+    return static_cast<char*>(begin) + (aligned(content) - content);
 }
 
 // Each chunk is twice as large as the one before it, up to the largest that the pool keeps.
 void OrvMemoryRegion::addChunk(std::size_t bytes) {
     const std::size_t usual = std::min(chunks_->size * 2, OrvMemoryPool::largestChunk);
-    const std::size_t size = std::max(usual, std::bit_ceil(bytes + sizeof(Chunk)));
+    const std::size_t size = std::max(usual, std::bit_ceil(sizeof(Chunk) + alignment + bytes));
     chunks_ = new (OrvMemoryPool::allocate(size)) Chunk{chunks_, size};
-    free_ = reinterpret_cast<char*>(chunks_ + 1);
+    free_ = placeFrom(chunks_ + 1);
     end_ = reinterpret_cast<char*>(chunks_) + size;
 }
 
@@ -71,10 +84,10 @@ OrvCompilationMemory::~OrvCompilationMemory() {
 }
 
 // The region that is asked for, made when it is asked for first.
-OrvMemoryRegion* OrvCompilationMemory::madeRegion(OrvMemoryRegion*& region,
-                                                  std::size_t firstChunk) {
+OrvMemoryRegion* OrvCompilationMemory::madeRegion(OrvMemoryRegion*& region, std::size_t firstChunk,
+                                                  std::size_t front) {
     if (region == nullptr && OrvMemoryPool::keepsAny()) {
-        region = OrvMemoryRegion::make(firstChunk);
+        region = OrvMemoryRegion::make(firstChunk, front);
     }
     return region;
 }
@@ -84,7 +97,7 @@ OrvMemoryRegion* OrvCompilationMemory::nodes() {
     if (memory == nullptr || memory->nodes_ != nullptr) {
         return memory != nullptr ? memory->nodes_ : nullptr;
     }
-    return madeRegion(memory->nodes_, firstNodeChunk);
+    return madeRegion(memory->nodes_, firstNodeChunk, 0);
 }
 
 OrvMemoryRegion* OrvCompilationMemory::bodies() {
@@ -92,14 +105,14 @@ OrvMemoryRegion* OrvCompilationMemory::bodies() {
     if (memory == nullptr || memory->bodies_ != nullptr) {
         return memory != nullptr ? memory->bodies_ : nullptr;
     }
-    return madeRegion(memory->bodies_, firstBodyChunk);
+    return madeRegion(memory->bodies_, firstBodyChunk, sizeof(BodyHeader));
 }
 
 void* OrvCompilationMemory::allocateBody(std::size_t size) {
     const std::size_t whole = sizeof(BodyHeader) + size;
     OrvMemoryRegion* const region = currentMemory != nullptr ? currentMemory->bodies_ : nullptr;
     if (region == nullptr || !region->hasRoom(whole)) [[unlikely]] {
-        return allocateSlowly(whole);
+        return allocateSlowly(size);
     }
     return new (region->allocate(whole)) BodyHeader{region} + 1;
 }
@@ -112,6 +125,6 @@ void OrvCompilationMemory::deallocateBody(void* body, std::size_t size) noexcept
     if (header->region != nullptr) {
         header->region->release();
     } else {
-        OrvMemoryPool::deallocate(header, sizeof(BodyHeader) + size);
+        OrvMemoryPool::deallocate(static_cast<char*>(body) - frontInPool, frontInPool + size);
     }
 }

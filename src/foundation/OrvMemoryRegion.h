@@ -15,15 +15,16 @@ public:
     OrvMemoryRegion(const OrvMemoryRegion&) = delete;
     OrvMemoryRegion& operator=(const OrvMemoryRegion&) = delete;
 
-    /// A region that counts its maker as an object; `firstChunk` is a power of two, in bytes.
+    /// A region that counts its maker as an object; `firstChunk` is a power of two, in bytes. Of
+    /// each object, what stands behind the first `front` bytes is aligned as operator new does.
     /// Throws std::bad_alloc.
-    static OrvMemoryRegion* make(std::size_t firstChunk);
+    static OrvMemoryRegion* make(std::size_t firstChunk, std::size_t front);
 
     /// Whether one object more needs no further chunk.
     bool hasRoom(std::size_t size) const {
         return aligned(size) <= static_cast<std::size_t>(end_ - free_);
     }
-    /// Memory for one object more, aligned for a pointer; throws std::bad_alloc.
+    /// Memory for one object more; throws std::bad_alloc.
     void* allocate(std::size_t size) {
         const std::size_t bytes = aligned(size);
         if (!hasRoom(size)) {
@@ -47,15 +48,19 @@ private:
         std::size_t size;
     };
 
+    static constexpr std::size_t alignment = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
+
     static std::size_t aligned(std::size_t size) {
-        return (size + sizeof(void*) - 1) / sizeof(void*) * sizeof(void*);
+        return (size + alignment - 1) / alignment * alignment;
     }
 
-    explicit OrvMemoryRegion(Chunk* chunk);
+    OrvMemoryRegion(Chunk* chunk, std::size_t front);
+    char* placeFrom(void* begin) const;
     void addChunk(std::size_t bytes);
     void giveBack() noexcept;
 
     Chunk* chunks_;  // the newest one first; the region stands in the oldest one
+    std::size_t front_;
     char* free_;
     char* end_;
     std::size_t objects_ = 1;
@@ -84,7 +89,8 @@ public:
     static void deallocateBody(void* body, std::size_t size) noexcept;
 
 private:
-    static OrvMemoryRegion* madeRegion(OrvMemoryRegion*& region, std::size_t firstChunk);
+    static OrvMemoryRegion* madeRegion(OrvMemoryRegion*& region, std::size_t firstChunk,
+                                       std::size_t front);
 
     OrvCompilationMemory* outer_;
     OrvMemoryRegion* nodes_ = nullptr;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
 #include <functional>
 #include <new>
@@ -44,8 +45,15 @@ std::ptrdiff_t leftBy(const std::function<void()>& action) {
     return AllocationCounter::live() - before;
 }
 
+/// With what stands in front of it, of a size that leaves no gap.
 struct Body : OrvCyclicPtrBody {
-    std::uint64_t content = 0;
+    std::array<std::uint64_t, 2> content{};
+};
+static_assert((sizeof(Body) + sizeof(void*)) % __STDCPP_DEFAULT_NEW_ALIGNMENT__ == 0);
+
+/// A body of a host's own, with a member that operator new must align.
+struct AlignedBody : OrvCyclicPtrBody {
+    alignas(__STDCPP_DEFAULT_NEW_ALIGNMENT__) std::array<double, 2> content{};
 };
 
 TEST(MemoryRegion, BodiesOfACompilationLieOneBehindTheOther) {
@@ -66,6 +74,32 @@ TEST(MemoryRegion, BodiesOfACompilationLieOneBehindTheOther) {
               }),
               0);
     EXPECT_GT(neighbours, bodies - bodies / 100);
+}
+
+// Makes bodies of both kinds in turn; returns how many of the aligned ones are not where they
+// should.
+std::size_t misplacedAmong(std::size_t bodies) {
+    std::vector<OrvCyclicPtr<OrvCyclicPtrBody>> held;
+    std::size_t misplaced = 0;
+    for (std::size_t i = 0; i < bodies; ++i) {
+        auto* const aligned = new AlignedBody;
+        held.emplace_back(aligned);
+        held.emplace_back(new Body);
+        const auto place = reinterpret_cast<std::uintptr_t>(aligned);
+        misplaced += place % alignof(AlignedBody) != 0 ? 1 : 0;
+    }
+    return misplaced;
+}
+
+TEST(MemoryRegion, BodiesAreAlignedAsOperatorNewAligns) {
+    constexpr std::size_t bodies = 2000;  // of several chunks
+    EXPECT_EQ(leftBy([] {
+                  EXPECT_EQ(misplacedAmong(bodies), 0U) << "outside a compilation";
+                  const OrvCompilationMemory memory;
+                  EXPECT_EQ(misplacedAmong(bodies), 0U) << "in a compilation";
+              }),
+              0);
+    EXPECT_EQ(misplacedAmong(bodies), 0U) << "where nothing is kept";
 }
 
 TEST(MemoryRegion, CompilationsGiveBackWhatTheyTook) {
