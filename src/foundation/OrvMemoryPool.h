@@ -55,18 +55,22 @@ struct OrvPoolAllocator {
     OrvPoolAllocator(const OrvPoolAllocator<U>& /*other*/) noexcept {}
 
     T* allocate(std::size_t count) {
-        if (count > std::numeric_limits<std::size_t>::max() / sizeof(T)) {
+        if (count > std::numeric_limits<std::size_t>::max() / elementSize) {
             throw std::bad_array_new_length();
         }
-        return static_cast<T*>(OrvMemoryPool::allocate(count * sizeof(T)));
+        return static_cast<T*>(OrvMemoryPool::allocate(count * elementSize));
     }
     void deallocate(T* memory, std::size_t count) noexcept {
-        OrvMemoryPool::deallocate(memory, count * sizeof(T));
+        OrvMemoryPool::deallocate(memory, count * elementSize);
     }
 
     friend bool operator==(const OrvPoolAllocator& /*left*/, const OrvPoolAllocator& /*right*/) {
         return true;
     }
+
+private:
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): of a pointer, too, that is what is meant
+    static constexpr std::size_t elementSize = sizeof(T);
 };
 
 template <class T>

@@ -70,7 +70,9 @@ private:
 /// own: nodes go with the compilation, bodies as late as its host wants.
 ///
 /// Made on the stack around a compilation; another one inside it, by a host's dialogs, has regions
-/// of its own. Where the pool may keep nothing, every object is an allocation by itself.
+/// of its own. Bodies that a host makes itself while its dialogs are called stand beside those of
+/// the compilation, and belong to the same thread as these. Where the pool may keep nothing, every
+/// object is an allocation by itself.
 class __attribute__((visibility("default"))) OrvCompilationMemory {
 public:
     OrvCompilationMemory() noexcept;

@@ -193,10 +193,15 @@ void CreateNameSpaceVisitor::visitIntegerConstant(IntegerConstantNode& node) { r
 void CreateNameSpaceVisitor::visitRealConstant(RealConstantNode& node) { registerNode(node); }
 void CreateNameSpaceVisitor::visitBooleanConstant(BooleanConstantNode& node) { registerNode(node); }
 
-// All labels of the path, wherever in its steps they stand, are declared in the path's scope.
+// All labels of the path, wherever in its steps they stand, are declared in the path's scope. One
+// that nothing stands around is made at once, since look-ups go on from there to the outermost.
 void CreateNameSpaceVisitor::visitPath(PathNode& node) {
     const NameSpace::ScopeNumber enclosing = current_;
-    current_ = nameSpace_.get()->addEmptyScope("Path", enclosing);
+    if (enclosing == NameSpace::noScope) {
+        openScope("Path");
+    } else {
+        current_ = nameSpace_.get()->addEmptyScope("Path", enclosing);
+    }
     registerNode(node);
     visitStep(node.getAssociation());
     current_ = enclosing;

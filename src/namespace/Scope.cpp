@@ -28,8 +28,10 @@ bool isInOrder(std::string_view first, std::string_view second) {
 
 // The length and the letters at both ends tell the names of the built-in functions apart.
 std::size_t hashOf(std::string_view name) {
-    const auto letter = [name](std::size_t i) { return static_cast<unsigned char>(name[i]); };
-    return name.empty() ? 0 : name.size() + letter(0) * 7U + letter(name.size() - 1) * 11U;
+    const auto letter = [name](std::size_t i) -> std::size_t {
+        return static_cast<unsigned char>(name[i]);
+    };
+    return name.empty() ? 0 : name.size() + letter(0) * 7 + letter(name.size() - 1) * 11;
 }
 
 // The place of a name in a table whose size is a power of two, or an empty place for it.

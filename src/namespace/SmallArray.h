@@ -79,6 +79,7 @@ private:
     T* end_;
     T* limit_;
     struct alignas(T) {
+        // NOLINTNEXTLINE(bugprone-sizeof-expression): of a pointer, too, that is what is meant
         std::byte bytes[inside * sizeof(T)];
     } own_;
 };

@@ -166,4 +166,14 @@ TEST(NameSpace, ResolversOfPaths) {
     EXPECT_FALSE(nameSpace->getResolver(UnitExpressionNode()));
 }
 
+// A host may visit a part of a tree: what is looked up there goes on in the outermost scope.
+TEST(NameSpace, PathOutsideATree) {
+    const TreePtr tree = parse("this").tree;
+    CreateNameSpaceVisitor visitor(TopLevelEnvironment::instance()->getScope());
+    tree->getExpr()->accept(visitor);
+    const OrvCountedPtr<NameSpace>& nameSpace = visitor.getNameSpace();
+    EXPECT_FALSE(nameSpace->find(*tree->getExpr(), "size", SymbolKind::function).empty());
+    EXPECT_TRUE(nameSpace->getResolver(*tree->getExpr())->resolveLocal("this", {}).empty());
+}
+
 }  // namespace
