@@ -18,9 +18,8 @@ class OrvConverter;
 ///
 /// Made by the first OrvCountedPtr to an object and shared by its copies; it stands in front of an
 /// OrvCountedObject, and by itself for any other. Its memory is a piece of the pool, or a part of a
-/// region. A count of all ones belongs to an object that
-/// the whole process shares (OrvPinnedRegistry): it is never written, so any number of threads may
-/// copy such pointers.
+/// region. A count of all ones belongs to an object that the whole process shares
+/// (OrvPinnedRegistry): it is never written, so any number of threads may copy such pointers.
 struct __attribute__((visibility("default"))) OrvCountedBlock {
     static constexpr std::uint32_t pinned = 0xFFFFFFFFU;
 

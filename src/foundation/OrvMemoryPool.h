@@ -12,10 +12,10 @@
 /// It stands behind the operator new of counted objects, counts and bodies, and behind the regions
 /// in which most of them lie (OrvMemoryRegion). It changes nothing of what these promise: every
 /// piece is an allocation of the global operator new, may be given back by another thread than the
-/// one that took it, and is then kept by that one. A thread keeps no
-/// more than the limit; what is over goes back at once, and all of it when the thread ends or the
-/// library is unloaded. Builds that look for faults of memory use keep nothing, since a piece that
-/// is used again would hide them.
+/// one that took it, and is then kept by that one. A thread keeps no more than the limit; what is
+/// over goes back at once, and all of it when the thread ends or the library is unloaded. Builds
+/// that look for faults of memory use keep nothing, since a piece that is used again would hide
+/// them.
 class __attribute__((visibility("default"))) OrvMemoryPool {
 public:
     /// How many bytes a thread keeps unless a host says otherwise.

@@ -94,18 +94,13 @@ OrvMemoryRegion* OrvCompilationMemory::madeRegion(OrvMemoryRegion*& region, std:
 
 OrvMemoryRegion* OrvCompilationMemory::nodes() {
     OrvCompilationMemory* const memory = currentMemory;
-    if (memory == nullptr || memory->nodes_ != nullptr) {
-        return memory != nullptr ? memory->nodes_ : nullptr;
-    }
-    return madeRegion(memory->nodes_, firstNodeChunk, 0);
+    return memory != nullptr ? madeRegion(memory->nodes_, firstNodeChunk, 0) : nullptr;
 }
 
 OrvMemoryRegion* OrvCompilationMemory::bodies() {
     OrvCompilationMemory* const memory = currentMemory;
-    if (memory == nullptr || memory->bodies_ != nullptr) {
-        return memory != nullptr ? memory->bodies_ : nullptr;
-    }
-    return madeRegion(memory->bodies_, firstBodyChunk, sizeof(BodyHeader));
+    return memory != nullptr ? madeRegion(memory->bodies_, firstBodyChunk, sizeof(BodyHeader))
+                             : nullptr;
 }
 
 void* OrvCompilationMemory::allocateBody(std::size_t size) {

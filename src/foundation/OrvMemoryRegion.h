@@ -66,13 +66,14 @@ private:
     std::size_t objects_ = 1;
 };
 
-/// While it lives, the nodes and the bodies that this thread makes come from two regions of their
-/// own: nodes go with the compilation, bodies as late as its host wants.
+/// The two regions of a compilation: one for its nodes, scopes and symbols, which go with it, and
+/// one for its targets, which go as late as its host wants.
 ///
-/// Made on the stack around a compilation; another one inside it, by a host's dialogs, has regions
-/// of its own. Bodies that a host makes itself while its dialogs are called stand beside those of
-/// the compilation, and belong to the same thread as these. Where the pool may keep nothing, every
-/// object is an allocation by itself.
+/// Made on the stack around a compilation. While it lives, every body that this thread makes comes
+/// from its region; of nodes and scopes, those that are made with `new (region)`. Another
+/// compilation inside it, by a host's dialogs, has regions of its own. Bodies that a host makes
+/// itself while its dialogs are called stand beside those of the compilation, and belong to the
+/// same thread as these. Where the pool may keep nothing, every object is an allocation by itself.
 class __attribute__((visibility("default"))) OrvCompilationMemory {
 public:
     OrvCompilationMemory() noexcept;
