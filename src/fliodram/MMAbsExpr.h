@@ -32,8 +32,20 @@ public:
                 return verdict == MMVerdict::holds;
             }
         }
-        const MMVariableBinding binding(*variable_, object);
-        return body_->evaluateBoolean(context);
+        return evaluateBodyFor(context, object);
+    }
+    /// Goes on to the first object of a range for which the function is true; false where there is
+    /// none. Each object that is looked at takes a step.
+    bool findTrue(MMEvaluationContext& context, const MMObject*& next, const MMObject* last) const {
+        while (next != last) {
+            const MMVerdict verdict = skipFalse(context, next, last);
+            if (verdict == MMVerdict::holds ||
+                (verdict == MMVerdict::unknown && evaluateBodyFor(context, *next))) {
+                return true;
+            }
+            next += verdict == MMVerdict::unknown ? 1 : 0;
+        }
+        return false;
     }
     /// See MMValueExpr::findColumn().
     const MMTextColumn* findColumn(const MMModel& model) const { return body_->findColumn(model); }
@@ -51,6 +63,25 @@ private:
         return conjunction_ != nullptr ? *conjunction_ : makeConjunction();
     }
     const MMConjunction& makeConjunction() const;
+    bool evaluateBodyFor(MMEvaluationContext& context, MMObject object) const {
+        const MMVariableBinding binding(*variable_, object);
+        return body_->evaluateBoolean(context);
+    }
+    // Passes over objects for which the function is known to be false, a number between two looks
+    // at the limits; gives what is known of the next one, whose step is taken as well.
+    MMVerdict skipFalse(MMEvaluationContext& context, const MMObject*& next,
+                        const MMObject* last) const {
+        constexpr std::ptrdiff_t many = 1024;
+        MMVerdict verdict = MMVerdict::unknown;
+        const MMObject* const first = next;
+        if (mayHaveVerdicts_) {
+            const MMObject* const end = last - next > many ? next + many : last;
+            verdict = conjunction().skipFailing(context.getModel(), next, end);
+        }
+        context.step(static_cast<std::uint64_t>(next - first) +
+                     (verdict == MMVerdict::fails ? 0U : 1U));
+        return verdict;
+    }
 
     OrvCyclicMember<MMObjectVarExpr> variable_;
     OrvCyclicMember<MMValueExpr> body_;

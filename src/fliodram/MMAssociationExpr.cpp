@@ -13,9 +13,9 @@ namespace {
 // Hands on the targets that the condition of a step admits, each of which is listed once.
 bool forEachAdmitted(MMEvaluationContext& context, const MMAssociationTraversal& step,
                      const MMObjectRange& targets, MMObjectConsumer& consumer) {
-    for (const MMObject& object : targets) {
-        context.step();
-        if (step.admits(context, object) && !takeOne(consumer, object)) {
+    for (const MMObject* next = targets.first; step.findAdmitted(context, next, targets.last);
+         ++next) {
+        if (!takeOne(consumer, *next)) {
             return false;
         }
     }

@@ -63,6 +63,16 @@ public:
         findTargets(context, object, targets, buffer);
         return targets;
     }
+    /// Goes on to the first object of a range that the condition admits; false where there is none.
+    /// Each object that is looked at takes a step.
+    bool findAdmitted(MMEvaluationContext& context, const MMObject*& next,
+                      const MMObject* last) const {
+        if (condition_) {
+            return condition_->findTrue(context, next, last);
+        }
+        context.step(next != last ? 1 : 0);
+        return next != last;
+    }
     /// Whether the condition holds for an object; true without a condition.
     bool admits(MMEvaluationContext& context, MMObject object) const {
         return !condition_ || condition_->evaluateBooleanFor(context, object);

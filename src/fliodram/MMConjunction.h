@@ -30,6 +30,16 @@ public:
         return whereAllHold_;
     }
 
+    /// Passes over the objects at the beginning of a range for which the condition fails; gives
+    /// what is known for the next one, or MMVerdict::fails where there is none.
+    MMVerdict skipFailing(const MMModel& model, const MMObject*& next, const MMObject* last) const {
+        MMVerdict verdict = MMVerdict::fails;
+        while (next != last && (verdict = judge(model, *next)) == MMVerdict::fails) {
+            ++next;
+        }
+        return verdict;
+    }
+
 private:
     std::vector<const MMRelationalExpr*> comparisons_;
     MMVerdict whereAllHold_ = MMVerdict::unknown;

@@ -93,14 +93,12 @@ private:
         MMObjectRange targets;
         step.traversal->findTargets(context_, turn.object, targets, buffer);
         const bool areNew = targets.isDistinct && targets.isExclusive;
-        for (const MMObject& object : targets) {
-            context_.step();
-            if (step.traversal->admits(context_, object)) {
-                if (!reach(step, object, areNew)) {
-                    return false;
-                }
-                enqueue(plan_.children(step), object, areNew);
+        for (const MMObject* next = targets.first;
+             step.traversal->findAdmitted(context_, next, targets.last); ++next) {
+            if (!reach(step, *next, areNew)) {
+                return false;
             }
+            enqueue(plan_.children(step), *next, areNew);
         }
         return true;
     }
