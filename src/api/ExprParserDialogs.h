@@ -7,8 +7,9 @@
 ///
 /// The host hands it to an entry point of ExprParser, which calls it on the caller's thread, in
 /// the order of the messages, and keeps no reference to it. An exception that leaves an operation
-/// ends the compilation with an empty result and goes no further. Threads that compile at once
-/// have a dialogs object each, or one that is made for that.
+/// ends the compilation with an empty result and goes no further; ending the thread there, by
+/// pthread_exit() or a cancellation, ends the process. Threads that compile at once have a dialogs
+/// object each, or one that is made for that.
 class __attribute__((visibility("default"))) ExprParserDialogs {
 public:
     /// How serious a message is. The values between have no use here; a host may give them one.
