@@ -2,10 +2,15 @@
 #include <dlfcn.h>
 #include <gtest/gtest.h>
 
+#include <array>
 #include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <iomanip>
 #include <iostream>
 #include <latch>
 #include <locale>
+#include <sstream>
 #include <string>
 #include <thread>
 #include <vector>
@@ -67,26 +72,67 @@ protected:
     std::string do_grouping() const override { return "\3"; }
 };
 
+/// Puts a locale of the C library with a decimal comma in force, and one of C++ that groups digits
+/// as well; the locales that were in force come back at the end.
+class CommaLocale {
+public:
+    CommaLocale() : before_(std::locale::global(std::locale({}, new GroupedCommas))) {
+        setenv("LOCPATH", LOCALES, 1);
+        isInForce_ = std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
+    }
+    CommaLocale(const CommaLocale&) = delete;
+    CommaLocale& operator=(const CommaLocale&) = delete;
+    ~CommaLocale() {
+        std::setlocale(LC_ALL, "C");
+        std::locale::global(before_);
+    }
+
+    bool isInForce() const { return isInForce_; }
+
+private:
+    std::locale before_;
+    bool isInForce_ = false;
+};
+
+// 1234567.5, as the C library writes it and a stream does, and what the C library reads of "1,5".
+std::string numbersOfTheLocale() {
+    std::array<char, 32> written{};
+    (void)std::snprintf(written.data(), written.size(), "%.1f", 1234567.5);
+    std::ostringstream stream;
+    stream << std::fixed << std::setprecision(1) << 1234567.5;
+    return std::string(written.data()) + " " + stream.str() + " " +
+           (std::strtod("1,5", nullptr) == 1.5 ? "1.5" : "1");
+}
+
+// The value of an expression, and the target that it was compiled to.
+std::string evaluated(const std::string& text) {
+    RecordingDialogs dialogs;
+    const auto compiled = ExprParser::parseAssociatedAttribute(dialogs, text);
+    const std::vector<Thing> things(1);
+    const StructModel model(things);
+    MMEvaluationContext context(model);
+    const MMValue value = compiled->apply(context, things[0].handle());
+    return std::string(value.getText()) + " of " + printedTarget(*compiled);
+}
+
 // Numbers are read and written alike, whatever locale the host has set.
 TEST(Host, LocalesChangeNothing) {
     const std::string text =
         "string 1234567 + string (real \"1234567.5\" + 0.25) + string integer \"2000000\" + \"1\"";
     std::streambuf* const buffer = std::cerr.rdbuf(nullptr);
+    ASSERT_EQ(numbersOfTheLocale(), "1234567.5 1234567.5 1");
     const Outcomes expected = compileCorpus();
-    const std::locale before = std::locale::global(std::locale({}, new GroupedCommas));
-    for (const char* const name : {"de_DE.UTF-8", "fr_FR.UTF-8"}) {
-        (void)std::setlocale(LC_ALL, name);  // where the machine has it
+    const std::string expectedValue = evaluated(text);
+    {
+        const CommaLocale locale;
+        ASSERT_TRUE(locale.isInForce());
+        ASSERT_EQ(numbersOfTheLocale(), "1234567,5 1'234'567,5 1.5");
+        EXPECT_EQ(compileCorpus(), expected);
+        EXPECT_EQ(evaluated(text), expectedValue);
+        EXPECT_EQ(numbersOfTheLocale(), "1234567,5 1'234'567,5 1.5");  // it is the host's still
     }
-    const Outcomes outcomes = compileCorpus();
-    RecordingDialogs dialogs;
-    const auto numbers = ExprParser::parseAssociatedAttribute(dialogs, text);
-    const std::vector<Thing> things(1);
-    const StructModel model(things);
-    MMEvaluationContext context(model);
-    EXPECT_EQ(numbers->apply(context, things[0].handle()).getText(), "12345671234567.7520000001");
-    std::locale::global(before);
     std::cerr.rdbuf(buffer);
-    EXPECT_EQ(outcomes, expected);
+    EXPECT_EQ(expectedValue.substr(0, 29), "12345671234567.7520000001 of ");
 }
 
 #ifdef COMPILING_MODULE
