@@ -141,9 +141,9 @@ struct Operator {
     TokenNumber token;
 };
 
-// Tokens of one character, some of which begin longer ones.
-constexpr std::array<Operator, 27> singles = {{{' ', BLANK, TOKEN_BLANK},
-                                               {'\r', BLANK, TOKEN_BLANK},
+// Tokens of one character, some of which begin longer ones. A blank where a token may begin is
+// passed over before the table is asked.
+constexpr std::array<Operator, 26> singles = {{{'\r', BLANK, TOKEN_BLANK},
                                                {'\t', TAB, TOKEN_TAB},
                                                {'\n', NEWLINE, TOKEN_NEWLINE},
                                                {'=', EQUAL, TOKEN_EQUAL},
@@ -339,6 +339,8 @@ DLGLexer::DLGLexer(DLGStringInput* input, std::size_t bufferSize)
 
 DLGLexer::DLGLexer(DLGStringInput* input, std::size_t bufferSize, std::ostream& errorStream)
     : DLGLexerBase(input, bufferSize, errorStream, theAutomaton) {}
+
+const DLGAutomaton& DLGLexer::automaton() { return theAutomaton; }
 
 DLGLexerBase::Outcome DLGLexer::act(int& number) {
     switch (mode()) {

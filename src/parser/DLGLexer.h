@@ -23,6 +23,9 @@ public:
     /// Reports dropped characters on a stream of the caller's.
     DLGLexer(DLGStringInput* input, std::size_t bufferSize, std::ostream& errorStream);
 
+    /// The automaton of all lexers of this class, for whoever checks it.
+    static const DLGAutomaton& automaton();
+
 protected:
     Outcome act(int& number) override;
     int wordNumber(std::string_view word) const override;
