@@ -7,12 +7,13 @@ MMUndocumentedEscapeExpr::MMUndocumentedEscapeExpr(const OrvCyclicPtr<MMValueExp
 
 MMValue MMUndocumentedEscapeExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
-    const OrvString text = operand_->evaluate(context).asString();
+    std::string buffer;
+    const std::string_view text = operand_->evaluateText(context, buffer);
     constexpr std::size_t longestEscape = 4;
-    context.countText(0, text.length() * longestEscape);
+    context.countText(0, text.size() * longestEscape);
     std::string escaped;
-    for (const char* next = text.data(); *next != '\0'; ++next) {
-        switch (*next) {
+    for (const char next : text.substr(0, text.find('\0'))) {
+        switch (next) {
             case '\t':
                 escaped.append("\\t");
                 break;
@@ -26,7 +27,7 @@ MMValue MMUndocumentedEscapeExpr::evaluate(MMEvaluationContext& context) const {
                 escaped.append("\\\\");
                 break;
             default:
-                escaped.push_back(*next);
+                escaped.push_back(next);
         }
     }
     return MMValue(std::move(escaped));

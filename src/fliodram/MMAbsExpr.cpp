@@ -44,7 +44,7 @@ void MMValueAbsExpr::print(MMTargetPrinter& printer) const {
 MMValue MMValueAbsExpr::apply(MMEvaluationContext& context, MMObject object) const {
     return evaluateGuarded(context, [&] {
         MMValue value = evaluateFor(context, object);
-        value.own();
+        ownText(context, value);
         return value;
     });
 }

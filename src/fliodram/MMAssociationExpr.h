@@ -46,7 +46,7 @@ public:
     /// The objects of the association, whatever the condition; none of no object.
     void findTargets(MMEvaluationContext& context, MMObject object, MMObjectRange& targets,
                      std::vector<MMObject>& buffer) const {
-        reader_.read(context.getModel(), name_.view(), object, targets, buffer);
+        reader_.read(context, name_.view(), object, targets, buffer);
     }
     /// The same, as far as is known without asking the model.
     bool knowsTargets(const MMEvaluationContext& context, MMObject object,

@@ -27,6 +27,7 @@ MMAttrExpr::MMAttrExpr(const OrvCyclicPtr<MMValueExpr>& name,
 std::string_view MMAttrExpr::computeName(MMEvaluationContext& context) const {
     std::string buffer;
     const std::string_view name = name_->evaluateText(context, buffer);
+    context.countBytes(name.size());
     if (name != computedName_) {
         reader_.reset();
         computedName_ = name;
@@ -39,7 +40,7 @@ std::string_view MMAttrExpr::evaluateText(MMEvaluationContext& context, std::str
     const MMObject object = object_.evaluate(context);  // which may change the computed name
     const std::string_view name =
         constantName_.data() != nullptr ? constantName_ : computeName(context);
-    return reader_.read(context.getModel(), name, object, buffer);
+    return reader_.read(context, name, object, buffer);
 }
 
 MMValue MMAttrExpr::evaluate(MMEvaluationContext& context) const {
@@ -74,7 +75,12 @@ MMUidExpr::MMUidExpr(const OrvCyclicPtr<MMObjectExpr>& object)
 std::string_view MMUidExpr::evaluateText(MMEvaluationContext& context, std::string& buffer) const {
     const MMObject object = object_.evaluate(context);
     buffer.clear();
-    return object != mmNoObject ? context.getModel().uid(object, buffer) : std::string_view();
+    if (object == mmNoObject) {
+        return {};
+    }
+    const std::string_view uid = context.getModel().uid(object, buffer);
+    context.countCopy(buffer.size());
+    return uid;
 }
 
 MMValue MMUidExpr::evaluate(MMEvaluationContext& context) const {

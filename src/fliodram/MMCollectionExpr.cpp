@@ -170,12 +170,15 @@ bool MMAllInstancesExpr::findRange(MMEvaluationContext& context, MMObjectRange& 
                                    std::vector<MMObject>& buffer) const {
     context.checkDepth();
     std::string nameBuffer;
+    const std::string_view name = className_->evaluateText(context, nameBuffer);
+    context.countBytes(name.size());
     const MMKey key = key_.keyOf(
-        context.getModel(), className_->evaluateText(context, nameBuffer),
+        context.getModel(), name,
         [](const MMModel& model, std::string_view className) { return model.classKey(className); });
     const MMObject object = model_.evaluate(context);
     if (key != mmUnknownKey && object != mmNoObject) {
         range = context.getModel().instances(object, key, buffer);
+        context.countBytes(buffer.size() * sizeof(MMObject));
     }
     return true;
 }

@@ -7,6 +7,8 @@
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 // How many steps pass between two looks at the clock: well below a millisecond.
 constexpr std::uint64_t stepsPerLook = 4096;
 
@@ -19,9 +21,19 @@ void MMEvaluationContext::begin() {
     stackLimit_ = OrvStack::limit();
     budget_ = 0;
     remaining_ = limits_.steps;
-    if (limits_.time.count() > 0) {
-        deadline_ = std::chrono::steady_clock::now() + limits_.time;
+    if (limits_.time.count() != 0) {
+        startClock();
     }
+}
+
+// A time that ends later than the clock can tell ends when the clock does.
+void MMEvaluationContext::startClock() {
+    if (limits_.time.count() < 0) {
+        throwTimeIsUp();
+    }
+    const Clock::time_point now = Clock::now();
+    const bool isEndless = limits_.time > Clock::time_point::max() - now;
+    deadline_ = isEndless ? Clock::time_point::max() : now + limits_.time;
 }
 
 void MMEvaluationContext::refill(std::uint64_t count) {
@@ -30,9 +42,8 @@ void MMEvaluationContext::refill(std::uint64_t count) {
             MMEvaluationError::Kind::stepLimit,
             "The evaluation needs more than " + std::to_string(limits_.steps) + " steps."));
     }
-    if (limits_.time.count() > 0 && std::chrono::steady_clock::now() > deadline_) {
-        throwLogged(MMEvaluationError(MMEvaluationError::Kind::timeLimit,
-                                      "The evaluation takes longer than its time limit."));
+    if (limits_.time.count() > 0 && Clock::now() > deadline_) {
+        throwTimeIsUp();
     }
     if (limits_.isCancelled != nullptr && limits_.isCancelled->load(std::memory_order_relaxed)) {
         throwLogged(MMEvaluationError(MMEvaluationError::Kind::cancelled,
@@ -42,6 +53,11 @@ void MMEvaluationContext::refill(std::uint64_t count) {
         std::min(remaining_, std::max(stepsPerLook, count - std::min(count, budget_)));
     budget_ += granted;
     remaining_ -= granted;
+}
+
+void MMEvaluationContext::throwTimeIsUp() {
+    throwLogged(MMEvaluationError(MMEvaluationError::Kind::timeLimit,
+                                  "The evaluation takes longer than its time limit."));
 }
 
 void MMEvaluationContext::throwTooDeep() {

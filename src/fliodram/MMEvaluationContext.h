@@ -12,9 +12,11 @@
 /// What one application of an expression to one object may cost. A limit that is reached ends the
 /// application with an MMEvaluationError of the limit's kind.
 struct MMEvaluationLimits {
-    /// Steps: elements looked at and pieces of text written, some nanoseconds each.
+    /// Steps: elements looked at, and 64 bytes of text written, copied or compared; some
+    /// nanoseconds each.
     std::uint64_t steps = 1'000'000'000;
-    /// Time since the application began; zero for no limit.
+    /// Time since the application began. Zero for no limit; a negative one, such as what is left of
+    /// a time that is past, is reached at once.
     std::chrono::nanoseconds time{0};
     /// Elements of one collection.
     std::size_t collectionSize = std::size_t{1} << 24U;
@@ -39,7 +41,8 @@ public:
     const MMEvaluationLimits& getLimits() const { return limits_; }
     void setLimits(const MMEvaluationLimits& limits) { limits_ = limits; }
 
-    /// Called by an abstraction that a host applies: the limits count from here.
+    /// Called by an abstraction that a host applies: the limits count from here. Throws where the
+    /// limit on the time is negative.
     void begin();
 
     /// Counts steps; called inside every loop of an evaluation. Throws at a limit.
@@ -50,11 +53,25 @@ public:
         budget_ -= count;
     }
 
-    /// Counts the steps of making a text longer, and throws where it becomes too long.
+    /// Counts the steps of making a text longer, and throws where it becomes too long. To be called
+    /// before it does.
     void countText(std::size_t size, std::size_t added) {
-        constexpr std::size_t bytesPerStep = 64;
         step(1 + added / bytesPerStep);
         checkTextSize(size + added);
+    }
+
+    /// Counts the steps of going over bytes at once, as copying, comparing and converting do; a
+    /// short text takes none.
+    void countBytes(std::size_t size) {
+        if (size >= bytesPerStep) {
+            step(size / bytesPerStep);
+        }
+    }
+
+    /// The same of a text that is copied, which must not be too long.
+    void countCopy(std::size_t size) {
+        checkTextSize(size);
+        countBytes(size);
     }
 
     /// Throws when the calling frame leaves too little of the thread's stack.
@@ -77,7 +94,11 @@ public:
     }
 
 private:
+    static constexpr std::size_t bytesPerStep = 64;
+
+    void startClock();
     void refill(std::uint64_t count);
+    [[noreturn]] static void throwTimeIsUp();
     [[noreturn]] static void throwTooDeep();
     [[noreturn]] void throwCollectionTooLarge() const;
     [[noreturn]] void throwTextTooLong() const;

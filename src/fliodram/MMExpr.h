@@ -99,6 +99,14 @@ private:
     std::optional<MMValue::Kind> kind_;
 };
 
+/// Makes a borrowed text the value's own, within the limits.
+inline void ownText(MMEvaluationContext& context, MMValue& value) {
+    if (value.isBorrowed()) {
+        context.countCopy(value.getText().size());
+        value.own();
+    }
+}
+
 /// An expression that yields one object, or none.
 class __attribute__((visibility("default"))) MMObjectExpr : public MMExpr {
 public:

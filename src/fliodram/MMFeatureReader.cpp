@@ -1,7 +1,8 @@
 #include "fliodram/MMFeatureReader.h"
 
-std::string_view MMAttributeReader::ask(const MMModel& model, std::string_view name,
+std::string_view MMAttributeReader::ask(MMEvaluationContext& context, std::string_view name,
                                         MMObject object, std::string& buffer) {
+    const MMModel& model = context.getModel();
     if (model_ != model.identity()) {
         key_ = model.attributeKey(name);
         column_ = {};
@@ -18,7 +19,9 @@ std::string_view MMAttributeReader::ask(const MMModel& model, std::string_view n
         }
     }
     buffer.clear();
-    return model.attribute(object, key_, buffer);
+    text = model.attribute(object, key_, buffer);
+    context.countCopy(buffer.size());
+    return text;
 }
 
 std::string_view MMClassNameReader::ask(const MMModel& model, MMObject object) {
@@ -32,8 +35,9 @@ std::string_view MMClassNameReader::ask(const MMModel& model, MMObject object) {
     return model.className(object);
 }
 
-MMObjectRange MMTargetReader::ask(const MMModel& model, std::string_view name, MMObject object,
-                                  std::vector<MMObject>& buffer) {
+MMObjectRange MMTargetReader::ask(MMEvaluationContext& context, std::string_view name,
+                                  MMObject object, std::vector<MMObject>& buffer) {
+    const MMModel& model = context.getModel();
     if (model_ != model.identity()) {
         key_ = model.associationKey(name);
         column_ = {};
@@ -49,5 +53,7 @@ MMObjectRange MMTargetReader::ask(const MMModel& model, std::string_view name, M
             return targets;
         }
     }
-    return model.targets(object, key_, buffer);
+    targets = model.targets(object, key_, buffer);
+    context.countBytes(buffer.size() * sizeof(MMObject));
+    return targets;
 }

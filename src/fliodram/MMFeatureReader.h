@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "fliodram/MMColumn.h"
+#include "fliodram/MMEvaluationContext.h"
 #include "fliodram/MMModel.h"
 
 /// Reads one attribute: looks its name up once a model, and reads the columns of a host that has
@@ -14,11 +15,11 @@ class MMAttributeReader {
 public:
     /// The attribute `name`, always the same one, of an object or of none: a view of the model's
     /// memory, or of `buffer`, whose content is replaced.
-    std::string_view read(const MMModel& model, std::string_view name, MMObject object,
+    std::string_view read(MMEvaluationContext& context, std::string_view name, MMObject object,
                           std::string& buffer) {
         std::string_view text;
-        if (model_ != model.identity() || !column_.read(object, text)) {
-            return ask(model, name, object, buffer);
+        if (model_ != context.getModel().identity() || !column_.read(object, text)) {
+            return ask(context, name, object, buffer);
         }
         column_.prefetch(object + readAhead);
         return text;
@@ -33,7 +34,7 @@ public:
     void reset() { model_ = 0; }
 
 private:
-    std::string_view ask(const MMModel& model, std::string_view name, MMObject object,
+    std::string_view ask(MMEvaluationContext& context, std::string_view name, MMObject object,
                          std::string& buffer);
 
     // Objects that follow each other are mostly read one after the other, from whatever loop.
@@ -69,10 +70,10 @@ class MMTargetReader {
 public:
     /// The targets of the association `name`, always the same one, from an object: a range of the
     /// model's memory, or of `buffer`, which is empty.
-    void read(const MMModel& model, std::string_view name, MMObject object, MMObjectRange& targets,
-              std::vector<MMObject>& buffer) {
-        if (!readColumn(model, object, targets)) {
-            targets = ask(model, name, object, buffer);
+    void read(MMEvaluationContext& context, std::string_view name, MMObject object,
+              MMObjectRange& targets, std::vector<MMObject>& buffer) {
+        if (!readColumn(context.getModel(), object, targets)) {
+            targets = ask(context, name, object, buffer);
         }
     }
 
@@ -89,7 +90,7 @@ public:
     }
 
 private:
-    MMObjectRange ask(const MMModel& model, std::string_view name, MMObject object,
+    MMObjectRange ask(MMEvaluationContext& context, std::string_view name, MMObject object,
                       std::vector<MMObject>& buffer);
 
     std::uint64_t model_ = 0;

@@ -17,6 +17,7 @@ public:
     /// The branch that the test chooses.
     const Branch& chosen(MMEvaluationContext& context) const {
         context.checkDepth();
+        context.step();  // a conditional may be its own branch, which takes no stack
         return test_->evaluateBoolean(context) ? *then_ : *else_;
     }
 

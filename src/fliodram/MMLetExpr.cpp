@@ -166,7 +166,7 @@ MMValue MMLetValueExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
     const MMCacheScope scope(*binding_);
     MMValue value = body_->evaluate(context);
-    value.own();
+    ownText(context, value);
     return value;
 }
 

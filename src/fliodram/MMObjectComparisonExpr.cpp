@@ -12,8 +12,10 @@ namespace {
 std::vector<MMObject> sortedSet(MMEvaluationContext& context,
                                 const MMObjectCollectionExpr& collection) {
     std::vector<MMObject> objects = MMObjectCollector::collect(context, collection);
-    context.step(objects.size());
-    std::sort(objects.begin(), objects.end());
+    std::sort(objects.begin(), objects.end(), [&context](MMObject left, MMObject right) {
+        context.step();
+        return left < right;
+    });
     objects.erase(std::unique(objects.begin(), objects.end()), objects.end());
     return objects;
 }

@@ -3,6 +3,7 @@
 // a text beside anything makes a text, and integers that overflow end the evaluation.
 #include "fliodram/MMOperatorExpr.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -88,8 +89,18 @@ void joinTexts(MMEvaluationContext& context, MMValue& left, const MMValue& right
     if (left.getKind() != MMValue::Kind::text) {
         left = MMValue(left.asString());
     }
+    context.countBytes(left.isBorrowed() ? left.getText().size() : 0);
     context.countText(left.getText().size(), more.size());
     left.appendText(more);
+}
+
+// MMValue::compare(), within the limits.
+std::partial_ordering compareValues(MMEvaluationContext& context, const MMValue& left,
+                                    const MMValue& right) {
+    if (left.getKind() == MMValue::Kind::text && right.getKind() == MMValue::Kind::text) {
+        context.countBytes(std::min(left.getText().size(), right.getText().size()));
+    }
+    return left.compare(right);
 }
 
 void negate(MMValue& value) {
@@ -292,7 +303,7 @@ bool MMRelationalExpr::holds(std::partial_ordering order) const {
 }
 
 void MMRelationalExpr::apply(MMEvaluationContext& context, MMValue& value) const {
-    value = MMValue(holds(value.compare(rhs()->evaluate(context))));
+    value = MMValue(holds(compareValues(context, value, rhs()->evaluate(context))));
 }
 
 MMValue MMRelationalExpr::evaluate(MMEvaluationContext& context) const {
@@ -331,6 +342,7 @@ bool MMRelationalExpr::compareTexts(MMEvaluationContext& context) const {
     const std::string_view right = constantRight_.data() != nullptr
                                        ? constantRight_
                                        : rhs()->evaluateText(context, rightBuffer);
+    context.countBytes(std::min(left.size(), right.size()));
     if (op() == MM_EQUAL || op() == MM_NOT_EQUAL) {
         return (left == right) == (op() == MM_EQUAL);
     }
@@ -363,5 +375,5 @@ bool MMRelationalExpr::evaluateBoolean(MMEvaluationContext& context) const {
         return holds(left <=> rhs()->evaluateInteger(context));
     }
     const MMValue left = lhs()->evaluate(context);
-    return holds(left.compare(rhs()->evaluate(context)));
+    return holds(compareValues(context, left, rhs()->evaluate(context)));
 }

@@ -25,14 +25,15 @@ struct SortKey {
 
 int orderOf(bool isLess, bool isGreater) { return isLess ? -1 : (isGreater ? 1 : 0); }
 
-int compare(const SortKey& left, const SortKey& right) {
+int compare(MMEvaluationContext& context, const SortKey& left, const SortKey& right) {
     if (left.kind != right.kind) {
         return orderOf(left.kind < right.kind, true);
     }
     if (left.number != right.number) {
         return orderOf(left.number < right.number, true);
     }
-    return left.kind == MMValue::Kind::text ? left.text.compare(right.text) : 0;
+    context.countBytes(std::min(left.text.size(), right.text.size()));
+    return left.text.compare(right.text);
 }
 
 // Reals in their order: the bits of a negative one fall as it rises.
@@ -129,10 +130,10 @@ private:
     }
 
     bool isBefore(const Entry& left, const Entry& right) const {
-        int order = compare(left.key, right.key);
+        int order = compare(context_, left.key, right.key);
         bool isAscending = keys_.empty() || keys_.front().isAscending;
         for (std::size_t i = 1; order == 0 && i < keys_.size(); ++i) {
-            order = compare(furtherKey(left, i), furtherKey(right, i));
+            order = compare(context_, furtherKey(left, i), furtherKey(right, i));
             isAscending = keys_[i].isAscending;
         }
         return isAscending ? order < 0 : order > 0;

@@ -1,5 +1,6 @@
 #include "fliodram/MMTextExpr.h"
 
+#include <algorithm>
 #include <limits>
 #include <string>
 
@@ -63,12 +64,31 @@ MMValue::Kind kindOf(MMValueType type) {
     return MMValue::Kind::text;
 }
 
+bool isWhiteSpace(char byte) { return byte == ' ' || (byte >= '\t' && byte <= '\r'); }
+
 std::string_view trimmed(std::string_view text) {
-    constexpr std::string_view whiteSpace = " \t\n\v\f\r";
-    const std::size_t start = text.find_first_not_of(whiteSpace);
-    return start == std::string_view::npos
-               ? std::string_view()
-               : text.substr(start, text.find_last_not_of(whiteSpace) - start + 1);
+    const char* const start = std::find_if_not(text.begin(), text.end(), isWhiteSpace);
+    const char* last = text.end();
+    while (last != start && isWhiteSpace(last[-1])) {
+        --last;
+    }
+    return {start, static_cast<std::size_t>(last - start)};
+}
+
+// A text in other letters, made piece by piece: the limits are looked at between two of them.
+std::string changeCase(MMEvaluationContext& context, std::string_view text,
+                       void (OrvString::*change)()) {
+    constexpr std::size_t pieceSize = std::size_t{1} << 16U;
+    context.checkTextSize(text.size());
+    std::string changed;
+    changed.reserve(text.size());
+    while (changed.size() != text.size()) {
+        OrvString piece(text.substr(changed.size(), pieceSize));
+        (piece.*change)();
+        context.countText(changed.size(), piece.view().size());
+        changed.append(piece.view());
+    }
+    return changed;
 }
 
 }  // namespace
@@ -128,19 +148,14 @@ MMStringManipulationExpr::MMStringManipulationExpr(MMStringOp op,
 
 MMValue MMStringManipulationExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
-    OrvString text = text_->evaluate(context).asString();
-    context.countText(0, text.length());
-    switch (op_) {
-        case MM_LOWER:
-            text.toLower();
-            break;
-        case MM_UPPER:
-            text.toUpper();
-            break;
-        case MM_TRIM:
-            return MMValue(std::string(trimmed(text.view())));
+    std::string buffer;
+    const std::string_view text = text_->evaluateText(context, buffer);
+    if (op_ != MM_TRIM) {
+        return MMValue(
+            changeCase(context, text, op_ == MM_LOWER ? &OrvString::toLower : &OrvString::toUpper));
     }
-    return MMValue(text);
+    context.countText(0, text.size());
+    return MMValue(std::string(trimmed(text)));
 }
 
 void MMStringManipulationExpr::print(MMTargetPrinter& printer) const {
@@ -152,7 +167,13 @@ MMConversionExpr::MMConversionExpr(const OrvCyclicPtr<MMValueExpr>& value, MMVal
 
 MMValue MMConversionExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
-    const MMValue value = value_->evaluate(context);
+    MMValue value = value_->evaluate(context);
+    if (value.getKind() == MMValue::Kind::text) {
+        if (type_ == MM_STRING) {
+            return value;
+        }
+        context.countBytes(value.getText().size());
+    }
     return evaluateAt(*this, [&] { return value.convertedTo(type_); });
 }
 

@@ -30,10 +30,12 @@ std::string_view withoutPlus(std::string_view digits) {
 // Of a number that no real holds, whether it is too small to be told from zero: by the place of its
 // first digit before or behind the point, and its exponent.
 bool isTiny(std::string_view number) {
-    const std::size_t exponentStart = number.find_first_of("eE");
+    const std::size_t exponentStart = std::min(number.find('e'), number.find('E'));
     const std::string_view digits = number.substr(0, exponentStart);
     const auto point = static_cast<long>(std::min(digits.find('.'), digits.size()));
-    const auto first = static_cast<long>(digits.find_first_of("123456789"));
+    const char* const firstDigit = std::find_if(
+        digits.begin(), digits.end(), [](char digit) { return digit >= '1' && digit <= '9'; });
+    const auto first = static_cast<long>(firstDigit - digits.data());
     long exponent = 0;
     if (exponentStart != std::string_view::npos) {
         const std::string_view text = withoutPlus(number.substr(exponentStart + 1));
@@ -64,7 +66,8 @@ Number readWhole(std::string_view text, const char* kind) {
 bool isSpelledOut(std::string_view text) {
     const bool isSigned = !text.empty() && (text[0] == '+' || text[0] == '-');
     const std::string_view name = text.substr(isSigned ? 1 : 0);
-    return text.find_first_of("nN") != std::string_view::npos && name != "inf" && name != "nan";
+    const bool isName = std::string_view("iInN").find(name.substr(0, 1)) != std::string_view::npos;
+    return isName && !name.empty() && name != "inf" && name != "nan";
 }
 
 double readReal(std::string_view text) {

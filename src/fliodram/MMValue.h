@@ -69,6 +69,8 @@ public:
     /// different kinds by their texts. A NaN is unordered.
     std::partial_ordering compare(const MMValue& other) const;
 
+    /// Whether it is a text that lives elsewhere.
+    bool isBorrowed() const { return std::holds_alternative<std::string_view>(content_); }
     /// Makes a borrowed text the value's own.
     void own();
     /// Appends to a text, which becomes the value's own; std::bad_variant_access for other kinds.

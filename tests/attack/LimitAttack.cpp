@@ -9,7 +9,11 @@
 
 #include "api/ExprParser.h"
 #include "api/RecordingDialogs.h"
+#include "fliodram/MMAttrExpr.h"
+#include "fliodram/MMConstantExpr.h"
 #include "fliodram/MMEvaluationError.h"
+#include "fliodram/MMIfExpr.h"
+#include "fliodram/MMTextExpr.h"
 #include "fliodram/StructModel.h"
 
 namespace {
@@ -35,6 +39,7 @@ std::vector<Thing> makeThings() {
             things[i].associations["a"].push_back(things[(i + link * link) % objectCount].handle());
         }
     }
+    things.front().attributes["long"] = std::string(std::size_t{1} << 20U, 'x');
     return things;
 }
 
@@ -95,6 +100,35 @@ std::vector<std::string> hostileTexts() {
     };
 }
 
+// One step that goes over many bytes, done for many objects.
+std::vector<std::string> hostileUsesOfLongTexts() {
+    const std::string all = "all \"N\"";
+    std::vector<std::string> texts;
+    for (const char* const use : {
+             "(let y = t in y) <> \"\"",
+             "string (let y = t in y) <> \"\"",
+             "(t |=> \"b\") <> \"\"",
+             "t = u",
+             "t <= u",
+             "(if t = u then t else u) >= (if t = u then u else t)",
+             "size sort {t} over [a] > 0",
+             "trim t <> \"\"",
+             "toupper t <> \"\"",
+             "(t + \"\" = \"\") = false",
+             "attribute (t, x) = \"\"",
+             "size all t = 0",
+             "real (\"0.\" + t) = 0.0",
+             "escape t <> \"\"",
+         }) {
+        texts.push_back(withLongText(
+            "0000000000",
+            "let u = t + \"\" in " + nested("for_all x in " + all + " => (", use, ")", 2)));
+    }
+    texts.push_back("let o = this in " + nested("for_all x in " + all + " => (",
+                                                "attribute (\"long\", o) <> \"\"", ")", 2));
+    return texts;
+}
+
 struct Limits {
     const char* name;
     MMEvaluationLimits limits;
@@ -129,9 +163,13 @@ TEST(Hostile, ExpressionsStopAtTheirLimits) {
     rows[0].limits.steps = 1'000'000;
     rows[1] = {"time", {}};
     rows[1].limits.time = std::chrono::milliseconds(20);
+    std::vector<std::string> texts = hostileTexts();
+    for (std::string& text : hostileUsesOfLongTexts()) {
+        texts.push_back(std::move(text));
+    }
     RecordingDialogs dialogs;
     const auto harmless = ExprParser::parseAssociatedAttribute(dialogs, "$name + \"!\"");
-    for (const std::string& text : hostileTexts()) {
+    for (const std::string& text : texts) {
         const auto expression = ExprParser::parseAssociatedAttribute(dialogs, text);
         ASSERT_TRUE(expression) << text << "\n" << dialogs.messages.back();
         for (const Limits& row : rows) {
@@ -144,6 +182,55 @@ TEST(Hostile, ExpressionsStopAtTheirLimits) {
                 EXPECT_EQ(harmless->apply(context, object).getText(), "name0!") << text;
             }
         }
+    }
+}
+
+// Sorting is most of what comparing large sets takes.
+TEST(Hostile, ComparingSetsTakesSteps) {
+    const std::vector<Thing> things = makeThings();
+    const StructModel model(things);
+    MMEvaluationLimits limits;
+    limits.steps = 300'000;  // of 90,000 elements
+    MMEvaluationContext context(model, limits);
+    RecordingDialogs dialogs;
+    const std::string text = "(traverse {all \"N\"} over all \"N\") = [a]";
+    const auto expression = ExprParser::parseAssociatedAttribute(dialogs, text);
+    ASSERT_TRUE(expression);
+    (void)timeUntilStopped(*expression, context, things.front().handle(), text);
+}
+
+// What a host can build, although no text does.
+template <class Conditional>
+OrvCyclicPtr<Conditional> ownBranch() {
+    const OrvCyclicPtr<Conditional> conditional(new Conditional);
+    conditional->testExpr(OrvCyclicPtr<MMConstantExpr>(new MMConstantExpr(MMValue(true))));
+    conditional->thenExpr(conditional);
+    conditional->elseExpr(conditional);
+    return conditional;
+}
+
+TEST(Hostile, ConditionalsThatAreTheirOwnBranchesStop) {
+    const std::vector<Thing> things = makeThings();
+    const StructModel model(things);
+    MMEvaluationContext context(model);
+    const OrvCyclicPtr<MMConstantExpr> comma(new MMConstantExpr(", "));
+    const std::pair<const char*, OrvCyclicPtr<MMValueExpr>> rows[] = {
+        {"value", ownBranch<MMIfValueExpr>()},
+        {"object", OrvCyclicPtr<MMUidExpr>(new MMUidExpr(ownBranch<MMIfObjectExpr>()))},
+        {"objects",
+         OrvCyclicPtr<MMCountExpr>(new MMCountExpr(ownBranch<MMIfObjectCollectionExpr>()))},
+        {"strings", OrvCyclicPtr<MMDelimiterExpr>(
+                        new MMDelimiterExpr(comma, ownBranch<MMIfStringCollectionExpr>()))},
+    };
+    MMEvaluationLimits limits;
+    limits.time = std::chrono::milliseconds(20);
+    context.setLimits(limits);
+    for (const auto& [name, body] : rows) {
+        const OrvCyclicPtr<MMObjectVarExpr> variable(new MMObjectVarExpr);
+        const OrvCyclicPtr<MMValueAbsExpr> expression(new MMValueAbsExpr(variable, body));
+        EXPECT_LT(timeUntilStopped(*expression, context, things.front().handle(), name).count(),
+                  std::chrono::nanoseconds(longestTime()).count())
+            << name;
     }
 }
 

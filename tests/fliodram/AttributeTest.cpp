@@ -176,6 +176,18 @@ TEST(MMEvaluationContext, LimitsEndAnEvaluation) {
     EXPECT_EQ(kindOf([&] { takeSteps(~std::uint64_t{0}); }),
               std::make_pair(Kind::timeLimit,
                              std::string("The evaluation takes longer than its time limit.")));
+    limits.time = std::chrono::nanoseconds::max();
+    context.setLimits(limits);
+    EXPECT_EQ(kindOf([&] {
+                  context.begin();
+                  takeSteps(10000);
+              }).second,
+              "no error");
+    for (const auto past : {std::chrono::nanoseconds(-1), std::chrono::nanoseconds::min()}) {
+        limits.time = past;
+        context.setLimits(limits);
+        EXPECT_EQ(kindOf([&] { context.begin(); }).first, Kind::timeLimit);
+    }
     std::atomic<bool> isCancelled{false};
     limits.time = {};
     limits.isCancelled = &isCancelled;
