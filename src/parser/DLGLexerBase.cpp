@@ -24,12 +24,12 @@ void DLGLexerBase::fail(const std::string& message) const {
 }
 
 void DLGLexerBase::newline() {
-    ++line_;
+    line_ = numberBehind(static_cast<std::size_t>(line_));
     setEndColumn(0);
 }
 
 void DLGLexerBase::tab() {
-    constexpr int tabWidth = 8;
+    constexpr std::size_t tabWidth = 8;
     setEndColumn((endColumn() - 1) / tabWidth * tabWidth + tabWidth);
 }
 
@@ -66,7 +66,7 @@ inline const char* DLGLexerBase::beginLexeme() {
         }
     }
     beginOffset_ = input_->offsetOf(rest);
-    beginColumn_ = static_cast<int>(beginOffset_ - columnOrigin_) + 1;
+    beginColumn_ = numberBehind(beginOffset_ - columnOrigin_);
     return rest;
 }
 
@@ -96,9 +96,10 @@ void DLGLexerBase::reportInvalid(const InvalidToken& invalid) {
 }
 
 void DLGLexerBase::dropInvalid() {
-    ++lexicalErrorCount_;
+    lexicalErrorCount_ = numberBehind(static_cast<std::size_t>(lexicalErrorCount_));
     const std::size_t end = input_->offset() + (input_->peek() >= 0 ? 1U : 0U);
-    reportInvalid({line_, beginColumn_, beginOffset_, end, endColumn() + 1, input_->offset()});
+    reportInvalid(
+        {line_, beginColumn_, beginOffset_, end, numberBehind(endColumn()), input_->offset()});
     if (input_->peek() >= 0) {
         input_->advance();
     }

@@ -1,10 +1,12 @@
 // The runtime of the lexer: position, token text, the loop that drives an automaton, and errors.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <iosfwd>
+#include <limits>
 #include <string>
 #include <string_view>
 
@@ -75,7 +77,8 @@ public:
         mode_ = mode;
     }
 
-    /// The place of the current token, for what is thrown while it is scanned.
+    /// The place of the current token, for what is thrown while it is scanned. A line or a column
+    /// past the largest number is that number.
     int line() const { return line_; }
     int beginColumn() const { return beginColumn_; }
     std::size_t beginOffset() const { return beginOffset_; }
@@ -128,9 +131,12 @@ private:
     bool recognize(ColumnToken& token);
     void dropInvalid();
     std::string textSoFar() const;
-    int endColumn() const { return static_cast<int>(input_->offset() - columnOrigin_); }
-    void setEndColumn(int column) {
-        columnOrigin_ = input_->offset() - static_cast<std::size_t>(column);
+    std::size_t endColumn() const { return input_->offset() - columnOrigin_; }
+    void setEndColumn(std::size_t column) { columnOrigin_ = input_->offset() - column; }
+    // The number of what stands behind `count` others, or the largest there is.
+    static int numberBehind(std::size_t count) {
+        constexpr std::size_t largest = std::numeric_limits<int>::max();
+        return static_cast<int>(std::min(count, largest - 1)) + 1;
     }
 
     DLGStringInput* input_;

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <iostream>
 #include <iterator>
+#include <limits>
 #include <map>
 #include <memory>
 #include <random>
@@ -376,6 +377,28 @@ TEST(Bytes, SeedsAreOfEveryKind) {
     EXPECT_EQ(counts.size(), 7U);
     for (const auto& [outcome, count] : counts) {
         EXPECT_GE(count, 10U) << static_cast<int>(outcome);
+    }
+}
+
+// Of places past the largest number, the error has that number.
+TEST(Bytes, PlacesEndAtTheLargestNumber) {
+    if (!isAll()) {
+        GTEST_SKIP() << "ATTACK_ALL is not set";
+    }
+    constexpr int largest = std::numeric_limits<int>::max();
+    struct Row {
+        std::size_t count;
+        char byte;
+        std::pair<int, int> place;
+    };
+    for (const Row& row :
+         {Row{300'000'000, '\t', {1, largest}}, Row{200'000'000, '\t', {1, 1'600'000'001}},
+          Row{2'200'000'000, '\n', {largest, 1}}, Row{2'200'000'000, ' ', {1, largest}}}) {
+        PlaceDialogs dialogs;
+        const std::string text = std::string(row.count, row.byte) + "1";
+        EXPECT_FALSE(ExprParser::parseCondition(dialogs, text));
+        EXPECT_EQ(dialogs.errors, Places{row.place})
+            << row.count << testing::PrintToString(row.byte);
     }
 }
 
