@@ -19,9 +19,7 @@ std::string_view MMAttributeReader::ask(MMEvaluationContext& context, std::strin
         }
     }
     buffer.clear();
-    text = model.attribute(object, key_, buffer);
-    context.countCopy(buffer.size());
-    return text;
+    return model.attributeWithin(context, object, key_, buffer);
 }
 
 std::string_view MMClassNameReader::ask(const MMModel& model, MMObject object) {

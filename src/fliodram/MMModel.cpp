@@ -3,6 +3,7 @@
 #include <atomic>
 
 #include "fliodram/MMColumn.h"
+#include "fliodram/MMEvaluationContext.h"
 
 namespace {
 
@@ -16,6 +17,13 @@ std::uint64_t nextIdentity() {
 MMModel::MMModel() : identity_(nextIdentity()) {}
 MMModel::~MMModel() = default;
 void MMModel::renewKeys() { identity_ = nextIdentity(); }
+
+std::string_view MMModel::attributeWithin(MMEvaluationContext& context, MMObject object,
+                                          MMKey attribute, std::string& buffer) const {
+    const std::string_view text = this->attribute(object, attribute, buffer);
+    context.countCopy(buffer.size());
+    return text;
+}
 
 MMTextColumn MMModel::classNameColumn(MMObject /*object*/) const { return {}; }
 

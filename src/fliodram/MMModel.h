@@ -34,6 +34,7 @@ struct MMObjectRange {
     std::size_t size() const { return static_cast<std::size_t>(last - first); }
 };
 
+class MMEvaluationContext;
 struct MMTextColumn;
 struct MMTargetColumn;
 
@@ -70,6 +71,13 @@ public:
     /// The value of an attribute as a text; the empty text where the object has none.
     virtual std::string_view attribute(MMObject object, MMKey attribute,
                                        std::string& buffer) const = 0;
+
+    /// The same within the limits of an evaluation. For hosts that compose values of many pieces:
+    /// before each piece they call context.countText() with the size of the buffer and that of the
+    /// piece, which throws at a limit; what it throws must pass. Here, attribute(), whose buffer is
+    /// held against the limits when it is filled.
+    virtual std::string_view attributeWithin(MMEvaluationContext& context, MMObject object,
+                                             MMKey attribute, std::string& buffer) const;
 
     /// The objects that an association reaches from the object, in the model's order.
     virtual MMObjectRange targets(MMObject object, MMKey association,

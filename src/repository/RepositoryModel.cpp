@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "fliodram/MMEvaluationContext.h"
+
 namespace {
 
 constexpr std::string_view inversePrefix = "inverse:";
@@ -15,11 +17,31 @@ constexpr std::string_view separator = ", ";
 
 std::string ownedName(std::string_view name) { return "owned" + capitalized(name); }
 
-void appendItem(std::string& list, bool& isFirst, std::string_view item) {
-    list.append(std::exchange(isFirst, false) ? std::string_view() : separator).append(item);
-}
-
 }  // namespace
+
+/// A list of texts that is composed in a buffer, within the limits of an evaluation where one asks.
+class RepositoryModel::TextList {
+public:
+    TextList(std::string& buffer, MMEvaluationContext* context)
+        : buffer_(buffer), context_(context) {}
+
+    void append(std::string_view item) {
+        const std::string_view between = std::exchange(hasItems_, true) ? separator : "";
+        if (context_ != nullptr) {
+            context_->countText(buffer_.size(), between.size() + item.size());
+        }
+        buffer_.append(between).append(item);
+    }
+
+    std::string_view view() const { return buffer_; }
+    /// Where the only text of a list may be put.
+    std::string& buffer() { return buffer_; }
+
+private:
+    std::string& buffer_;
+    MMEvaluationContext* context_;
+    bool hasItems_ = false;
+};
 
 RepositoryModel::RepositoryModel(ModelTables tables)
     : tables_(std::move(tables)), fallbacks_(tables_.featureNames.size()), inverses_(tables_) {
@@ -116,6 +138,19 @@ std::string_view RepositoryModel::uid(MMObject object, std::string& buffer) cons
 
 std::string_view RepositoryModel::attribute(MMObject object, MMKey attribute,
                                             std::string& buffer) const {
+    TextList list(buffer, nullptr);
+    return read(object, attribute, list);
+}
+
+std::string_view RepositoryModel::attributeWithin(MMEvaluationContext& context, MMObject object,
+                                                  MMKey attribute, std::string& buffer) const {
+    TextList list(buffer, &context);
+    const std::string_view text = read(object, attribute, list);
+    context.countBytes(buffer.size());  // the path of an only target is no list
+    return text;
+}
+
+std::string_view RepositoryModel::read(MMObject object, MMKey attribute, TextList& list) const {
     const FeatureRecord* const feature = tables_.classOf(object).find(attribute);
     if (feature != nullptr && !feature->isAssociation) {
         const TextRef value = feature->values.at(ModelTables::index(object));
@@ -123,7 +158,7 @@ std::string_view RepositoryModel::attribute(MMObject object, MMKey attribute,
             return tables_.texts.view(value);
         }
     }
-    return otherText(object, attribute, feature, buffer);
+    return otherText(object, attribute, feature, list);
 }
 
 MMObjectRange RepositoryModel::targets(MMObject object, MMKey association,
@@ -188,11 +223,10 @@ MMObjectRange RepositoryModel::otherTargets(MMObject object, MMKey key,
 }
 
 std::string_view RepositoryModel::otherText(MMObject object, MMKey key,
-                                            const FeatureRecord* feature,
-                                            std::string& buffer) const {
+                                            const FeatureRecord* feature, TextList& list) const {
     if (feature != nullptr) {
         if (has(*feature, object)) {
-            return textOf(*feature, object, buffer);
+            return textOf(*feature, object, list);
         }
         if (feature->declared != nullptr) {
             return feature->declared->defaultText;
@@ -200,11 +234,11 @@ std::string_view RepositoryModel::otherText(MMObject object, MMKey key,
     } else {
         const MMObjectRange range = builtIn(object, key);
         if (range.first != range.last) {
-            return joinNames(range, buffer);
+            return joinNames(range, list);
         }
     }
     feature = ownedFeature(tables_.classOf(object), key);
-    return feature == nullptr ? std::string_view() : textOf(*feature, object, buffer);
+    return feature == nullptr ? std::string_view() : textOf(*feature, object, list);
 }
 
 bool RepositoryModel::has(const FeatureRecord& feature, MMObject object) {
@@ -215,7 +249,7 @@ bool RepositoryModel::has(const FeatureRecord& feature, MMObject object) {
 
 // The value, or the names of the targets; only a list of several is composed in the buffer.
 std::string_view RepositoryModel::textOf(const FeatureRecord& feature, MMObject object,
-                                         std::string& buffer) const {
+                                         TextList& list) const {
     const std::uint32_t index = ModelTables::index(object);
     const TextRef value = feature.values.at(index);
     const MMObjectRange range = feature.targets.at(index);
@@ -224,45 +258,43 @@ std::string_view RepositoryModel::textOf(const FeatureRecord& feature, MMObject 
         return value.isAbsent() ? std::string_view() : tables_.texts.view(value);
     }
     if (value.isAbsent() && outside.empty()) {
-        return joinNames(range, buffer);
+        return joinNames(range, list);
     }
-    appendTexts(feature, object, buffer);
-    return buffer;
+    appendTexts(feature, object, list);
+    return list.view();
 }
 
 // A value and names in the order in which they stand in the document.
 void RepositoryModel::appendTexts(const FeatureRecord& feature, MMObject object,
-                                  std::string& text) const {
+                                  TextList& list) const {
     const std::uint32_t index = ModelTables::index(object);
     const TextRef value = feature.values.at(index);
     const MMObjectRange range = feature.targets.at(index);
-    bool isFirst = true;
     if (!value.isAbsent()) {
-        appendItem(text, isFirst, tables_.texts.view(value));
+        list.append(tables_.texts.view(value));
     }
     std::string uidBuffer;
     const MMObject* target = range.first;
     for (const TargetColumn::Outside& outside : feature.targets.outsideAt(index)) {
         for (; target != range.first + outside.before; ++target) {
-            appendItem(text, isFirst, label(*target, uidBuffer));
+            list.append(label(*target, uidBuffer));
         }
-        appendItem(text, isFirst, tables_.texts.view(outside.text));
+        list.append(tables_.texts.view(outside.text));
     }
     for (; target != range.last; ++target) {
-        appendItem(text, isFirst, label(*target, uidBuffer));
+        list.append(label(*target, uidBuffer));
     }
 }
 
-std::string_view RepositoryModel::joinNames(const MMObjectRange& range, std::string& buffer) const {
+std::string_view RepositoryModel::joinNames(const MMObjectRange& range, TextList& list) const {
     if (range.size() == 1) {
-        return label(*range.first, buffer);
+        return label(*range.first, list.buffer());
     }
-    bool isFirst = true;
     std::string uidBuffer;
     for (const MMObject object : range) {
-        appendItem(buffer, isFirst, label(object, uidBuffer));
+        list.append(label(object, uidBuffer));
     }
-    return buffer;
+    return list.view();
 }
 
 // The name of an object, or its uid where it has none.

@@ -51,6 +51,8 @@ public:
     std::string_view uid(MMObject object, std::string& buffer) const override;
     std::string_view attribute(MMObject object, MMKey attribute,
                                std::string& buffer) const override;
+    std::string_view attributeWithin(MMEvaluationContext& context, MMObject object, MMKey attribute,
+                                     std::string& buffer) const override;
     MMObjectRange targets(MMObject object, MMKey association,
                           std::vector<MMObject>& buffer) const override;
     MMObjectRange instances(MMObject object, MMKey classOfInstances,
@@ -111,6 +113,8 @@ private:
         bool hasReferences = false;  // some class has it as an association that does not contain
     };
 
+    class TextList;
+
     void noteKinds();
     void prepareColumns();
     template <class Column>
@@ -122,12 +126,12 @@ private:
     bool isMeant(MMKey key, bool Fallback::*isKnown) const;
     MMObjectRange builtIn(MMObject object, MMKey key) const;
     MMObjectRange otherTargets(MMObject object, MMKey key, const FeatureRecord* feature) const;
+    std::string_view read(MMObject object, MMKey attribute, TextList& list) const;
     std::string_view otherText(MMObject object, MMKey key, const FeatureRecord* feature,
-                               std::string& buffer) const;
-    std::string_view textOf(const FeatureRecord& feature, MMObject object,
-                            std::string& buffer) const;
-    void appendTexts(const FeatureRecord& feature, MMObject object, std::string& text) const;
-    std::string_view joinNames(const MMObjectRange& range, std::string& buffer) const;
+                               TextList& list) const;
+    std::string_view textOf(const FeatureRecord& feature, MMObject object, TextList& list) const;
+    void appendTexts(const FeatureRecord& feature, MMObject object, TextList& list) const;
+    std::string_view joinNames(const MMObjectRange& range, TextList& list) const;
     std::string_view label(MMObject object, std::string& buffer) const;
     static bool has(const FeatureRecord& feature, MMObject object);
 

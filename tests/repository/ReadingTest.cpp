@@ -5,6 +5,8 @@
 #include <thread>
 #include <vector>
 
+#include "fliodram/MMEvaluationContext.h"
+#include "fliodram/MMEvaluationError.h"
 #include "repository/ContainmentTypes.h"
 #include "repository/Metamodel.h"
 #include "repository/ModelDump.h"
@@ -236,6 +238,52 @@ TEST(Columns, TellWhetherTargetsAreDistinct) {
     EXPECT_TRUE(model->targets(a, model->associationKey("r"), buffer).isDistinct);
     EXPECT_FALSE(model->targets(a, model->associationKey("s"), buffer).isDistinct);
     EXPECT_TRUE(model->targets(a, model->associationKey("inverse:s"), buffer).isDistinct);
+}
+
+// Lists of names, each of 10,000 times 1,000 bytes, alone and around what leaves the document; and
+// a name of which no list is made.
+TEST(Joining, StopsAtTheLimitsOfAnEvaluation) {
+    std::string many;
+    for (int i = 0; i < 10000; ++i) {
+        many += " n";
+    }
+    const auto model =
+        readModelText(xmi("<uml:A xmi:id='a' r='" + many + "' s='" + many + " x.xmi#y" + many +
+                          "' one='n'/><uml:A xmi:id='n' name='" + std::string(1000, 'n') + "'/>"),
+                      "doc");
+    const MMObject object = model->find("a");
+    const struct {
+        const char* attribute;
+        std::size_t size;  // what it is where there is no limit, or a generous one
+        bool isLimited;
+    } rows[] = {
+        {"r", 10000 * 1002 - 2, true},
+        {"s", 20000 * 1002 + 1, true},
+        {"one", 1000, false},
+    };
+    for (const auto& row : rows) {
+        const MMKey key = model->attributeKey(row.attribute);
+        MMEvaluationLimits limits[3];
+        limits[1].textSize = 1 << 16U;
+        limits[2].steps = 10000;
+        std::string whole;
+        EXPECT_EQ(model->attribute(object, key, whole).size(), row.size) << row.attribute;
+        for (const MMEvaluationLimits& limit : limits) {
+            MMEvaluationContext context(*model, limit);
+            context.begin();
+            std::string buffer;
+            std::size_t size = 0;
+            try {
+                size = model->attributeWithin(context, object, key, buffer).size();
+            } catch (const MMEvaluationError& error) {
+                EXPECT_TRUE(error.isLimit()) << error.what();
+            }
+            const bool isStopped = row.isLimited && &limit != &limits[0];
+            EXPECT_EQ(size, isStopped ? 0 : row.size) << row.attribute;
+            EXPECT_TRUE(!isStopped || buffer.size() <= limit.steps * 64) << row.attribute;
+            EXPECT_LE(buffer.size(), limit.textSize) << row.attribute;
+        }
+    }
 }
 
 TEST(Threads, MayAskAtOnce) {
