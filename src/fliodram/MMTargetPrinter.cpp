@@ -2,10 +2,9 @@
 // to, without writing, then to write. Both walks are the targets' own print() operations.
 #include "fliodram/MMTargetPrinter.h"
 
-#include <sstream>
-
 #include "fliodram/MMObjectVarExpr.h"
 #include "foundation/TextOutput.h"
+#include "foundation/TextStream.h"
 #include "support/OrvException.h"
 #include "support/OrvStack.h"
 
@@ -125,7 +124,7 @@ bool MMTargetPrinter::beginShared(const MMTarget& target, char prefix) {
 }
 
 std::string printedTarget(const MMTarget& root) {
-    std::ostringstream stream;
+    TextStream stream;
     MMTargetPrinter printer(stream);
     printer.printGraph(root);
     return stream.str();

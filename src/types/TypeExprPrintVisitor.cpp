@@ -1,9 +1,9 @@
 #include "types/TypeExprPrintVisitor.h"
 
 #include <array>
-#include <sstream>
 
 #include "foundation/TextOutput.h"
+#include "foundation/TextStream.h"
 
 void TypeExprPrintVisitor::print(const TypePtr& type) {
     if (type) {
@@ -48,7 +48,7 @@ void TypeExprPrintVisitor::visitFunction(const TEFunction& type) {
 }
 
 std::string printedType(const TypePtr& type) {
-    std::ostringstream stream;
+    TextStream stream;
     TypeExprPrintVisitor printer(stream);
     type->accept(printer);
     return stream.str();

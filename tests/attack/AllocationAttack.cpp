@@ -1,9 +1,8 @@
-// Every single allocation of compilations and evaluations fails, once and from then on.
+// Every single allocation of compilations, evaluations and printing fails, once and from then on.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <functional>
 #include <iostream>
 #include <new>
@@ -11,94 +10,164 @@
 #include <vector>
 
 #include "api/ExprParser.h"
-#include "api/RecordingDialogs.h"
 #include "codegen/SourceMap.h"
 #include "evaluation/SmallModel.h"
 #include "fliodram/MMEvaluationError.h"
+#include "fliodram/MMTargetPrinter.h"
 #include "support/AllocationCounter.h"
 #include "support/Corpus.h"
+#include "support/SilentErrors.h"
 
 namespace {
 
-/// Dialogs that allocate nothing.
-class SilentDialogs : public ExprParserDialogs {
+/// Dialogs that note the messages of a first compilation, and hold those of the next ones against
+/// them without allocating.
+class ComparingDialogs : public ExprParserDialogs {
+public:
+    /// Ends the noting, and begins the next compilation.
+    void beginNext() {
+        isNoting_ = false;
+        shown_ = 0;
+        areRight_ = true;
+    }
+    /// Whether what was shown are the first messages, or all, of the first compilation.
+    bool areRight() const { return areRight_; }
+    bool areAll() const { return areRight_ && shown_ == messages_.size(); }
+
+private:
     bool askYesNo(const std::string& /*question*/, bool defaultAnswer) override {
         return defaultAnswer;
     }
-    void showMessage(int /*line*/, int /*column*/, const std::string& /*source*/,
-                     const std::string& /*message*/, MessageSeverity /*severity*/,
-                     bool /*flag*/) override {}
+    void showMessage(int line, int column, const std::string& /*source*/,
+                     const std::string& message, MessageSeverity /*severity*/,
+                     bool /*flag*/) override {
+        if (isNoting_) {
+            messages_.push_back({line, column, message});
+            return;
+        }
+        areRight_ = areRight_ && shown_ < messages_.size() && messages_[shown_].line == line &&
+                    messages_[shown_].column == column && messages_[shown_].text == message;
+        ++shown_;
+    }
+
+    struct Message {
+        int line;
+        int column;
+        std::string text;
+    };
+    std::vector<Message> messages_;
+    std::size_t shown_ = 0;
+    bool isNoting_ = true;
+    bool areRight_ = true;
 };
 
-/// What an action came to: "yes" or "no", "memory" where std::bad_alloc came out of it.
-using Action = std::function<std::string()>;
+/// What came of an action: its result, "memory" where std::bad_alloc left it.
+struct Outcome {
+    std::string result = "memory";
+    bool hasFailed = false;  // an allocation
+};
 
-// Runs the action with every allocation of it failing in turn. Nothing but std::bad_alloc, or an
-// outcome that the action may have then, comes of it, and nothing is left behind.
-void failEveryAllocation(const Action& action, const std::vector<std::string>& permitted,
-                         const std::string& text) {
-    const std::string expected = action();
+template <class Action>
+Outcome runWhileFailing(long number, bool forGood, const Action& action) {
+    Outcome outcome;
+    const FailingAllocation failing(number, forGood);
+    try {
+        outcome.result = action();
+    } catch (const std::bad_alloc&) {
+        outcome.result = "memory";  // short enough to need none
+    }
+    outcome.hasFailed = failing.hasFailed();
+    return outcome;
+}
+
+using Attempt = std::function<Outcome(long number, bool forGood)>;
+using Judge = std::function<bool(const Outcome&)>;
+
+// Makes the attempt with each allocation failing in turn, until none is left that could. What comes
+// of it is permitted, and nothing is left behind.
+void failEveryAllocation(const std::string& text, const Attempt& attempt,
+                         const Judge& isPermitted) {
     for (const bool forGood : {false, true}) {
-        bool isDone = false;
-        for (long number = 0; !isDone; ++number) {
+        bool hasFailed = true;
+        for (long number = 0; hasFailed; ++number) {
             const std::ptrdiff_t before = AllocationCounter::live();
             {
-                std::string outcome = "memory";
-                const FailingAllocation failing(number, forGood);
-                try {
-                    outcome = action();
-                } catch (const std::bad_alloc&) {
-                }
-                isDone = !failing.hasFailed();
-                const bool isPermitted =
-                    outcome == expected ||
-                    std::find(permitted.begin(), permitted.end(), outcome) != permitted.end();
-                ASSERT_TRUE(isPermitted) << text << " gives " << outcome << " at " << number;
+                const Outcome outcome = attempt(number, forGood);
+                ASSERT_TRUE(isPermitted(outcome))
+                    << text << " gives " << outcome.result << " at " << number;
+                hasFailed = outcome.hasFailed;
             }
             ASSERT_EQ(AllocationCounter::live(), before) << text << " at " << number;
         }
     }
-    EXPECT_EQ(action(), expected) << text;
 }
 
-std::vector<std::string> shortTexts(std::size_t count) {
+// What everything but a compilation comes to: the whole result, or std::bad_alloc.
+Judge wholeOrMemory(const std::string& whole) {
+    return [&whole](const Outcome& outcome) {
+        return outcome.result == whole || (outcome.hasFailed && outcome.result == "memory");
+    };
+}
+
+// The texts of the corpus, of all its groups, but for the longest, whose allocations are many.
+std::vector<std::string> chosenTexts() {
+    constexpr std::size_t longest = 100;
     std::vector<std::string> texts;
     for (const CorpusText& row : corpus()) {
-        texts.push_back(row.text);
+        if (row.text.size() <= longest) {
+            texts.push_back(row.text);
+        }
     }
-    std::stable_sort(texts.begin(), texts.end(),
-                     [](const auto& a, const auto& b) { return a.size() < b.size(); });
-    texts.resize(std::min(count, texts.size()));
     return texts;
 }
 
-std::string compileAll(const std::string& text) {
-    SilentDialogs dialogs;
-    std::string outcome;  // short enough to be held without an allocation
-    outcome += ExprParser::parseCondition(dialogs, text) ? 'c' : '-';
-    outcome += ExprParser::parseAssociatedAttribute(dialogs, text) ? 'v' : '-';
-    outcome += ExprParser::parseComplexAssociation(dialogs, text) ? 'o' : '-';
-    SourceMap map;
-    outcome += ExprParser::parseMappedAssociatedAttribute(dialogs, text, map) ? 'm' : '-';
-    return outcome;
+using Compile = bool (*)(ExprParserDialogs&, const std::string&);
+
+const Compile entryPoints[] = {
+    [](ExprParserDialogs& dialogs, const std::string& text) {
+        return static_cast<bool>(ExprParser::parseCondition(dialogs, text));
+    },
+    [](ExprParserDialogs& dialogs, const std::string& text) {
+        return static_cast<bool>(ExprParser::parseAssociatedAttribute(dialogs, text));
+    },
+    [](ExprParserDialogs& dialogs, const std::string& text) {
+        return static_cast<bool>(ExprParser::parseComplexAssociation(dialogs, text));
+    },
+    [](ExprParserDialogs& dialogs, const std::string& text) {
+        SourceMap map;
+        return static_cast<bool>(ExprParser::parseMappedAssociatedAttribute(dialogs, text, map));
+    },
+};
+
+// A compilation whose memory runs out has an empty result, after the first of its messages.
+// std::bad_alloc leaves it where all is done but the abstraction that is returned.
+void failCompilation(Compile compile, const std::string& text) {
+    ComparingDialogs dialogs;
+    const bool compiles = compile(dialogs, text);
+    const std::string whole = compiles ? "compiled" : "empty";
+    failEveryAllocation(
+        text,
+        [&](long number, bool forGood) {
+            dialogs.beginNext();
+            return runWhileFailing(number, forGood, [&] {
+                return std::string(compile(dialogs, text) ? "compiled" : "empty");
+            });
+        },
+        [&](const Outcome& outcome) {
+            const bool isMemoryPermitted = compiles && outcome.hasFailed;
+            return outcome.result == "empty" && outcome.hasFailed ? dialogs.areRight()
+                   : outcome.result == "memory" ? isMemoryPermitted && dialogs.areAll()
+                                                : outcome.result == whole && dialogs.areAll();
+        });
 }
 
-// A compilation whose memory runs out has an empty result, and the next one is right.
 TEST(FailingAllocation, OfCompilations) {
-    std::streambuf* const buffer = std::cerr.rdbuf(nullptr);
-    for (const std::string& text : shortTexts(300)) {
-        const std::string whole = compileAll(text);
-        std::vector<std::string> permitted = {"memory"};
-        for (std::size_t i = 0; i < whole.size(); ++i) {
-            permitted.push_back(whole);
-            permitted.back()[i] = '-';
+    const SilentErrors silent;
+    for (const std::string& text : chosenTexts()) {
+        for (const Compile compile : entryPoints) {
+            failCompilation(compile, text);
         }
-        permitted.emplace_back("----");
-        permitted.push_back(whole.substr(0, 1) + "---");
-        permitted.push_back(whole.substr(0, 2) + "--");
-        failEveryAllocation([&] { return compileAll(text); }, permitted, text);
     }
-    std::cerr.rdbuf(buffer);
 }
 
 // The first compilation of a process makes what all share; where that fails, a later one makes it.
@@ -108,17 +177,12 @@ TEST(FailingAllocation, OfTheFirstCompilation) {
     for (long number = 0; status != 0; ++number) {
         const pid_t child = fork();
         if (child == 0) {
-            bool hasFailed = false;
-            SilentDialogs dialogs;
-            try {
-                const FailingAllocation failing(number, false);
-                (void)ExprParser::parseCondition(dialogs, text);
-                hasFailed = failing.hasFailed();
-            } catch (const std::bad_alloc&) {
-                hasFailed = true;
-            }
-            const bool isRight = static_cast<bool>(ExprParser::parseCondition(dialogs, text));
-            _exit(!isRight ? 2 : hasFailed ? 1 : 0);
+            ComparingDialogs dialogs;
+            const auto compile = [&] {
+                return std::string(ExprParser::parseCondition(dialogs, text) ? "yes" : "no");
+            };
+            const bool hasFailed = runWhileFailing(number, false, compile).hasFailed;
+            _exit(compile() == "no" ? 2 : hasFailed ? 1 : 0);
         }
         ASSERT_EQ(waitpid(child, &status, 0), child);
         ASSERT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) < 2) << number;
@@ -128,35 +192,68 @@ TEST(FailingAllocation, OfTheFirstCompilation) {
 std::string shown(const MMValue& value) { return value.asString().data(); }
 std::string shown(const std::vector<MMObject>& objects) { return std::to_string(objects.size()); }
 
-// Applies the expression, if there is one, with every allocation failing in turn.
 template <class Expression>
-void failEvaluations(const OrvCountedPtr<Expression>& expression, const SmallModel& model,
-                     const std::string& text) {
+std::string evaluate(const Expression& expression, const SmallModel& model) {
     MMEvaluationLimits limits;
     limits.steps = 300;
     MMEvaluationContext context(model.view(), limits);
-    const auto evaluate = [&]() -> std::string {
-        try {
-            return shown(expression->apply(context, model.things().front().handle()));
-        } catch (const MMEvaluationError& error) {
-            return error.what();
-        }
-    };
-    if (expression) {
-        failEveryAllocation(evaluate, {"memory"}, text);
+    try {
+        return shown(expression->apply(context, model.things().front().handle()));
+    } catch (const MMEvaluationError& error) {
+        return error.what();
     }
 }
 
-// An evaluation whose memory runs out throws std::bad_alloc, and the next one is right.
-TEST(FailingAllocation, OfEvaluations) {
-    std::streambuf* const buffer = std::cerr.rdbuf(nullptr);
-    const SmallModel model;
-    for (const std::string& text : shortTexts(300)) {
-        SilentDialogs dialogs;
-        failEvaluations(ExprParser::parseAssociatedAttribute(dialogs, text), model, text);
-        failEvaluations(ExprParser::parseComplexAssociation(dialogs, text), model, text);
+// An evaluation whose memory runs out throws std::bad_alloc, be it the first of an expression,
+// which fills its caches, or a later one. The next one is right.
+template <class Parse>
+void failEvaluations(const Parse& parse, const SmallModel& model, const std::string& text) {
+    ComparingDialogs dialogs;
+    const auto sample = parse(dialogs, text);
+    if (!sample) {
+        return;
     }
-    std::cerr.rdbuf(buffer);
+    const std::string whole = evaluate(sample, model);
+    const auto attack = [&](const auto& expression, long number, bool forGood) {
+        const auto run = [&] { return evaluate(expression, model); };
+        Outcome outcome = runWhileFailing(number, forGood, run);
+        EXPECT_EQ(run(), whole) << text << " after " << number;
+        return outcome;
+    };
+    const auto attackFirst = [&](long number, bool forGood) {
+        dialogs.beginNext();
+        return attack(parse(dialogs, text), number, forGood);
+    };
+    const auto attackLater = [&](long number, bool forGood) {
+        return attack(sample, number, forGood);
+    };
+    failEveryAllocation(text, attackFirst, wholeOrMemory(whole));
+    failEveryAllocation(text, attackLater, wholeOrMemory(whole));
+}
+
+TEST(FailingAllocation, OfEvaluations) {
+    const SilentErrors silent;
+    const SmallModel model;
+    for (const std::string& text : chosenTexts()) {
+        failEvaluations(ExprParser::parseAssociatedAttribute, model, text);
+        failEvaluations(ExprParser::parseComplexAssociation, model, text);
+    }
+}
+
+TEST(FailingAllocation, OfPrinting) {
+    const SilentErrors silent;
+    for (const std::string& text : chosenTexts()) {
+        ComparingDialogs dialogs;
+        const auto expression = ExprParser::parseAssociatedAttribute(dialogs, text);
+        if (expression) {
+            const auto print = [&expression] { return printedTarget(*expression); };
+            const std::string whole = print();
+            failEveryAllocation(
+                text,
+                [&](long number, bool forGood) { return runWhileFailing(number, forGood, print); },
+                wholeOrMemory(whole));
+        }
+    }
 }
 
 }  // namespace
