@@ -3,6 +3,9 @@
 #include <pthread.h>
 
 #include <algorithm>
+#include <cerrno>
+#include <limits>
+#include <new>
 
 namespace {
 
@@ -16,11 +19,25 @@ struct Bounds {
 // host's message handler below the deepest level.
 constexpr std::size_t largestReserve = std::size_t{256} * 1024;
 
-// Once a thread, and kept out of the way of all other calls.
-[[gnu::noinline]] Bounds readBounds() noexcept {
+// How far a thread may go whose stack the system cannot tell.
+constexpr std::size_t assumedRoom = std::size_t{256} * 1024;
+
+// Once a thread, and kept out of the way of all other calls. `assumed` is what served so far
+// because the system could not tell.
+[[gnu::noinline]] Bounds readBounds(const Bounds& assumed) {
     pthread_attr_t attributes;
-    if (pthread_getattr_np(pthread_self(), &attributes) != 0) {
-        return {0, 0, true};
+    // glibc takes its error from here where an allocation fails, and crashes where this is 0, since
+    // a host's own malloc need not set it.
+    errno = ENOMEM;
+    const int error = pthread_getattr_np(pthread_self(), &attributes);
+    if (error == ENOMEM) {
+        throw std::bad_alloc();
+    }
+    if (error != 0) {
+        const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+        return assumed.high != 0
+                   ? assumed
+                   : Bounds{here - assumedRoom, std::numeric_limits<std::uintptr_t>::max(), false};
     }
     void* address = nullptr;
     std::size_t size = 0;
@@ -35,10 +52,10 @@ thread_local Bounds threadBounds;
 
 }  // namespace
 
-std::uintptr_t OrvStack::limit() noexcept {
+std::uintptr_t OrvStack::limit() {
     Bounds& bounds = threadBounds;
     if (!bounds.areKnown) {
-        bounds = readBounds();
+        bounds = readBounds(bounds);
     }
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
     // Below the reserve is still this stack; only an address beyond either end is another one.
@@ -46,4 +63,4 @@ std::uintptr_t OrvStack::limit() noexcept {
     return isOwnStack ? bounds.low : 0;
 }
 
-bool OrvStack::hasRoom() noexcept { return !isBelow(limit()); }
+bool OrvStack::hasRoom() { return !isBelow(limit()); }

@@ -10,14 +10,19 @@
 /// of the stack is held back, for the calls that a level makes and for reporting the refusal. On a
 /// stack that the system did not make (a coroutine's) there is always room as far as this class
 /// can tell; callers count levels as well.
+///
+/// The system allocates when it is asked for the bounds. Where there is no memory for that, the
+/// call throws std::bad_alloc, and the next one asks again. Where the system cannot tell for
+/// another reason (the first thread's bounds stand in /proc, which may be out of sight), a thread
+/// may go 256 KiB below the frame that asked first, until the system can tell.
 class __attribute__((visibility("default"))) OrvStack {
 public:
     /// True while the current frame leaves more than the reserve.
-    static bool hasRoom() noexcept;
+    static bool hasRoom();
 
     /// The lowest address that a frame of this thread may reach, 0 on a foreign stack. Loops that
     /// ask often compare with it themselves: isBelow(limit()).
-    static std::uintptr_t limit() noexcept;
+    static std::uintptr_t limit();
 
     /// True when the current frame has gone below `limit`.
     static bool isBelow(std::uintptr_t limit) noexcept {
