@@ -10,7 +10,7 @@ InverseIndex::~InverseIndex() = default;
 
 void InverseIndex::prepare(MMKey feature) const {
     Inverse& inverse = inverses_[feature];
-    std::call_once(inverse.once, [&] { build(feature, inverse); });
+    inverse.once.run([&] { build(feature, inverse); });
 }
 
 MMObjectRange InverseIndex::at(MMKey feature, MMObject target) const {

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <memory>
-#include <mutex>
 #include <vector>
 
 #include "repository/ModelTables.h"
+#include "support/OrvOnce.h"
 
 /// Associations backwards, each worked out when it is first asked for.
 ///
@@ -26,7 +26,7 @@ public:
 
 private:
     struct Inverse {
-        std::once_flag once;
+        OrvOnce once;
         std::vector<TargetColumn> byClass;  // of the targets
     };
     struct Pair {

@@ -354,7 +354,7 @@ MMObject RepositoryModel::find(std::string_view uid) const {
     if (uid.empty() || uid[0] != '/') {
         return mmNoObject;
     }
-    std::call_once(pathsOnce_, [this] { paths_ = std::make_unique<PathIndex>(tables_); });
+    pathsOnce_.run([this] { paths_ = std::make_unique<PathIndex>(tables_); });
     return paths_->find(uid);
 }
 

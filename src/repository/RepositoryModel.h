@@ -3,7 +3,6 @@
 
 #include <cstddef>
 #include <memory>
-#include <mutex>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -12,6 +11,7 @@
 #include "repository/InverseIndex.h"
 #include "repository/ModelTables.h"
 #include "repository/PathIndex.h"
+#include "support/OrvOnce.h"
 
 /// What the objects of one class have in the document.
 struct ClassSummary {
@@ -138,6 +138,6 @@ private:
     ModelTables tables_;
     std::vector<Fallback> fallbacks_;  // by key
     InverseIndex inverses_;
-    mutable std::once_flag pathsOnce_;
+    mutable OrvOnce pathsOnce_;
     mutable std::unique_ptr<PathIndex> paths_;
 };

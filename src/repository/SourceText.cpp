@@ -5,6 +5,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <new>
 #include <system_error>
 #include <utility>
 
@@ -21,7 +22,14 @@ struct FileCloser {
 };
 using OpenFile = std::unique_ptr<std::FILE, FileCloser>;
 
-std::string describe(int error) { return std::generic_category().message(error); }
+// The system's sentence. Short memory is no error of the file; without any reason it is that, too,
+// since a host's own malloc may fail without giving one.
+std::string describe(int error) {
+    if (error == ENOMEM || error == 0) {
+        throw std::bad_alloc();
+    }
+    return std::generic_category().message(error);
+}
 
 // What to expect of a file; a pipe tells nothing and is read to its end all the same.
 std::size_t expectedSize(const std::string& path) {
@@ -56,6 +64,7 @@ void SourceText::fill(const std::string& path) {
     if (std::filesystem::is_directory(path, error)) {
         fail("It is a directory, not a file.");
     }
+    errno = 0;
     const OpenFile file(std::fopen(path.c_str(), "rb"));
     if (file == nullptr) {
         const int reason = errno;

@@ -63,8 +63,17 @@ std::string_view declaredEncoding(std::string_view bytes) {
 // A converter of the system, closed at the end.
 class Converter {
 public:
+    /// Where memory is too short to load a converter, the system mostly says that nobody knows the
+    /// encoding, and is asked again before that is believed.
     explicit Converter(const std::string& encoding)
-        : handle_(iconv_open("UTF-8", encoding.c_str())) {}
+        : handle_(iconv_open("UTF-8", encoding.c_str())) {
+        if (!isOpen()) {
+            handle_ = iconv_open("UTF-8", encoding.c_str());
+        }
+        if (!isOpen() && errno == ENOMEM) {
+            throw std::bad_alloc();
+        }
+    }
     Converter(const Converter&) = delete;
     Converter& operator=(const Converter&) = delete;
     ~Converter() {
