@@ -22,6 +22,30 @@ CyclicModel::CyclicModel() : things_(50), model_(things_) {
     }
 }
 
+// The names and the values hold nothing that must be escaped.
+std::string CyclicModel::document() const {
+    std::string objects;
+    for (const Thing& thing : things_) {
+        std::string attributes;
+        for (const auto& [name, value] : thing.attributes) {
+            attributes += (attributes.empty() ? "\"" : ",\"") + name + "\":\"" + value + '"';
+        }
+        std::string associations;
+        for (const auto& [name, targets] : thing.associations) {
+            std::string ids;
+            for (const MMObject target : targets) {
+                const auto number = reinterpret_cast<const Thing*>(target) - things_.data();
+                ids += (ids.empty() ? "\"o" : ",\"o") + std::to_string(number) + '"';
+            }
+            associations += (associations.empty() ? "\"" : ",\"") + name + "\":[" + ids + ']';
+        }
+        objects += (objects.empty() ? "{\"id\":\"" : ",{\"id\":\"") + thing.id + "\",\"class\":\"" +
+                   thing.kind + "\",\"attributes\":{" + attributes + "},\"associations\":{" +
+                   associations + "}}";
+    }
+    return "{\"root\":\"o0\",\"objects\":[" + objects + "]}";
+}
+
 const CyclicModel& CyclicModel::instance() {
     static const CyclicModel model;
     return model;

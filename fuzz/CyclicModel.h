@@ -1,6 +1,9 @@
 // A model of fifty objects, on cycles of every association, for fuzz targets that evaluate.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "fliodram/MMEvaluationContext.h"
 #include "fliodram/StructModel.h"
 
@@ -10,6 +13,8 @@ public:
     static const CyclicModel& instance();
 
     const MMModel& model() const { return model_; }
+    /// The same objects as a JSON document.
+    std::string document() const;
     MMObject object(std::size_t number) const { return things_[number % things_.size()].handle(); }
 
 private:
