@@ -306,7 +306,6 @@ std::string JsonHandler::expectation() const {
         case Level::objects:
             return "\"objects\" must be a list of objects.";
         case Level::start:
-            return "The document must be an object.";
         case Level::document:
         case Level::object:
             break;

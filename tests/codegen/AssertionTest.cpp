@@ -38,7 +38,7 @@ std::vector<TypePtr> typesWithoutTarget() {
 }
 
 void expectAssertion(const std::function<void()>& action, const std::string& file,
-                     const std::string& message) {
+                     const std::string& message, const std::string& condition = "false") {
     for (const bool isLogged : {false, true}) {
         const RecordedLog log(isLogged ? std::vector<std::string>{"Throw"}
                                        : std::vector<std::string>{"Catch"});
@@ -47,7 +47,7 @@ void expectAssertion(const std::function<void()>& action, const std::string& fil
             ADD_FAILURE() << "no assertion: " << message;
         } catch (const OrvAssertion& assertion) {
             EXPECT_EQ(assertion.what(), message);
-            EXPECT_EQ(assertion.getCondition(), "false");
+            EXPECT_EQ(assertion.getCondition(), condition);
             EXPECT_EQ(assertion.getFile(), file);
             EXPECT_EQ(log.text(), isLogged ? "Exception throw: " + message + "\n" : "");
         }
@@ -128,14 +128,31 @@ TEST(CodeGenAssertions, TypesWithoutTarget) {
 }
 
 TEST(CodeGenAssertions, ResultsOfAnotherKind) {
+    const std::string message = "A generated expression is not of the kind that its place needs.";
     const Checked<IfExpressionNode> conditional("if true then 1 else 2");
     conditional.node().setResultType(TypeExpression::objectType());
-    EXPECT_THROW(conditional.generate(), OrvAssertion);
+    expectAssertion([&] { conditional.generate(); }, "Target", message, "target");
     const Checked<LetExpressionNode> let("let x = 1 in x");
     let.node().setResultType(TypeExpression::stringCollectionType());
-    EXPECT_THROW(let.generate(), OrvAssertion);
+    expectAssertion([&] { let.generate(); }, "Target", message, "target");
     let.node().getBoundVariable()->setType(TypeExpression::objectType());
-    EXPECT_THROW(let.generate(), OrvAssertion);
+    expectAssertion([&] { let.generate(); }, "Target", message, "target");
+}
+
+TEST(CodeGenAssertions, ScopesOfAnotherExpression) {
+    const Checked<PathNode> path("this -> [a]");
+    CodeGenVisitor visitor(OrvCountedPtr<NameSpace>(new NameSpace), path.usage);
+    expectAssertion([&] { path.root->accept(visitor); }, "CodeGenVisitor",
+                    "A variable that every expression has is not declared.");
+}
+
+TEST(CodeGenAssertions, UnknownOperators) {
+    const Checked<BinaryExpressionNode> sum("1 + 2");
+    BinaryExpressionNode unknown(static_cast<BinaryOperator>(99), sum.node().getLhs(),
+                                 sum.node().getRhs());
+    CodeGenVisitor visitor(sum.nameSpace, sum.usage);
+    expectAssertion([&] { unknown.accept(visitor); }, "CodeGenVisitor",
+                    "A binary expression has no known operator.");
 }
 
 /// Gives a variable of its own, and remembers what it was asked for.

@@ -76,6 +76,8 @@ TEST(Edges, TextOfNaN) { check({{'S', "string (0.0 / 0.0)", "nan"}}); }
 
 TEST(Edges, Conversions) {
     check({
+        {'R', "real \"infinity\"", "!\"infinity\" is not a real."},
+        {'R', "real \"-NAN(0)\"", "!\"-NAN(0)\" is not a real."},
         {'I', "integer 2147483647.9", "2147483647"},
         {'I', "integer 2147483648.0", "!2147483648"},
         {'I', "integer (- 2147483648.9)", "-2147483648"},

@@ -13,6 +13,7 @@
 #include "codegen/FunctionCodeGenerator.h"
 #include "foundation/OrvConverter.h"
 #include "namespace/Catalogue.h"
+#include "parser/ParseOutcome.h"
 #include "types/TypeExprPrintVisitor.h"
 
 namespace {
@@ -174,6 +175,27 @@ TEST(NameSpace, PathOutsideATree) {
     const OrvCountedPtr<NameSpace>& nameSpace = visitor.getNameSpace();
     EXPECT_FALSE(nameSpace->find(*tree->getExpr(), "size", SymbolKind::function).empty());
     EXPECT_TRUE(nameSpace->getResolver(*tree->getExpr())->resolveLocal("this", {}).empty());
+}
+
+TEST(NameSpacePrinter, RefusesScopesThatAreNestedTooDeeplyForTheStack) {
+    std::string text = "true";
+    for (int level = 0; level < 900; ++level) {
+        text.insert(0, "for_all x in [a] => ");
+    }
+    const OrvCountedPtr<SpecificationNode> tree = parse(text).tree;
+    CreateNameSpaceVisitor scopes(TopLevelEnvironment::instance()->getScope());
+    tree->accept(scopes);
+    std::string thrown;
+    const auto body = [&thrown, &scopes] {
+        std::ostream silent(nullptr);
+        try {
+            NameSpacePrinter(silent).print(*scopes.getNameSpace());
+        } catch (const OrvException& exception) {
+            thrown = exception.what();
+        }
+    };
+    EXPECT_TRUE(runOnStack(std::size_t{64} * 1024, body));
+    EXPECT_EQ(thrown, "The scopes are nested too deeply to be printed.");
 }
 
 }  // namespace

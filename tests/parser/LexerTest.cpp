@@ -228,6 +228,28 @@ TEST(Lexer, FatalErrors) {
     checkScans(cases);
 }
 
+/// Fails where there is something to do, and has nothing to say.
+class SpeechlessLexer : public DLGLexer {
+public:
+    using DLGLexer::DLGLexer;
+
+protected:
+    Outcome act(int& /*number*/) override { fail(""); }
+};
+
+TEST(Lexer, HasASentenceForWhatHasNone) {
+    DLGStringInput input("a\n");
+    SpeechlessLexer lexer(&input);
+    ColumnToken token;
+    lexer.readToken(token);
+    try {
+        lexer.readToken(token);
+        ADD_FAILURE() << "no exception";
+    } catch (const ParseException& exception) {
+        EXPECT_EQ(described(exception), "1:2 Syntax error" + atError("\n"));
+    }
+}
+
 TEST(Lexer, Streams) {
     try {
         const DLGLexer lexer(nullptr);

@@ -295,6 +295,8 @@ TEST(Parser, SyntaxErrors) {
         {"$", "1:2", end, "name"},
         {"$true", "1:2", "'true'", "name"},
         {"$a of -b", "1:7", "'-'", "expression"},
+        {"a |=> b |=> c", "1:9", "'|=>'", "takes two operands: put two of them in parentheses."},
+        {"1 \"b\"", "1:3", "the string 'b'", end},
         {"f not a", "1:3", "'not'", "operator"},
         {"traverse a over b", "1:10", "'a'", "'{'"},
         {"filter {} over b", "1:9", "'}'", "expression"},

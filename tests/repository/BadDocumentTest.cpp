@@ -66,6 +66,10 @@ const std::vector<BadRow> badXmlRows{
     {"<a b='<'/>", "doc:1:7: \"<\" stands in the value of an attribute."},
     {"<a b=\"x<y\"/>", "doc:1:8: \"<\" stands in the value of an attribute."},
     {"<a <b/>", "doc:1:4: \"<\" stands inside a tag."},
+    {"<a></a b>", "doc:1:8: An end tag is not well formed."},
+    {"<a></a/>", "doc:1:7: An end tag is not well formed."},
+    {"<?1 ?><a/>", "doc:1:3: A processing instruction is not well formed."},
+    {"<a><? ?></a>", "doc:1:6: A processing instruction is not well formed."},
     {"<a></a b='1'>", "doc:1:10: An end tag holds more than a name."},
     {"<a></a <b/>", "doc:1:8: An end tag holds more than a name."},
     {"<a><!-- x -- y --></a>", "doc:1:4: A comment holds \"--\"."},
@@ -249,6 +253,10 @@ TEST_F(Folder, FilesAreReadOrRefused) {
     EXPECT_EQ(errorOfFile(file("empty.uml")), ":1:1: The file is empty.");
     std::ofstream(file("a.uml")) << "<a b='1'/>";
     EXPECT_EQ(errorOfFile(file("a.uml")), "");
+    std::ofstream(file("hole.uml")) << "<a/>";
+    std::filesystem::resize_file(file("hole.uml"),
+                                 std::uintmax_t{5} << 30U);  // no bytes on the disk
+    EXPECT_EQ(errorOfFile(file("hole.uml")), ": The file is larger than 4 GiB.");
     EXPECT_EQ(errorOfFile(file("a.uml") + "/b"), ": Cannot read it: Not a directory.");
     std::ofstream(file("b.uml")) << "<a>\n<b></a></b>";
     EXPECT_EQ(errorOfFile(file("b.uml")),
