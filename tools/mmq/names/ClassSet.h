@@ -62,6 +62,11 @@ public:
         return count;
     }
 
+    /// Some order of sets, for tables.
+    friend bool operator<(const ClassSet& left, const ClassSet& right) {
+        return left.words_ < right.words_;
+    }
+
     /// Calls `take` for each number, the smallest first.
     template <class Take>
     void forEach(const Take& take) const {

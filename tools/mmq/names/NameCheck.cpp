@@ -1,10 +1,13 @@
 // The tree of the compiled expression is walked; each visit of an expression leaves the classes of
 // the objects that it yields. Variables have the classes of what they are bound to. A path is
 // followed with sets of classes in place of objects, round its cycles until no step is reached by a
-// new class; then each step is judged once. What is not in the target expression, such as the value
-// of a let that is not used, is not looked at.
+// new class; then each step is judged once. Conditions may lead to steps that were judged, and even
+// to their own: such a step is judged again only where a class reaches it that did not before, so
+// that there is an end, and soon. What is not in the target expression, such as the value of a let
+// that is not used, is not looked at.
 #include "names/NameCheck.h"
 
+#include <map>
 #include <unordered_map>
 #include <utility>
 
@@ -29,8 +32,17 @@ public:
           receiver_(receiver),
           variables_(vocabulary, classesOfThis) {}
 
-    /// Tells of the names below a node. The classes of the objects that it yields; all where it
-    /// yields none.
+    /// Tells of the names in an expression, up to where it is nested too deeply for this walk.
+    /// The classes of the objects that it yields; all where it yields none.
+    ClassSet visitRoot(SpecificationNode& root) {
+        try {
+            return visit(*root.getExpr());
+        } catch (const ParseException&) {
+            return vocabulary_.allClasses();
+        }
+    }
+
+    /// Tells of the names below a node, and the same.
     ClassSet visit(ASTNode& node) {
         checkVisitDepth(node);
         result_ = vocabulary_.allClasses();
@@ -72,27 +84,50 @@ public:
     void visitDefinitionAssociation(DefinitionAssociationNode& /*node*/) override {}
 
 private:
-    using Outcomes = std::vector<ConditionOutcome>;  // by number of the variable
-    using Steps = std::unordered_map<DefinitionAssociationNode*, ClassSet>;
+    /// The classes of a variable before a condition that tests it, and what this says of them.
+    struct Narrowing {
+        ClassSet outside;
+        ConditionOutcome outcome;
+    };
+
+    using Narrowings = std::map<std::size_t, Narrowing>;  // by number of the variable
+    using Steps = std::unordered_map<DefinitionAssociationNode*, ClassSet>;  // and what arrives
+
+    /// The steps that are followed from one of a path, in order; of them, what the path yields.
+    struct Walk {
+        Steps steps;
+        std::vector<DefinitionAssociationNode*> order;
+        ClassSet result;
+    };
 
     ClassSet visit(const ExpressionPtr& node) { return visit(*node); }
 
     void visitQuantifier(QuantifierNode& node);
     void visitWithCurrent(ExpressionNode& body, const ClassSet& classes);
     ClassSet filtered(ExpressionNode& condition, const ClassSet& classes);
-    Outcomes judgeAll(ExpressionNode& condition) const;
-    void narrow(const Outcomes& outcomes, bool isTrue);
+    Narrowings judgeTested(ExpressionNode& whole, ExpressionNode& condition) const;
+    void combine(BinaryOperator op, ExpressionNode& right, Narrowings& narrowings) const;
+    void narrow(const Narrowings& narrowings, bool isTrue);
+    void widen(const Narrowings& narrowings);
     void takeClassNames(const PossibleTexts& texts, const PossibleTexts& other);
     ClassSet visitAll(const ExpressionNode& name);
     void visitAttribute(const TupleExpressionNode& arguments);
-    ClassSet followPath(AssociationNode& first, const ClassSet& classes);
+    ClassSet followPath(DefinitionAssociationNode& first, const ClassSet& classes);
+    ClassSet followLabel(DefinitionAssociationNode& step, const ClassSet& classes);
+    Walk walk(DefinitionAssociationNode& first, const ClassSet& classes);
     ClassSet reached(DefinitionAssociationNode& step, const ClassSet& classes);
+    static bool addTo(Steps& steps, DefinitionAssociationNode* step, const ClassSet& arriving);
+    void judgeSteps(const Walk& walk);
 
     const SourceMap* map_;
     const NameVocabulary& vocabulary_;
     NameReceiver& receiver_;
     VariableClasses variables_;
     TextFollower texts_;
+    Steps judged_;
+    std::unordered_map<const DefinitionAssociationNode*, const DefinitionAssociationNode*>
+        paths_;  // the first step of the path that a step is in
+    std::map<std::pair<const DefinitionAssociationNode*, ClassSet>, ClassSet> followed_;
     ClassSet result_;
 };
 
@@ -120,51 +155,64 @@ ClassSet NameVisitor::filtered(ExpressionNode& condition, const ClassSet& classe
     return result;
 }
 
-NameVisitor::Outcomes NameVisitor::judgeAll(ExpressionNode& condition) const {
-    Outcomes outcomes;
-    for (const ClassSet& classes : variables_.all()) {
-        outcomes.push_back(variables_.judge(condition, outcomes.size(), classes));
+// What a condition says of the variables that it tests, or the whole that begins with it.
+NameVisitor::Narrowings NameVisitor::judgeTested(ExpressionNode& whole,
+                                                 ExpressionNode& condition) const {
+    Narrowings narrowings;
+    for (const std::size_t variable : variables_.testedBy(whole)) {
+        const ClassSet& classes = variables_.classesOf(variable);
+        narrowings[variable] = {classes, variables_.judge(condition, variable, classes)};
     }
-    return outcomes;
+    return narrowings;
 }
 
 // Takes a condition to be true, or false, in what is visited next.
-void NameVisitor::narrow(const Outcomes& outcomes, bool isTrue) {
-    std::vector<ClassSet> classes;
-    for (const ConditionOutcome& outcome : outcomes) {
-        classes.push_back(isTrue ? outcome.whenTrue : outcome.whenFalse);
+void NameVisitor::narrow(const Narrowings& narrowings, bool isTrue) {
+    for (const auto& [variable, narrowing] : narrowings) {
+        const ConditionOutcome& outcome = narrowing.outcome;
+        variables_.setClasses(variable, isTrue ? outcome.whenTrue : outcome.whenFalse);
     }
-    variables_.setAll(classes);
+}
+
+void NameVisitor::widen(const Narrowings& narrowings) {
+    for (const auto& [variable, narrowing] : narrowings) {
+        variables_.setClasses(variable, narrowing.outside);
+    }
+}
+
+// Goes from what left operands say to what they say together with one more.
+void NameVisitor::combine(BinaryOperator op, ExpressionNode& right, Narrowings& narrowings) const {
+    for (auto& [variable, narrowing] : narrowings) {
+        narrowing.outcome =
+            variables_.combine(op, narrowing.outcome, right, variable, narrowing.outside);
+    }
 }
 
 // Right operands are visited with what the left ones say where they do not decide.
 void NameVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
     const LeftSpine spine(node);
     visit(spine.innermostOperand());
-    const std::vector<ClassSet> outside = variables_.all();
-    Outcomes outcomes = judgeAll(*spine.innermostOperand());
+    Narrowings narrowings = judgeTested(*node.getLhs(), *spine.innermostOperand());
     for (auto binary = spine.rbegin(); binary != spine.rend(); ++binary) {
         const BinaryOperator op = (*binary)->getOp();
         ExpressionNode& right = *(*binary)->getRhs();
-        narrow(outcomes, op != BinaryOperator::OR);
+        narrow(narrowings, op != BinaryOperator::OR);
         visit(right);
-        const bool isLast = *binary == &node;
-        for (std::size_t i = 0; i < outcomes.size() && !isLast; ++i) {
-            outcomes[i] = variables_.combine(op, outcomes[i], right, i, outside[i]);
+        if (*binary != &node) {
+            combine(op, right, narrowings);
         }
     }
-    variables_.setAll(outside);
+    widen(narrowings);
 }
 
 void NameVisitor::visitIfExpression(IfExpressionNode& node) {
     visit(node.getTest());
-    const Outcomes outcomes = judgeAll(*node.getTest());
-    const std::vector<ClassSet> outside = variables_.all();
-    narrow(outcomes, true);
+    const Narrowings narrowings = judgeTested(*node.getTest(), *node.getTest());
+    narrow(narrowings, true);
     ClassSet classes = visit(node.getThen());
-    narrow(outcomes, false);
+    narrow(narrowings, false);
     classes.insert(visit(node.getElse()));
-    variables_.setAll(outside);
+    widen(narrowings);
     result_ = std::move(classes);
 }
 
@@ -266,11 +314,23 @@ void NameVisitor::visitApplicationExpression(ApplicationExpressionNode& node) {
 
 // ---------------------------------------------------------------- paths
 
+// The step that a step or a reference stands for; null where a label is not declared.
+DefinitionAssociationNode* declaredStep(AssociationNode& node) {
+    if (node.getAssociationKind() == AssociationKind::definition) {
+        return static_cast<DefinitionAssociationNode*>(&node);
+    }
+    return node.getLabelSymbol() ? &node.getLabelSymbol()->getDeclaration() : nullptr;
+}
+
 void NameVisitor::visitPath(PathNode& node) {
     result_ = variables_.classesOf(node);
     if (node.getAssociation()) {
         const ClassSet classes = std::move(result_);
-        result_ = followPath(*node.getAssociation(), classes);
+        AssociationNode& first = *node.getAssociation();
+        DefinitionAssociationNode* const step = declaredStep(first);
+        result_ = step == nullptr  ? vocabulary_.allClasses()
+                  : step == &first ? followPath(*step, classes)
+                                   : followLabel(*step, classes);
     }
 }
 
@@ -285,18 +345,37 @@ ClassSet NameVisitor::reached(DefinitionAssociationNode& step, const ClassSet& c
     return result;
 }
 
-// The step that a step or a reference stands for; null where a label is not declared.
-DefinitionAssociationNode* declaredStep(AssociationNode& node) {
-    if (node.getAssociationKind() == AssociationKind::definition) {
-        return static_cast<DefinitionAssociationNode*>(&node);
+// Adds what reaches a step. Returns false where all of it did before.
+bool NameVisitor::addTo(Steps& steps, DefinitionAssociationNode* step, const ClassSet& arriving) {
+    const auto [place, isNew] = steps.try_emplace(step);
+    if (!isNew && place->second.contains(arriving)) {
+        return false;
     }
-    return node.getLabelSymbol() ? &node.getLabelSymbol()->getDeclaration() : nullptr;
+    place->second.insert(arriving);
+    return true;
 }
 
-ClassSet NameVisitor::followPath(AssociationNode& first, const ClassSet& classes) {
-    ClassSet result;
-    Steps steps;
-    std::vector<DefinitionAssociationNode*> order;
+ClassSet NameVisitor::followPath(DefinitionAssociationNode& first, const ClassSet& classes) {
+    const Walk walk = this->walk(first, classes);
+    judgeSteps(walk);
+    return walk.result;
+}
+
+// What a label of a path leads to from within the conditions of that path, which is asked often.
+ClassSet NameVisitor::followLabel(DefinitionAssociationNode& step, const ClassSet& classes) {
+    const auto [place, isNew] = followed_.try_emplace({&step, classes});
+    ClassSet& result = place->second;
+    if (isNew) {
+        const Walk walk = this->walk(step, classes);
+        result = walk.result;
+        judgeSteps(walk);
+    }
+    return result;
+}
+
+NameVisitor::Walk NameVisitor::walk(DefinitionAssociationNode& first, const ClassSet& classes) {
+    const auto* const path = paths_.try_emplace(&first, &first).first->second;
+    Walk walk;
     std::vector<std::pair<AssociationNode*, ClassSet>> pending{{&first, classes}};
     while (!pending.empty()) {
         auto [node, arriving] = std::move(pending.back());
@@ -305,32 +384,41 @@ ClassSet NameVisitor::followPath(AssociationNode& first, const ClassSet& classes
         if (step == nullptr) {
             continue;
         }
-        const auto [place, isNew] = steps.try_emplace(step);
-        if (!isNew && place->second.contains(arriving)) {
-            continue;
-        }
-        if (isNew) {
-            order.push_back(step);
-        }
-        place->second.insert(arriving);
-        const ClassSet targets = reached(*step, place->second);
-        if (step->getSibling()) {
-            pending.emplace_back(step->getSibling().get(), arriving);
-        }
-        if (step->getChild()) {
-            pending.emplace_back(step->getChild().get(), targets);
-        }
-        if (!step->getChild() || step->getAddToResult()) {
-            result.insert(targets);
+        if (paths_.try_emplace(step, path).first->second != path) {
+            walk.result.insert(followLabel(*step, arriving));
+        } else if (addTo(walk.steps, step, arriving)) {
+            walk.order.push_back(step);
+            const ClassSet targets = reached(*step, walk.steps[step]);
+            if (step->getSibling()) {
+                pending.emplace_back(step->getSibling().get(), arriving);
+            }
+            if (step->getChild()) {
+                pending.emplace_back(step->getChild().get(), targets);
+            }
+            if (!step->getChild() || step->getAddToResult()) {
+                walk.result.insert(targets);
+            }
         }
     }
-    for (DefinitionAssociationNode* step : order) {
-        receiver_.takeAssociation(*step, steps[step]);
+    return walk;
+}
+
+// Whatever leads to a step, a name is right there if one of the classes that reached it has it. The
+// conditions come last: where they lead to one of these steps, it has been judged.
+void NameVisitor::judgeSteps(const Walk& walk) {
+    std::vector<DefinitionAssociationNode*> judged;
+    for (DefinitionAssociationNode* step : walk.order) {
+        if (addTo(judged_, step, walk.steps.at(step))) {
+            receiver_.takeAssociation(*step, judged_[step]);
+            judged.push_back(step);
+        }
+    }
+    for (DefinitionAssociationNode* step : judged) {
         if (step->getCondition()) {
-            filtered(*step->getCondition(), vocabulary_.reach(steps[step], step->getName()));
+            visitWithCurrent(*step->getCondition(),
+                             vocabulary_.reach(judged_[step], step->getName()));
         }
     }
-    return result;
 }
 
 }  // namespace
@@ -346,22 +434,13 @@ NameCheckResult checkNames(const CompiledExpression& expression, const NameVocab
         return {judge.findings(), vocabulary.allClasses()};
     }
     NameVisitor visitor(expression.map.get(), vocabulary, classesOfThis, judge);
-    try {
-        ClassSet yielded = visitor.visit(*expression.map->getRoot()->getExpr());
-        return {judge.findings(), std::move(yielded)};
-    } catch (const ParseException& exception) {  // less of the stack is left than for compiling
-        const TextError error{exception.getLine(), exception.getColumn(), exception.what()};
-        return {{{error}, {}}, vocabulary.allClasses()};
-    }
+    ClassSet yielded = visitor.visitRoot(*expression.map->getRoot());
+    return {judge.findings(), std::move(yielded)};
 }
 
 void receiveNames(SpecificationNode& root, const NameVocabulary& vocabulary,
                   const ClassSet& classesOfThis, NameReceiver& receiver) {
-    try {
-        NameVisitor(nullptr, vocabulary, classesOfThis, receiver).visit(*root.getExpr());
-    } catch (const ParseException&) {
-        // Of what is nested too deeply, nothing is told.
-    }
+    NameVisitor(nullptr, vocabulary, classesOfThis, receiver).visitRoot(root);
 }
 
 bool showFindings(const NameFindings& findings, Messages& messages) {

@@ -52,20 +52,6 @@ void VariableClasses::push(const VariableSymbol* symbol, bool isCurrent, const C
     variables_.push_back({symbol, isCurrent, classes});
 }
 
-std::vector<ClassSet> VariableClasses::all() const {
-    std::vector<ClassSet> result;
-    for (const Variable& variable : variables_) {
-        result.push_back(variable.classes);
-    }
-    return result;
-}
-
-void VariableClasses::setAll(const std::vector<ClassSet>& classes) {
-    for (std::size_t i = 0; i < classes.size(); ++i) {
-        variables_[i].classes = classes[i];
-    }
-}
-
 std::optional<std::size_t> VariableClasses::find(const PathNode& path) const {
     if (path.isAnchor(AnchorKind::THIS)) {
         return 0;
@@ -89,22 +75,50 @@ const ClassSet& VariableClasses::classesOf(const PathNode& path) const {
                                             : vocabulary_.allClasses();
 }
 
-bool VariableClasses::isVariable(const ExpressionNode& node, std::size_t variable) const {
-    if (node.getExpressionKind() != ExpressionKind::path) {
-        return false;
+// The variable whose class is compared with a text.
+std::optional<std::size_t> VariableClasses::testedBy(const RelationalExpressionNode& test) const {
+    const ClassTest classTest = classTestOf(test);
+    if (!classTest || classTest.object->getExpressionKind() != ExpressionKind::path) {
+        return {};
     }
-    const auto& path = static_cast<const PathNode&>(node);
-    return !path.getAssociation() && !path.isAnchor(AnchorKind::MODEL) && find(path) == variable;
+    const auto& path = static_cast<const PathNode&>(*classTest.object);
+    return path.getAssociation() || path.isAnchor(AnchorKind::MODEL) ? std::nullopt : find(path);
+}
+
+std::set<std::size_t> VariableClasses::testedBy(ExpressionNode& condition) const {
+    std::set<std::size_t> variables;
+    collectTested(condition, variables);
+    return variables;
+}
+
+void VariableClasses::collectTested(ExpressionNode& condition,
+                                    std::set<std::size_t>& variables) const {
+    if (!OrvStack::hasRoom()) {
+        return;
+    }
+    const ExpressionKind kind = condition.getExpressionKind();
+    if (kind == ExpressionKind::relationalExpression) {
+        const auto variable = testedBy(static_cast<RelationalExpressionNode&>(condition));
+        if (variable) {
+            variables.insert(*variable);
+        }
+    } else if (kind == ExpressionKind::unaryExpression) {
+        collectTested(*static_cast<UnaryExpressionNode&>(condition).getExpr(), variables);
+    } else if (kind == ExpressionKind::binaryExpression) {
+        const LeftSpine spine(static_cast<BinaryExpressionNode&>(condition));
+        collectTested(*spine.innermostOperand(), variables);
+        for (const BinaryExpressionNode* binary : spine) {
+            collectTested(*binary->getRhs(), variables);
+        }
+    }
 }
 
 // Of what is never evaluated, nothing is known.
 ConditionOutcome VariableClasses::judgeTest(const RelationalExpressionNode& test,
                                             std::size_t variable, const ClassSet& classes) const {
-    const ClassTest classTest = classTestOf(test);
     const std::optional<ClassNumber> number =
-        classTest && isVariable(*classTest.object, variable)
-            ? vocabulary_.findClass(classTest.className->getText())
-            : std::nullopt;
+        testedBy(test) == variable ? vocabulary_.findClass(classTestOf(test).className->getText())
+                                   : std::nullopt;
     if (!number) {
         return {classes, classes};
     }

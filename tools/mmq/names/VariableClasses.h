@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <set>
 #include <vector>
 
 #include "ast/ExpressionNode.h"
@@ -32,9 +33,13 @@ public:
     /// The classes of the variable or of the model at which a path begins.
     const ClassSet& classesOf(const PathNode& path) const;
 
-    /// The classes of all variables, by their numbers, and others in their place.
-    std::vector<ClassSet> all() const;
-    void setAll(const std::vector<ClassSet>& classes);
+    const ClassSet& classesOf(std::size_t variable) const { return variables_[variable].classes; }
+    void setClasses(std::size_t variable, const ClassSet& classes) {
+        variables_[variable].classes = classes;
+    }
+
+    /// The numbers of the variables of which a condition says something.
+    std::set<std::size_t> testedBy(ExpressionNode& condition) const;
 
     /// What a condition says of a variable whose object may have these classes; of the innermost
     /// one.
@@ -55,7 +60,8 @@ private:
     };
 
     std::optional<std::size_t> find(const PathNode& path) const;
-    bool isVariable(const ExpressionNode& node, std::size_t variable) const;
+    std::optional<std::size_t> testedBy(const RelationalExpressionNode& test) const;
+    void collectTested(ExpressionNode& condition, std::set<std::size_t>& variables) const;
     ConditionOutcome judgeTest(const RelationalExpressionNode& test, std::size_t variable,
                                const ClassSet& classes) const;
 
