@@ -256,6 +256,18 @@ def check_edits(client):
         assert changed == client.open("file:///whole.mmq", text), (edits, text)
 
 
+def check_memory(mmq):
+    """A text in which every name is unknown takes little more than one that is right."""
+    client = Client(mmq, *MODEL)
+    peaks = []
+    for operand, count in ("$name", 0), ("x", 100):
+        assert len(client.open("file:///a.mmq", " + ".join([operand] * 20000))) == count
+        with open(f"/proc/{client.server.pid}/status", encoding="ascii") as status:
+            peaks.append(int(re.search(r"VmHWM:\s+(\d+)", status.read())[1]))
+    assert peaks[1] < 3 * peaks[0], peaks
+    client.leave()
+
+
 def check_agreement(mmq):
     """Positions in bytes, Markdown, and a model that the client names."""
     client = Client(mmq, "--stdio", rootUri="file:///nowhere",
@@ -299,6 +311,7 @@ def main():
     check_told(client)
     check_edits(client)
     client.leave()
+    check_memory(mmq)
     check_agreement(mmq)
     check_conversations(mmq)
 

@@ -7,7 +7,6 @@
 #include <iostream>
 
 #include "foundation/TextOutput.h"
-#include "names/SymbolHints.h"
 
 namespace mmq {
 
@@ -94,10 +93,11 @@ Messages::Messages(const ExpressionText& text, const Options& options, bool show
     : text_(text),
       ownSink_(std::make_unique<MessageWriter>(options)),
       sink_(*ownSink_),
-      showsProgress_(showsProgress) {}
+      showsProgress_(showsProgress),
+      hints_(text.text()) {}
 
 Messages::Messages(const ExpressionText& text, MessageSink& sink)
-    : text_(text), sink_(sink), showsProgress_(false) {}
+    : text_(text), sink_(sink), showsProgress_(false), hints_(text.text()) {}
 
 bool Messages::askYesNo(const std::string& /*question*/, bool defaultAnswer) {
     return defaultAnswer;
@@ -112,10 +112,12 @@ void Messages::showMessage(int line, int column, const std::string& source,
     } else if (showsProgress_) {
         std::cerr << message << '\n';
     }
+    if (sink_.isFull()) {
+        return;
+    }
     const std::string hint = isPatternBesideMatch(message)
                                  ? patternHint
-                                 : hintForUnknownSymbol(message, line, column, text_.text(), names_,
-                                                        !sink_.isForPrograms());
+                                 : hints_.hintFor(message, line, column, !sink_.isForPrograms());
     if (!hint.empty()) {
         showHint(line, column, hint);
     }

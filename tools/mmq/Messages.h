@@ -96,7 +96,7 @@ public:
     Messages(const ExpressionText& text, MessageSink& sink);
 
     /// Lets advice name what is in the model at hand.
-    void setNames(NamesAtHand names) { names_ = std::move(names); }
+    void setNames(NamesAtHand names) { hints_.setNames(std::move(names)); }
 
     /// Nobody is there to ask.
     bool askYesNo(const std::string& question, bool defaultAnswer) override;
@@ -120,7 +120,7 @@ private:
     std::unique_ptr<MessageSink> ownSink_;  // where none is borrowed
     MessageSink& sink_;
     bool showsProgress_;
-    NamesAtHand names_;
+    SymbolHints hints_;
     int errorCount_ = 0;
     bool isEmpty_ = true;
 };

@@ -1,12 +1,14 @@
 #include "names/SymbolHints.h"
 
+#include <algorithm>
 #include <array>
 #include <map>
+#include <set>
 #include <sstream>
 #include <string_view>
-#include <vector>
 
 #include "Messages.h"
+#include "foundation/OrvMemoryRegion.h"
 #include "names/NearestNames.h"
 #include "names/VisibleSymbols.h"
 #include "namespace/CreateNameSpaceVisitor.h"
@@ -43,26 +45,12 @@ std::string nameIn(std::string_view message, const UnknownSymbol& unknown) {
                    : std::string();
 }
 
-// The names of one kind that are known at a place of the text.
-std::vector<std::string> namesAt(const std::string& text, int line, int column, SymbolKind kind) {
-    std::vector<std::string> names;
-    SilentDialogs silent;
-    std::ostringstream dropped;
-    const auto root = SyntaxParser::parse(silent, text.c_str(), dropped);
-    if (!root) {
-        return names;
-    }
-    CreateNameSpaceVisitor visitor(TopLevelEnvironment::instance()->getScope());
-    root->accept(visitor);
-    const NameSpace& nameSpace = *visitor.getNameSpace();
-    for (const NameSpace::Entry& entry : nameSpace.entries()) {
-        if (entry.node->getLine() == line && entry.node->getColumn() == column) {
-            for (const Scope::Entry& visible : visibleSymbols(nameSpace, *entry.node, kind)) {
-                names.emplace_back(visible.name);
-            }
-        }
-    }
-    return names;
+std::pair<int, int> placeOf(const NameSpace::Entry& entry) {
+    return {entry.node->getLine(), entry.node->getColumn()};
+}
+
+bool isBefore(const NameSpace::Entry& left, const NameSpace::Entry& right) {
+    return placeOf(left) < placeOf(right);
 }
 
 /// What may stand where a variable does, by its name: a variable and a constant as they are, and
@@ -115,8 +103,44 @@ std::string adviceForVariable(const std::string& name, const std::vector<std::st
 
 }  // namespace
 
-std::string hintForUnknownSymbol(const std::string& message, int line, int column,
-                                 const std::string& text, const NamesAtHand& names,
+// The nodes and scopes go with the messages, not with the compilation that these are about.
+void SymbolHints::parse() {
+    const OrvCompilationMemory memory;
+    SilentDialogs silent;
+    std::ostringstream dropped;
+    root_ = SyntaxParser::parse(silent, text_.c_str(), dropped);
+    if (root_) {
+        CreateNameSpaceVisitor visitor(TopLevelEnvironment::instance()->getScope());
+        root_->accept(visitor);
+        nameSpace_ = visitor.getNameSpace();
+        nodes_.assign(nameSpace_->entries().begin(), nameSpace_->entries().end());
+        std::stable_sort(nodes_.begin(), nodes_.end(), isBefore);
+    }
+}
+
+// The names of one kind that are known at a place of the text; of all nodes of a long chain, the
+// scope is the same.
+std::vector<std::string> SymbolHints::namesAt(int line, int column, SymbolKind kind) {
+    if (!std::exchange(isParsed_, true)) {
+        parse();
+    }
+    std::vector<std::string> names;
+    std::set<NameSpace::ScopeNumber> scopes;
+    const std::pair<int, int> place{line, column};
+    const auto first =
+        std::partition_point(nodes_.begin(), nodes_.end(),
+                             [&place](const auto& entry) { return placeOf(entry) < place; });
+    for (auto entry = first; entry != nodes_.end() && placeOf(*entry) == place; ++entry) {
+        if (scopes.insert(entry->scope).second) {
+            for (const Scope::Entry& visible : visibleSymbols(*nameSpace_, *entry->node, kind)) {
+                names.emplace_back(visible.name);
+            }
+        }
+    }
+    return names;
+}
+
+std::string SymbolHints::hintFor(const std::string& message, int line, int column,
                                  bool isForPeople) {
     for (const UnknownSymbol& unknown : unknownSymbols) {
         const std::string name = nameIn(message, unknown);
@@ -124,9 +148,9 @@ std::string hintForUnknownSymbol(const std::string& message, int line, int colum
             continue;
         }
         try {
-            const std::vector<std::string> known = namesAt(text, line, column, unknown.kind);
+            const std::vector<std::string> known = namesAt(line, column, unknown.kind);
             return unknown.kind == SymbolKind::variable
-                       ? adviceForVariable(name, known, names, isForPeople)
+                       ? adviceForVariable(name, known, names_, isForPeople)
                        : didYouMean(nearestNames(name, known), unknown.written, "");
         } catch (const ParseException&) {
             return {};  // less of the stack is left than when the text was first parsed
