@@ -19,11 +19,19 @@ void addPosition(JsonWriter& json, const char* name, const Position& position) {
     json.endObject();
 }
 
-void addRange(JsonWriter& json, const Document& document, const TextRange& range) {
+void addRange(JsonWriter& json, const PositionRange& range) {
     json.beginObject("range");
-    addPosition(json, "start", document.position(range.offset));
-    addPosition(json, "end", document.position(range.endOffset));
+    addPosition(json, "start", range.start);
+    addPosition(json, "end", range.end);
     json.endObject();
+}
+
+PositionRange positionsOf(const Document& document, const TextRange& range) {
+    return {document.position(range.offset), document.position(range.endOffset)};
+}
+
+void addRange(JsonWriter& json, const Document& document, const TextRange& range) {
+    addRange(json, positionsOf(document, range));
 }
 
 TextRange inDocument(const ExpressionPart& part, const TextRange& range) {
@@ -92,8 +100,9 @@ private:
                                           ? completeClass(part.text.substr(0, cursor), part.names)
                                           : complete(part.text, cursor, part.names);
         const bool isBegun = completion.offset < cursor;
-        const TextRange range{isBegun ? part.offsetInDocument(completion.offset) : cursor_,
-                              cursor_};
+        const PositionRange range =
+            positionsOf(view_.document,
+                        {isBegun ? part.offsetInDocument(completion.offset) : cursor_, cursor_});
         const std::string ending = endingOf(completion.closing, part);
         for (const CompletionItem& item : completion.items) {
             if (isFit(item, part)) {
@@ -116,7 +125,8 @@ private:
         return (isPlain || !part.isInYaml) && (hasColon || !isColon_);
     }
 
-    void addItem(const CompletionItem& item, const TextRange& range, const std::string& ending) {
+    void addItem(const CompletionItem& item, const PositionRange& range,
+                 const std::string& ending) {
         json_.beginObject();
         json_.add("label", item.text);
         json_.add("kind", numberOf(item.kind));
@@ -124,7 +134,7 @@ private:
             json_.add("detail", item.detail);
         }
         json_.beginObject("textEdit");
-        addRange(json_, view_.document, range);
+        addRange(json_, range);
         json_.add("newText", item.text + ending);
         json_.endObject();
         json_.endObject();
