@@ -55,7 +55,7 @@ def main():
                for path in sorted(pathlib.Path("src").rglob("*")) if path.suffix in (".cpp", ".h")
                for line, text in literals_of(path)
                if is_sentence(text) and text.strip() not in everything]
-    print("\n".join(missing))
+    print(*missing, sep="\n", end="\n" if missing else "")
     return 1 if missing else 0
 
 

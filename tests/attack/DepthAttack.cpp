@@ -335,7 +335,7 @@ constexpr bool isStackAmple = false;  // 1,000 levels need not fit the stack
 void attack(const Shape& shape, std::size_t depth, std::size_t stackSize) {
     const std::string outcome = runInChild(shape.text(depth), stackSize).outcome;
     const std::string row = shape.name + " " + std::to_string(depth) + " levels, " +
-                            std::to_string(stackSize / mebibyte) + " MiB";
+                            std::to_string(stackSize / 1024) + " KiB";
     const std::string expected = shape.expected(depth);
     const bool isLoop = shape.cost == unlimited;
     const bool mustWork = isLoop || (depth * shape.cost + around <= levels &&
@@ -358,6 +358,19 @@ TEST(Depth, EveryShapeIsRightOrRefused) {
                 attack(shape, depth, stackSize);
             }
         }
+    }
+}
+
+// What compiles or evaluates has a stack of at least so much, where the code is optimised.
+constexpr std::size_t smallestStack = (isStackAmple ? 32U : 256U) * 1024U;
+
+TEST(Depth, TheSmallestStackIsEnoughForWhatIsNotNested) {
+    for (const Shape& shape : shapes()) {
+        for (const std::size_t depth : {2U, 10U, 100U, 1001U, 100'000U}) {
+            attack(shape, depth, smallestStack);
+        }
+        const std::string outcome = runInChild(shape.text(1), smallestStack).outcome;
+        EXPECT_EQ(outcome, shape.expected(1)) << shape.name;
     }
 }
 
