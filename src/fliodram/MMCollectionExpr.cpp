@@ -154,6 +154,8 @@ MMReverseExpr::MMReverseExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collect
 bool MMReverseExpr::forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const {
     context.checkDepth();
     std::vector<MMObject> objects = MMObjectCollector::collect(context, *collection_);
+    MMKeptBytes kept(context);
+    kept.add(objects.size() * sizeof(MMObject));
     std::reverse(objects.begin(), objects.end());
     return consumer.take(rangeOf(objects));
 }

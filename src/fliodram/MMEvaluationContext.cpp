@@ -21,6 +21,7 @@ void MMEvaluationContext::begin() {
     stackLimit_ = OrvStack::limit();
     budget_ = 0;
     remaining_ = limits_.steps;
+    kept_ = 0;
     if (limits_.time.count() != 0) {
         startClock();
     }
@@ -69,6 +70,12 @@ void MMEvaluationContext::throwCollectionTooLarge() const {
     throwLogged(MMEvaluationError(
         MMEvaluationError::Kind::collectionLimit,
         "A collection has more than " + std::to_string(limits_.collectionSize) + " elements."));
+}
+
+void MMEvaluationContext::throwTooMuchMemory() const {
+    throwLogged(MMEvaluationError(
+        MMEvaluationError::Kind::memoryLimit,
+        "The evaluation keeps more than " + std::to_string(limits_.memory) + " bytes."));
 }
 
 void MMEvaluationContext::throwTextTooLong() const {

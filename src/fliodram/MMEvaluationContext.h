@@ -25,6 +25,10 @@ struct MMEvaluationLimits {
     /// A flag of the host's, who sets it on another thread or in a signal handler to call the
     /// application off; null for none. Looked at as often as the clock, and borrowed.
     const std::atomic<bool>* isCancelled = nullptr;
+    /// Bytes that are kept at a time: of what lets keep, of collections that are sorted, reversed
+    /// or compared, of the keys by which they are sorted, and of texts whose other half is still to
+    /// be evaluated.
+    std::size_t memory = std::size_t{1} << 30U;
 };
 
 /// The surroundings of evaluations, one after the other, on one thread.
@@ -93,6 +97,16 @@ public:
         }
     }
 
+    /// Counts bytes that the evaluation keeps, before it does; throws where they are too many.
+    void keep(std::size_t size) {
+        if (size > limits_.memory || kept_ > limits_.memory - size) {
+            throwTooMuchMemory();
+        }
+        kept_ += size;
+    }
+    /// Counts that bytes are kept no longer. What is not given back ends with the application.
+    void giveBack(std::size_t size) { kept_ -= size < kept_ ? size : kept_; }
+
 private:
     static constexpr std::size_t bytesPerStep = 64;
 
@@ -102,6 +116,7 @@ private:
     [[noreturn]] static void throwTooDeep();
     [[noreturn]] void throwCollectionTooLarge() const;
     [[noreturn]] void throwTextTooLong() const;
+    [[noreturn]] void throwTooMuchMemory() const;
 
     const MMModel& model_;
     MMEvaluationLimits limits_;
@@ -109,4 +124,37 @@ private:
     std::uint64_t remaining_ = 0;  // steps after those
     std::chrono::steady_clock::time_point deadline_;
     std::uintptr_t stackLimit_ = 0;
+    std::size_t kept_ = 0;  // bytes
+};
+
+/// Counts the bytes that a frame of an evaluation keeps, for as long as this object lives in it.
+class MMKeptBytes {
+public:
+    explicit MMKeptBytes(MMEvaluationContext& context) : context_(context) {}
+    MMKeptBytes(const MMKeptBytes&) = delete;
+    MMKeptBytes& operator=(const MMKeptBytes&) = delete;
+    ~MMKeptBytes() {
+        if (size_ != 0) {
+            context_.giveBack(size_);
+        }
+    }
+
+    void add(std::size_t size) {
+        context_.keep(size);
+        size_ += size;
+    }
+    /// The same of a text whose other half is evaluated; a short one is not worth it, since
+    /// expressions are nested to some thousand levels at most. Returns whether it was added.
+    bool addLong(std::size_t size) {
+        constexpr std::size_t shortest = 4096;
+        if (size < shortest) {
+            return false;
+        }
+        add(size);
+        return true;
+    }
+
+private:
+    MMEvaluationContext& context_;
+    std::size_t size_ = 0;
 };

@@ -21,7 +21,8 @@ public:
         collectionLimit,
         textLimit,
         depthLimit,
-        cancelled
+        cancelled,
+        memoryLimit
     };
 
     MMEvaluationError(Kind kind, const std::string& message, const MMTarget* target = nullptr);

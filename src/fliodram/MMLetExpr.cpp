@@ -16,6 +16,7 @@ public:
     void take(std::string_view text) override {
         context_.countText(0, text.size());
         context_.checkCollectionSize(texts_.size() + 1);
+        context_.keep(sizeof(std::string) + text.size());
         texts_.emplace_back(text);
     }
 
@@ -25,6 +26,14 @@ private:
     MMEvaluationContext& context_;
     std::vector<std::string> texts_;
 };
+
+std::size_t sizeOf(const std::vector<std::string>& texts) {
+    std::size_t size = texts.size() * sizeof(std::string);
+    for (const std::string& text : texts) {
+        size += text.size();
+    }
+    return size;
+}
 
 bool isEmpty(const MMCachedState& state) { return state.content.index() == 0; }
 
@@ -40,6 +49,17 @@ void printLet(MMTargetPrinter& printer, const char* className,
 }
 
 }  // namespace
+
+std::size_t MMCachedState::size() const {
+    if (const auto* const value = std::get_if<MMValue>(&content)) {
+        return value->ownSize();
+    }
+    if (const auto* const objects = std::get_if<std::vector<MMObject>>(&content)) {
+        return objects->size() * sizeof(MMObject);
+    }
+    const auto* const texts = std::get_if<std::vector<std::string>>(&content);
+    return texts != nullptr ? sizeOf(*texts) : 0;
+}
 
 MMValueBindingExpr::MMValueBindingExpr() : expr_(*this) {}
 MMValueBindingExpr::MMValueBindingExpr(const OrvCyclicPtr<MMValueExpr>& expr)
@@ -60,6 +80,9 @@ MMValue MMValueBindingExpr::evaluate(MMEvaluationContext& context) const {
     if (isEmpty(state_)) {
         context.checkDepth();
         MMValue value = expr_->evaluate(context);
+        if (value.ownSize() != 0) {
+            context.keep(value.ownSize());
+        }
         state_.content = std::move(value);
     }
     const MMValue& value = std::get<MMValue>(state_.content);
@@ -108,7 +131,9 @@ bool MMObjectCollectionBindingExpr::findRange(MMEvaluationContext& context, MMOb
                                               std::vector<MMObject>& /*buffer*/) const {
     if (isEmpty(state_)) {
         context.checkDepth();
-        state_.content = MMObjectCollector::collect(context, *expr_);
+        std::vector<MMObject> objects = MMObjectCollector::collect(context, *expr_);
+        context.keep(objects.size() * sizeof(MMObject));
+        state_.content = std::move(objects);
     }
     range = rangeOf(std::get<std::vector<MMObject>>(state_.content));
     return true;
@@ -164,7 +189,7 @@ void MMLetValueExpr::print(MMTargetPrinter& printer) const {
 // The value may be a text that the binding keeps: it becomes its own before the binding loses it.
 MMValue MMLetValueExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
-    const MMCacheScope scope(*binding_);
+    const MMCacheScope scope(*binding_, &context);
     MMValue value = body_->evaluate(context);
     ownText(context, value);
     return value;
@@ -180,7 +205,7 @@ void MMLetObjectExpr::print(MMTargetPrinter& printer) const {
 
 MMObject MMLetObjectExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
-    const MMCacheScope scope(*binding_);
+    const MMCacheScope scope(*binding_, &context);
     return body_->evaluate(context);
 }
 
@@ -195,7 +220,7 @@ void MMLetObjectCollectionExpr::print(MMTargetPrinter& printer) const {
 bool MMLetObjectCollectionExpr::forEach(MMEvaluationContext& context,
                                         MMObjectConsumer& consumer) const {
     context.checkDepth();
-    const MMCacheScope scope(*binding_);
+    const MMCacheScope scope(*binding_, &context);
     return body_->forEach(context, consumer);
 }
 
@@ -210,6 +235,6 @@ void MMLetStringCollectionExpr::print(MMTargetPrinter& printer) const {
 void MMLetStringCollectionExpr::forEach(MMEvaluationContext& context,
                                         MMTextConsumer& consumer) const {
     context.checkDepth();
-    const MMCacheScope scope(*binding_);
+    const MMCacheScope scope(*binding_, &context);
     body_->forEach(context, consumer);
 }

@@ -12,23 +12,38 @@
 /// What a binding keeps: nothing yet, or the value that its expression had.
 class MMCachedState {
 public:
+    /// The bytes for which the binding called MMEvaluationContext::keep().
+    std::size_t size() const;
+    bool hasSize() const {
+        const MMValue* const value = std::get_if<MMValue>(&content);
+        return value != nullptr ? value->getKind() == MMValue::Kind::text : content.index() > 2;
+    }
+
     std::variant<std::monostate, MMValue, MMObject, std::vector<MMObject>, std::vector<std::string>>
         content;
 };
 
 /// Gives a binding an empty state for as long as this object lives and restores what it had
-/// before, also when an exception passes.
+/// before, also when an exception passes. With the context of an evaluation, gives back to that
+/// what the binding kept.
 class MMCacheScope {
 public:
-    explicit MMCacheScope(MMCachedExpr& binding) : binding_(binding) {
+    explicit MMCacheScope(MMCachedExpr& binding, MMEvaluationContext* context = nullptr)
+        : binding_(binding), context_(context) {
         binding_.exchangeState(state_);
     }
     MMCacheScope(const MMCacheScope&) = delete;
     MMCacheScope& operator=(const MMCacheScope&) = delete;
-    ~MMCacheScope() { binding_.exchangeState(state_); }
+    ~MMCacheScope() {
+        binding_.exchangeState(state_);
+        if (context_ != nullptr && state_.hasSize()) {
+            context_->giveBack(state_.size());
+        }
+    }
 
 private:
     MMCachedExpr& binding_;
+    MMEvaluationContext* context_;
     MMCachedState state_;
 };
 

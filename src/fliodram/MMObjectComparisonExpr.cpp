@@ -49,6 +49,8 @@ MMObjectSetExpr::MMObjectSetExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& lhs
 bool MMObjectSetExpr::evaluateBoolean(MMEvaluationContext& context) const {
     context.checkDepth();
     const std::vector<MMObject> left = sortedSet(context, *lhs_);
+    MMKeptBytes kept(context);
+    kept.add(left.size() * sizeof(MMObject));
     const std::vector<MMObject> right = sortedSet(context, *rhs_);
     switch (op_) {
         case MM_SET_EQUAL:

@@ -191,15 +191,19 @@ std::string_view MMArithmeticExpr::evaluateText(MMEvaluationContext& context,
     return buffer;
 }
 
-// The operands of a join are appended from left to right; a long chain of joins in a loop.
+// The operands of a join are appended from left to right; a long chain of joins in a loop. What one
+// operand has appended is kept while the next is evaluated.
 void MMArithmeticExpr::appendText(MMEvaluationContext& context, std::string& text) const {
     if (!isAlways(MMValue::Kind::text)) {
         MMValueExpr::appendText(context, text);
         return;
     }
     context.checkDepth();
+    MMKeptBytes kept(context);
+    std::size_t counted = text.size();
     if (!isLongChain()) {
         lhs()->appendText(context, text);
+        kept.addLong(text.size() - counted);
         rhs()->appendText(context, text);
         return;
     }
@@ -209,6 +213,9 @@ void MMArithmeticExpr::appendText(MMEvaluationContext& context, std::string& tex
     }
     chain()[joins - 1]->lhs()->appendText(context, text);
     while (joins != 0) {
+        if (kept.addLong(text.size() - counted)) {
+            counted = text.size();
+        }
         chain()[--joins]->rhs()->appendText(context, text);
     }
 }
@@ -218,6 +225,8 @@ void MMArithmeticExpr::apply(MMEvaluationContext& context, MMValue& value) const
         evaluateAt(*this, [&] { negate(value); });
         return;
     }
+    MMKeptBytes kept(context);
+    kept.addLong(value.ownSize());
     const MMValue right = rhs()->evaluate(context);
     evaluateAt(*this, [&] { combine(context, value, right); });
 }
@@ -303,6 +312,8 @@ bool MMRelationalExpr::holds(std::partial_ordering order) const {
 }
 
 void MMRelationalExpr::apply(MMEvaluationContext& context, MMValue& value) const {
+    MMKeptBytes kept(context);
+    kept.addLong(value.ownSize());
     value = MMValue(holds(compareValues(context, value, rhs()->evaluate(context))));
 }
 
@@ -339,6 +350,8 @@ bool MMRelationalExpr::compareTexts(MMEvaluationContext& context) const {
     std::string leftBuffer;
     std::string rightBuffer;
     const std::string_view left = lhs()->evaluateText(context, leftBuffer);
+    MMKeptBytes kept(context);
+    kept.addLong(leftBuffer.size());
     const std::string_view right = constantRight_.data() != nullptr
                                        ? constantRight_
                                        : rhs()->evaluateText(context, rightBuffer);
@@ -375,5 +388,7 @@ bool MMRelationalExpr::evaluateBoolean(MMEvaluationContext& context) const {
         return holds(left <=> rhs()->evaluateInteger(context));
     }
     const MMValue left = lhs()->evaluate(context);
+    MMKeptBytes kept(context);
+    kept.addLong(left.ownSize());
     return holds(compareValues(context, left, rhs()->evaluate(context)));
 }

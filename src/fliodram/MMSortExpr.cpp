@@ -61,9 +61,10 @@ std::uint64_t numberOf(std::string_view text) {
 class MMSortExpr::Sorting {
 public:
     Sorting(MMEvaluationContext& context, const std::deque<Key>& keys)
-        : context_(context), keys_(keys) {}
+        : context_(context), keys_(keys), kept_(context) {}
 
     std::vector<MMObject> run(const std::vector<MMObject>& objects) {
+        kept_.add(objects.size() * bytesPerObject());
         entries_.reserve(objects.size());
         furtherKeys_.reserve(objects.size() * (keys_.empty() ? 0 : keys_.size() - 1));
         const MMObjectRange range = rangeOf(objects);
@@ -91,6 +92,11 @@ private:
         MMObject object;
         std::size_t number;  // in the order in which they came
     };
+
+    // In the collection, the sorted one and the list that is sorted, of which sorting copies half.
+    std::size_t bytesPerObject() const {
+        return 2 * sizeof(MMObject) + sizeof(Entry) * 3 / 2 + keys_.size() * sizeof(SortKey);
+    }
 
     void add(MMObject object) {
         Entry entry{{}, object, entries_.size()};
@@ -126,7 +132,11 @@ private:
     std::string_view keep(MMValue& value) {
         std::string buffer;
         const std::string_view text = value.releaseText(buffer);
-        return text.data() != buffer.data() ? text : texts_.emplace_back(std::move(buffer));
+        if (text.data() != buffer.data()) {
+            return text;
+        }
+        kept_.add(sizeof(std::string) + buffer.capacity());
+        return texts_.emplace_back(std::move(buffer));
     }
 
     bool isBefore(const Entry& left, const Entry& right) const {
@@ -145,6 +155,7 @@ private:
 
     MMEvaluationContext& context_;
     const std::deque<Key>& keys_;
+    MMKeptBytes kept_;
     std::vector<Entry> entries_;
     std::vector<SortKey> furtherKeys_;  // those of one object side by side
     std::deque<std::string> texts_;     // that belong to nobody else
@@ -164,6 +175,8 @@ bool MMSortExpr::forEach(MMEvaluationContext& context, MMObjectConsumer& consume
     context.checkDepth();
     const std::vector<MMObject> objects = MMObjectCollector::collect(context, *collection_);
     const std::vector<MMObject> sorted = Sorting(context, keys_).run(objects);
+    MMKeptBytes kept(context);
+    kept.add((objects.size() + sorted.size()) * sizeof(MMObject));
     return consumer.take(rangeOf(sorted));
 }
 

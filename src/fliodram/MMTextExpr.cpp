@@ -32,7 +32,13 @@ private:
 class Joiner final : public MMTextConsumer {
 public:
     Joiner(MMEvaluationContext& context, std::string_view delimiter, std::string& joined)
-        : context_(context), delimiter_(delimiter), joined_(joined) {}
+        : context_(context),
+          delimiter_(delimiter),
+          joined_(joined),
+          kept_(context),
+          counted_(joined.size()) {
+        kept_.addLong(delimiter.size());
+    }
 
     void take(std::string_view text) override {
         context_.countText(joined_.size(), delimiter_.size() + text.size());
@@ -41,12 +47,17 @@ public:
         }
         isFirst_ = false;
         joined_.append(text);
+        if (kept_.addLong(joined_.size() - counted_)) {
+            counted_ = joined_.size();
+        }
     }
 
 private:
     MMEvaluationContext& context_;
     std::string_view delimiter_;
     std::string& joined_;
+    MMKeptBytes kept_;     // of the joined text, while the next is evaluated
+    std::size_t counted_;  // up to where it was added
     bool isFirst_ = true;
 };
 

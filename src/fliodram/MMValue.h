@@ -71,6 +71,11 @@ public:
 
     /// Whether it is a text that lives elsewhere.
     bool isBorrowed() const { return std::holds_alternative<std::string_view>(content_); }
+    /// The bytes of a text of its own; 0 for any other value.
+    std::size_t ownSize() const {
+        const std::string* const text = std::get_if<std::string>(&content_);
+        return text != nullptr ? text->capacity() : 0;
+    }
     /// Makes a borrowed text the value's own.
     void own();
     /// Appends to a text, which becomes the value's own; std::bad_variant_access for other kinds.

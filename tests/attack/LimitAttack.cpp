@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdlib>
 #include <ctime>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -182,6 +183,60 @@ TEST(Hostile, ExpressionsStopAtTheirLimits) {
                 EXPECT_EQ(harmless->apply(context, object).getText(), "name0!") << text;
             }
         }
+    }
+}
+
+// With 64 MiB, a text of 10 MB that may be kept some times, and 90,000 objects.
+TEST(Hostile, NothingKeepsMoreThanTheLimit) {
+    const std::vector<Thing> things = makeThings();
+    const StructModel model(things);
+    MMEvaluationLimits limits;
+    limits.memory = std::size_t{1} << 26U;
+    MMEvaluationContext context(model, limits);
+    const std::string all = "all \"N\"";
+    const std::string pairs = "traverse {" + all + "} over " + all;
+    std::string lets;
+    for (int i = 0; i < 10; ++i) {
+        const std::string name = 'u' + std::to_string(i);
+        lets += "let " + name + " = t + \"\" in if " + name + " = \"\" then \"\" else ";
+    }
+    const struct {
+        bool isLimited;
+        std::string text;
+    } rows[] = {
+        {true, withLongText("0123456789", "string size sort {t + $name} over " + all)},
+        {true, withLongText("0123456789", "string size sort {1} & sort {t + $name} over " + all)},
+        {true, withLongText("0123456789", "let m = map {t} over " + all + " in concat m")},
+        {true, withLongText("0123456789", lets + "t")},
+        {true, "string size sort {1} over traverse {" + pairs + "} over [a]"},
+        {true, withLongText("0123456789", "\"\" + " + nested("toupper (t + ", "t", ")", 10))},
+        {true, withLongText("0123456789", "let u = t in " + nested("toupper (u + ", "u", ")", 10))},
+        {true,
+         withLongText("0123456789", nested("delim (\"\", map {t + ", "t", "} over [a])", 10))},
+        {true, withLongText("0123456789", nested("string (toupper t <> ", "\"\"", ")", 10))},
+        // what goes is given back
+        {false, "string (for_all x in " + all + " => size sort {$name + \"" +
+                    std::string(100000, 'x') + "\"} over [a] > 0)"},
+        {false,
+         withLongText("0123456789",
+                      "string (for_all x in " + all + " => (let u = t + $name in u <> \"\"))", 15)},
+        {false, "string (for_all x in " + all + " => (let c = " + pairs + " in size c > 0))"},
+        {false, "string (for_all x in " + all + " => size reverse (" + pairs + ") > 0)"},
+        {false, "string (for_all x in " + all + " => (let m = map {$long} over " + all +
+                    " in concat m <> \"\"))"},
+    };
+    RecordingDialogs dialogs;
+    for (const auto& row : rows) {
+        const auto expression = ExprParser::parseAssociatedAttribute(dialogs, row.text);
+        ASSERT_TRUE(expression) << row.text << "\n" << dialogs.messages.back();
+        std::optional<MMEvaluationError::Kind> error;
+        try {
+            (void)expression->apply(context, things.front().handle());
+        } catch (const MMEvaluationError& caught) {
+            error = caught.getKind();
+        }
+        EXPECT_EQ(error == MMEvaluationError::Kind::memoryLimit, row.isLimited) << row.text;
+        EXPECT_EQ(error.has_value(), row.isLimited) << row.text;
     }
 }
 

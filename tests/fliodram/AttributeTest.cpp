@@ -169,6 +169,18 @@ TEST(MMEvaluationContext, LimitsEndAnEvaluation) {
     context.checkTextSize(5);
     EXPECT_EQ(kindOf([&] { context.checkTextSize(6); }),
               std::make_pair(Kind::textLimit, std::string("A text is longer than 5 bytes.")));
+    limits.memory = 8;
+    context.setLimits(limits);
+    const std::pair<Kind, std::string> tooMuchMemory = {Kind::memoryLimit,
+                                                        "The evaluation keeps more than 8 bytes."};
+    for (int round = 0; round < 2; ++round) {
+        context.begin();
+        context.keep(5);
+        EXPECT_EQ(kindOf([&] { context.keep(4); }), tooMuchMemory);
+        EXPECT_EQ(kindOf([&] { context.keep(~std::size_t{0}); }), tooMuchMemory);
+        context.giveBack(1);
+        context.keep(4);
+    }
     limits.time = std::chrono::milliseconds(1);
     limits.steps = ~std::uint64_t{0};
     context.setLimits(limits);
