@@ -55,15 +55,16 @@ private:
         return result;
     }
 
-    // Of the names in a list, those that are none of the others.
+    // Of the names in a list, those that are none of the others, in the order of the list.
     static std::vector<std::string> namesOutside(std::string_view list,
                                                  const std::vector<std::string>& others) {
         constexpr std::string_view separator = ", ";
+        const std::unordered_set<std::string_view> known(others.begin(), others.end());
         std::vector<std::string> result;
         while (!list.empty()) {
             const std::string_view name = list.substr(0, list.find(separator));
             list.remove_prefix(std::min(name.size() + separator.size(), list.size()));
-            if (std::find(others.begin(), others.end(), name) == others.end()) {
+            if (!known.contains(name)) {
                 result.emplace_back(name);
             }
         }
@@ -100,6 +101,56 @@ private:
     const RepositoryModel& model_;
 };
 
+// Who inherits from whom, each name looked up once.
+class Inheritance {
+public:
+    explicit Inheritance(const Metamodel& metamodel)
+        : classes_(metamodel.classes()), supertypes_(classes_.size()), seenFrom_(classes_.size()) {
+        for (std::size_t number = 0; number < classes_.size(); ++number) {
+            addSupertypes(number, metamodel);
+        }
+    }
+
+    // The class and its supertypes, the nearer ones first, each once; good until the next call.
+    const std::vector<const MetamodelClass*>& withSupertypes(std::size_t start) {
+        result_.clear();
+        add(start, start);
+        for (std::size_t i = 0; i < result_.size(); ++i) {
+            for (const std::size_t supertype : supertypes_[numberOf(result_[i])]) {
+                add(supertype, start);
+            }
+        }
+        return result_;
+    }
+
+private:
+    std::size_t numberOf(const MetamodelClass* declared) const {
+        return static_cast<std::size_t>(declared - classes_.data());
+    }
+
+    void addSupertypes(std::size_t number, const Metamodel& metamodel) {
+        std::unordered_set<std::string_view> seen;
+        for (const std::string& name : classes_[number].supertypes) {
+            const MetamodelClass* const supertype = metamodel.findClass(name);
+            if (supertype != nullptr && seen.insert(name).second) {
+                supertypes_[number].push_back(numberOf(supertype));
+            }
+        }
+    }
+
+    void add(std::size_t number, std::size_t start) {
+        if (seenFrom_[number] != start + 1) {
+            seenFrom_[number] = start + 1;
+            result_.push_back(&classes_[number]);
+        }
+    }
+
+    const std::vector<MetamodelClass>& classes_;
+    std::vector<std::vector<std::size_t>> supertypes_;  // of each class, each once
+    std::vector<std::size_t> seenFrom_;                 // one more than the start that saw it last
+    std::vector<const MetamodelClass*> result_;
+};
+
 }  // namespace
 
 std::shared_ptr<const Metamodel> Metamodel::readFile(const std::string& path) {
@@ -132,9 +183,10 @@ Metamodel::Metamodel(std::vector<MetamodelClass> classes) : classes_(std::move(c
 
 // Gathers the features of all classes; false when they are too many.
 bool Metamodel::gatherAll() {
+    Inheritance inheritance(*this);
     std::size_t total = 0;
-    for (const MetamodelClass& start : classes_) {
-        const std::vector<const MetamodelClass*> all = withSupertypes(start);
+    for (std::size_t number = 0; number < classes_.size(); ++number) {
+        const std::vector<const MetamodelClass*>& all = inheritance.withSupertypes(number);
         allFeatures_.push_back(gather(all));
         total += all.size() + allFeatures_.back().size();
         if (total > mostFeatures) {
@@ -142,21 +194,6 @@ bool Metamodel::gatherAll() {
         }
     }
     return true;
-}
-
-// The class and its supertypes, the nearer ones first, each once.
-std::vector<const MetamodelClass*> Metamodel::withSupertypes(const MetamodelClass& start) const {
-    std::vector<const MetamodelClass*> result{&start};
-    std::unordered_set<const MetamodelClass*> seen{&start};
-    for (std::size_t i = 0; i < result.size(); ++i) {
-        for (const std::string& name : result[i]->supertypes) {
-            const MetamodelClass* const supertype = findClass(name);
-            if (supertype != nullptr && seen.insert(supertype).second) {
-                result.push_back(supertype);
-            }
-        }
-    }
-    return result;
 }
 
 Metamodel::Features Metamodel::gather(const std::vector<const MetamodelClass*>& classes) {

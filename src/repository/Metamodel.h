@@ -76,7 +76,6 @@ private:
 
     static std::shared_ptr<const Metamodel> make(const RepositoryModel& document);
     bool gatherAll();
-    std::vector<const MetamodelClass*> withSupertypes(const MetamodelClass& start) const;
     static Features gather(const std::vector<const MetamodelClass*>& classes);
 
     std::vector<MetamodelClass> classes_;

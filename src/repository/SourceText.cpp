@@ -64,6 +64,9 @@ void SourceText::fill(const std::string& path) {
     if (std::filesystem::is_directory(path, error)) {
         fail("It is a directory, not a file.");
     }
+    if (std::filesystem::is_character_file(path, error)) {
+        fail("It is a device, not a file.");  // which may have no end
+    }
     errno = 0;
     const OpenFile file(std::fopen(path.c_str(), "rb"));
     if (file == nullptr) {

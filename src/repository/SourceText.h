@@ -20,8 +20,8 @@
 class SourceText {
 public:
     /// Reads the whole of a file, a pipe included. Throws ModelError with a sentence for whatever
-    /// is in the way: no such file, a directory, no permission, an empty or too large file, an
-    /// unknown encoding, bytes that are not of the encoding.
+    /// is in the way: no such file, a directory, a device, no permission, an empty or too large
+    /// file, an unknown encoding, bytes that are not of the encoding.
     static SourceText readFile(const std::string& path);
 
     /// A copy of a text in memory, called `name` in messages. Throws as readFile() does.

@@ -249,6 +249,7 @@ private:
 TEST_F(Folder, FilesAreReadOrRefused) {
     EXPECT_EQ(errorOfFile(file("none.uml")), ": There is no such file.");
     EXPECT_EQ(errorOfFile(file("")), ": It is a directory, not a file.");
+    EXPECT_EQ(errorOfFile("/dev/null"), ": It is a device, not a file.");
     std::ofstream(file("empty.uml")).flush();
     EXPECT_EQ(errorOfFile(file("empty.uml")), ":1:1: The file is empty.");
     std::ofstream(file("a.uml")) << "<a b='1'/>";
