@@ -6,7 +6,7 @@
 namespace mmq {
 
 /// The bytes of a file; those of the standard input for "-". Throws std::runtime_error where it
-/// cannot be read, with a sentence about `what`, such as "The expression".
+/// cannot be read or has more than 256 MiB, with a sentence about `what`, such as "The expression".
 std::string readTextFile(const std::string& path, const std::string& what);
 
 }  // namespace mmq
