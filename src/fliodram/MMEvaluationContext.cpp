@@ -11,6 +11,11 @@ using Clock = std::chrono::steady_clock;
 
 // How many steps pass between two looks at the clock: well below a millisecond.
 constexpr std::uint64_t stepsPerLook = 4096;
+constexpr std::uint64_t nanosecondsPerStep = 4;
+
+std::uint64_t stepsOf(std::chrono::nanoseconds time) {
+    return static_cast<std::uint64_t>(time.count()) / nanosecondsPerStep;
+}
 
 }  // namespace
 
@@ -37,23 +42,47 @@ void MMEvaluationContext::startClock() {
     deadline_ = isEndless ? Clock::time_point::max() : now + limits_.time;
 }
 
+void MMEvaluationContext::countTime(std::chrono::nanoseconds taken) { step(stepsOf(taken)); }
+
+void MMEvaluationContext::checkForesight(std::chrono::nanoseconds worst) const {
+    constexpr std::chrono::milliseconds slack(50);
+    if (worst <= slack) {
+        return;
+    }
+    checkCancelled();
+    if (stepsOf(worst - slack) > budget_ + remaining_) {
+        throwTooManySteps();
+    }
+    if (limits_.time.count() > 0 && worst - slack > deadline_ - Clock::now()) {
+        throwTimeIsUp();
+    }
+}
+
 void MMEvaluationContext::refill(std::uint64_t count) {
     if (count > budget_ + remaining_) {
-        throwLogged(MMEvaluationError(
-            MMEvaluationError::Kind::stepLimit,
-            "The evaluation needs more than " + std::to_string(limits_.steps) + " steps."));
+        throwTooManySteps();
     }
     if (limits_.time.count() > 0 && Clock::now() > deadline_) {
         throwTimeIsUp();
     }
-    if (limits_.isCancelled != nullptr && limits_.isCancelled->load(std::memory_order_relaxed)) {
-        throwLogged(MMEvaluationError(MMEvaluationError::Kind::cancelled,
-                                      "The evaluation was called off."));
-    }
+    checkCancelled();
     const std::uint64_t granted =
         std::min(remaining_, std::max(stepsPerLook, count - std::min(count, budget_)));
     budget_ += granted;
     remaining_ -= granted;
+}
+
+void MMEvaluationContext::checkCancelled() const {
+    if (limits_.isCancelled != nullptr && limits_.isCancelled->load(std::memory_order_relaxed)) {
+        throwLogged(MMEvaluationError(MMEvaluationError::Kind::cancelled,
+                                      "The evaluation was called off."));
+    }
+}
+
+void MMEvaluationContext::throwTooManySteps() const {
+    throwLogged(MMEvaluationError(
+        MMEvaluationError::Kind::stepLimit,
+        "The evaluation needs more than " + std::to_string(limits_.steps) + " steps."));
 }
 
 void MMEvaluationContext::throwTimeIsUp() {

@@ -78,6 +78,13 @@ public:
         countBytes(size);
     }
 
+    /// Counts the steps of an operation by the time that it took.
+    void countTime(std::chrono::nanoseconds taken);
+
+    /// Throws where an operation that cannot be stopped, and takes so long at worst, might go past
+    /// the limits on steps or time by more than some 50 ms.
+    void checkForesight(std::chrono::nanoseconds worst) const;
+
     /// Throws when the calling frame leaves too little of the thread's stack.
     void checkDepth() const {
         if (OrvStack::isBelow(stackLimit_)) {
@@ -112,6 +119,8 @@ private:
 
     void startClock();
     void refill(std::uint64_t count);
+    void checkCancelled() const;
+    [[noreturn]] void throwTooManySteps() const;
     [[noreturn]] static void throwTimeIsUp();
     [[noreturn]] static void throwTooDeep();
     [[noreturn]] void throwCollectionTooLarge() const;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "support/OrvException.h"
 
@@ -47,6 +48,9 @@ private:
 /// where the caller knows it.
 [[noreturn]] void throwEvaluationFailure(const std::string& message,
                                          const MMTarget* target = nullptr);
+
+/// Appends a text to a sentence, in quotes, and cut where it is longer than 40 bytes.
+void appendQuoted(std::string& sentence, std::string_view text);
 
 /// Runs what an expression does when its operands are evaluated; if that throws, `target` is told
 /// as the expression that failed. Costs nothing where nothing throws.

@@ -5,7 +5,6 @@
 #include "fliodram/MMConstantExpr.h"
 #include "fliodram/MMEvaluationError.h"
 #include "fliodram/MMTargetPrinter.h"
-#include "foundation/TextOutput.h"
 
 namespace {
 
@@ -22,11 +21,42 @@ std::size_t nextCharacter(std::string_view text, std::size_t position) {
     return position;
 }
 
+// Runs a search that takes more than some microseconds at worst. It cannot be stopped: it is begun
+// where the worst fits into the limits, and counts by the time that it took, mostly far less.
+template <class Search>
+bool runLongSearch(MMEvaluationContext& context, std::uint64_t worst, const Search& search) {
+    using Clock = std::chrono::steady_clock;
+    constexpr std::uint64_t nanosecondsPerInstruction = 10;
+    context.checkForesight(std::chrono::nanoseconds(worst * nanosecondsPerInstruction));
+    const Clock::time_point start = Clock::now();
+    const bool isFound = search();
+    context.countTime(Clock::now() - start);
+    return isFound;
+}
+
+// Runs a search of so many instructions at worst. A small pattern in a short text counts nothing,
+// and up to where looking at the clock is worth while, the worst counts.
+template <class Search>
+bool runSearch(MMEvaluationContext& context, std::uint64_t worst, const Search& search) {
+    constexpr std::uint64_t free = 512;
+    constexpr std::uint64_t instructionsPerStep = 128;
+    constexpr std::uint64_t longest = 4096;
+    if (worst > longest) {
+        return runLongSearch(context, worst, search);
+    }
+    if (worst > free) {
+        context.step(worst / instructionsPerStep);
+    }
+    return search();
+}
+
 /// Writes a text with matches replaced, match by match.
 class Replacing {
 public:
     Replacing(MMEvaluationContext& context, std::string_view text, std::string_view replacement)
-        : context_(context), text_(text), replacement_(replacement) {}
+        : context_(context), text_(text), replacement_(replacement), parts_(replacement) {
+        context.countBytes(replacement.size());
+    }
 
     std::string run(const RWCRegexp& pattern, bool replaceAll) {
         RWCRegexp::Groups groups;
@@ -41,22 +71,16 @@ public:
     }
 
 private:
-    // A search costs what it covers. It may look further than it matches, which only the clock can
-    // tell; where that might matter, it counts by the time that it took.
+    // A search costs what it covers, and may look further than it matches.
     bool search(const RWCRegexp& pattern, RWCRegexp::Groups& groups) {
-        constexpr std::size_t longRest = std::size_t{1} << 16U;
-        constexpr std::uint64_t nanosecondsPerStep = 4;
-        using Clock = std::chrono::steady_clock;
-        const bool isLong = text_.size() - position_ > longRest;
-        const Clock::time_point start = isLong ? Clock::now() : Clock::time_point();
-        const bool isFound = pattern.search(text_, position_, groups);
+        const auto find = [&] {
+            return pattern.search(text_, position_, groups, parts_.groupCount());
+        };
+        const bool isFound =
+            runSearch(context_, pattern.worstSearch(text_.size() - position_), find);
         const char* const end =
             isFound ? groups[0].data() + groups[0].size() : text_.data() + text_.size();
         context_.countText(0, static_cast<std::size_t>(end - text_.data()) - position_);
-        if (isLong) {
-            const std::chrono::nanoseconds taken = Clock::now() - start;
-            context_.step(static_cast<std::uint64_t>(taken.count()) / nanosecondsPerStep);
-        }
         return isFound;
     }
 
@@ -66,9 +90,9 @@ private:
         const std::size_t end = start + groups[0].size();
         if (!(groups[0].empty() && hasMatched_ && start == copied_)) {
             append(text_.substr(copied_, start - copied_));
-            const std::size_t size = result_.size();
+            context_.countText(result_.size(), parts_.size(groups));
+            context_.countBytes(replacement_.size());
             RWCRegexp::appendReplacement(result_, replacement_, groups);
-            context_.countText(size, result_.size() - size);
             copied_ = end;
             hasMatched_ = true;
         }
@@ -83,6 +107,7 @@ private:
     MMEvaluationContext& context_;
     std::string_view text_;
     std::string_view replacement_;
+    RWCRegexp::ReplacementParts parts_;
     std::string result_;
     std::size_t position_ = 0;  // where the next search starts
     std::size_t copied_ = 0;    // up to where the text has been written
@@ -97,16 +122,19 @@ MMPatternOperand::MMPatternOperand(const OrvCyclicPtrBody& holder,
       isConstant_(MMConstantExpr::textOf(pattern.get()).data() != nullptr) {}
 
 const RWCRegexp& MMPatternOperand::compile(MMEvaluationContext& context) const {
+    constexpr std::size_t weightPerStep = 4;
     std::string buffer;
     const std::string_view pattern = pattern_->evaluateText(context, buffer);
+    context.countBytes(pattern.size());
     if (!compiled_ || text_ != pattern) {
         compiled_.reset();
+        context.step(RWCRegexp::weigh(pattern) / weightPerStep);
         text_ = pattern;
         compiled_.emplace(pattern);
     }
     if (compiled_->status() != RWCRegexp::ok) {
         std::string sentence = "The pattern ";
-        appendJsonString(sentence, pattern);
+        appendQuoted(sentence, pattern);
         sentence += compiled_->status() == RWCRegexp::tooLong ? " is too long." : " is malformed.";
         throwEvaluationFailure(sentence, pattern_.get());
     }
@@ -123,7 +151,9 @@ bool MMRegExpMatchExpr::evaluateBoolean(MMEvaluationContext& context) const {
     std::string buffer;
     const std::string_view text = text_->evaluateText(context, buffer);
     context.countText(0, text.size());
-    return pattern_.evaluate(context).matches(text);
+    const RWCRegexp& pattern = pattern_.evaluate(context);
+    return runSearch(context, pattern.worstMatch(text.size()),
+                     [&] { return pattern.matches(text); });
 }
 
 MMValue MMRegExpMatchExpr::evaluate(MMEvaluationContext& context) const {
@@ -143,9 +173,12 @@ MMValue MMRegExpFindExpr::evaluate(MMEvaluationContext& context) const {
     std::string buffer;
     const std::string_view text = text_->evaluateText(context, buffer);
     context.countText(0, text.size());
+    const RWCRegexp& pattern = pattern_.evaluate(context);
     RWCRegexp::Groups groups;
-    return pattern_.evaluate(context).search(text, 0, groups) ? MMValue(std::string(groups[0]))
-                                                              : MMValue::borrow({});
+    const auto find = [&] { return pattern.search(text, 0, groups, 1); };
+    return runSearch(context, pattern.worstSearch(text.size()), find)
+               ? MMValue(std::string(groups[0]))
+               : MMValue::borrow({});
 }
 
 void MMRegExpFindExpr::print(MMTargetPrinter& printer) const {

@@ -11,11 +11,9 @@ namespace {
 
 // Fails a conversion: `The text "abc" is not an integer.`
 [[noreturn]] void failConversion(std::string_view value, bool isText, const char* what) {
-    constexpr std::size_t longest = 40;
     std::string sentence = isText ? "The text " : "The number ";
     if (isText) {
-        appendJsonString(sentence, value.substr(0, longest));
-        sentence += value.size() > longest ? "..." : "";
+        appendQuoted(sentence, value);
     } else {
         sentence += value;
     }

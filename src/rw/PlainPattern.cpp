@@ -13,7 +13,11 @@ bool isWordCharacter(char c) {
 // Only ASCII characters are taken to stand for themselves.
 std::optional<PlainPattern> PlainPattern::of(std::string_view pattern) {
     constexpr std::string_view plainMarks = " !\"#%&',-/:;<=>@`~";
+    constexpr std::size_t longest = 256;  // comparing a longer one at each byte takes too long
     PlainPattern plain;
+    if (pattern.size() > longest) {
+        return std::nullopt;
+    }
     plain.isAtStart_ = pattern.starts_with('^');
     for (std::size_t i = plain.isAtStart_ ? 1 : 0; i < pattern.size(); ++i) {
         const bool isLast = i + 1 == pattern.size();

@@ -10,7 +10,7 @@
 /// freely.
 class PlainPattern {
 public:
-    /// The plain form of a well-formed pattern, where it has one.
+    /// The plain form of a well-formed pattern, where it has one and is no longer than 256 bytes.
     static std::optional<PlainPattern> of(std::string_view pattern);
 
     /// Whether the pattern matches anywhere in the text.

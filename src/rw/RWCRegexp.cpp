@@ -2,6 +2,8 @@
 
 #include <re2/re2.h>
 
+#include <algorithm>
+#include <charconv>
 #include <optional>
 
 #include "rw/PlainPattern.h"
@@ -26,6 +28,41 @@ void requireMemory(std::size_t patternSize) {
     ::operator delete(::operator new(least + perByte * patternSize));
 }
 
+// What "{n,m}" weighs, of which `text` is what stands behind the brace; each optional piece is
+// nested in the one before.
+std::size_t weightOfRepetition(std::string_view text) {
+    constexpr unsigned most = 1000;  // the engine takes no more
+    unsigned least = 0;
+    const char* const end = text.data() + text.size();
+    auto read = std::from_chars(text.data(), end, least);
+    unsigned highest = least;
+    if (read.ec == std::errc() && read.ptr != end && *read.ptr == ',') {
+        const auto second = std::from_chars(read.ptr + 1, end, highest);
+        read.ptr = second.ptr;
+    }
+    if (read.ec != std::errc() || read.ptr == end || *read.ptr != '}' || highest > most) {
+        return 0;
+    }
+    const std::size_t optional = highest - std::min(least, highest);
+    return highest + optional * optional / 32;
+}
+
+/// Calls onByte with each byte of a replacement that stands for itself, onGroup with the number of
+/// each group.
+template <class OnByte, class OnGroup>
+void forEachPart(std::string_view replacement, const OnByte& onByte, const OnGroup& onGroup) {
+    for (std::size_t i = 0; i < replacement.size(); ++i) {
+        const char next = i + 1 < replacement.size() ? replacement[i + 1] : '\0';
+        if (replacement[i] == '\\' && next >= '0' && next <= '9') {
+            onGroup(static_cast<std::size_t>(next - '0'));
+            ++i;
+        } else {
+            onByte(replacement[i]);
+            i += replacement[i] == '\\' && next == '\\' ? 1U : 0U;
+        }
+    }
+}
+
 }  // namespace
 
 class RWCRegexp::Engine {
@@ -37,6 +74,7 @@ public:
         }
     }
     const RE2& expression() const { return expression_; }
+    bool isPlain() const { return plain_.has_value(); }
 
     bool matches(std::string_view subject) const {
         return plain_ ? plain_->matches(subject) : match(subject, 0, nullptr, 0);
@@ -62,9 +100,16 @@ private:
 };
 
 RWCRegexp::RWCRegexp(std::string_view pattern) {
+    if (weigh(pattern) > heaviest) {
+        return;
+    }
     requireMemory(pattern.size());
     const EngineEntry entry;
     engine_ = std::make_unique<Engine>(pattern);
+    if (status() == ok) {
+        searchInstructions_ = static_cast<std::uint64_t>(engine_->expression().ProgramSize());
+        matchInstructions_ = engine_->isPlain() ? 0 : searchInstructions_;
+    }
 }
 RWCRegexp::RWCRegexp(RWCRegexp&&) noexcept = default;
 RWCRegexp::~RWCRegexp() {
@@ -72,7 +117,25 @@ RWCRegexp::~RWCRegexp() {
     engine_.reset();
 }
 
+std::size_t RWCRegexp::weigh(std::string_view pattern) {
+    constexpr std::size_t unicodeClass = 256;
+    std::size_t weight = pattern.size();
+    for (std::size_t i = 0; i < pattern.size() && weight <= heaviest; ++i) {
+        if (pattern[i] == '{') {
+            weight += weightOfRepetition(pattern.substr(i + 1));
+        } else if (pattern[i] == '\\' && i + 1 < pattern.size()) {
+            const char escaped = pattern[++i];
+            weight += escaped == 'p' || escaped == 'P' ? unicodeClass : 0;
+            i += escaped == 'x' ? 1U : 0U;  // what "\x{" begins is no repetition
+        }
+    }
+    return weight;
+}
+
 RWCRegexp::StatVal RWCRegexp::status() const {
+    if (engine_ == nullptr) {
+        return tooLong;
+    }
     switch (engine_->expression().error_code()) {
         case RE2::NoError:
             return ok;
@@ -83,16 +146,18 @@ RWCRegexp::StatVal RWCRegexp::status() const {
     }
 }
 
-bool RWCRegexp::matches(std::string_view subject) const { return engine_->matches(subject); }
+bool RWCRegexp::matches(std::string_view subject) const {
+    return engine_ != nullptr && engine_->matches(subject);
+}
 
-bool RWCRegexp::search(std::string_view subject, std::size_t start, Groups& groups) const {
-    const RE2& expression = engine_->expression();
-    if (start > subject.size()) {
+bool RWCRegexp::search(std::string_view subject, std::size_t start, Groups& groups,
+                       std::size_t groupCount) const {
+    if (engine_ == nullptr || start > subject.size()) {
         return false;
     }
     std::array<re2::StringPiece, std::tuple_size_v<Groups>> pieces;
-    const int wanted =
-        std::min(expression.NumberOfCapturingGroups() + 1, static_cast<int>(pieces.size()));
+    const int wanted = std::min(engine_->expression().NumberOfCapturingGroups() + 1,
+                                static_cast<int>(std::min(groupCount, pieces.size())));
     if (!engine_->match(subject, start, pieces.data(), wanted)) {
         return false;
     }
@@ -106,14 +171,29 @@ bool RWCRegexp::isInEngine() noexcept { return isEngineEntered; }
 
 void RWCRegexp::appendReplacement(std::string& result, std::string_view replacement,
                                   const Groups& groups) {
-    for (std::size_t i = 0; i < replacement.size(); ++i) {
-        const char next = i + 1 < replacement.size() ? replacement[i + 1] : '\0';
-        if (replacement[i] == '\\' && next >= '0' && next <= '9') {
-            result.append(groups[static_cast<std::size_t>(next - '0')]);
-            ++i;
-        } else {
-            result.push_back(replacement[i]);
-            i += replacement[i] == '\\' && next == '\\' ? 1U : 0U;
-        }
+    forEachPart(
+        replacement, [&result](char byte) { result.push_back(byte); },
+        [&](std::size_t group) { result.append(groups[group]); });
+}
+
+RWCRegexp::ReplacementParts::ReplacementParts(std::string_view replacement) {
+    forEachPart(
+        replacement, [this](char /*byte*/) { ++plainBytes; },
+        [this](std::size_t group) { ++uses[group]; });
+}
+
+std::size_t RWCRegexp::ReplacementParts::size(const Groups& groups) const {
+    std::size_t size = plainBytes;
+    for (std::size_t i = 0; i < groups.size(); ++i) {
+        size += uses[i] * groups[i].size();
     }
+    return size;
+}
+
+std::size_t RWCRegexp::ReplacementParts::groupCount() const {
+    std::size_t count = uses.size();
+    while (count > 1 && uses[count - 1] == 0) {
+        --count;
+    }
+    return count;
 }

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -25,21 +26,54 @@ public:
     RWCRegexp(RWCRegexp&&) noexcept;
     ~RWCRegexp();
 
-    /// tooLong is the engine's own refusal of a pattern by its size, illegal any other refusal.
+    /// tooLong is a weight above the bound, or the engine's own refusal of a pattern by the size of
+    /// its program; illegal any other refusal.
     StatVal status() const;
+
+    /// A pattern that weighs more is refused before the engine sees it, which would use time and
+    /// memory out of proportion. Below it the engine takes some 50 ms and 50 MB at most.
+    static constexpr std::size_t heaviest = std::size_t{1} << 15U;
+
+    /// The bytes of a pattern, of which a class of Unicode characters (`\p`) counts for 256, and a
+    /// repetition {n,m} for its highest number and a 32nd of the square of m - n. Past the bound
+    /// it is not counted to the end.
+    static std::size_t weigh(std::string_view pattern);
 
     /// True when the pattern matches anywhere in the subject.
     bool matches(std::string_view subject) const;
 
     /// Finds the leftmost match that starts at or after `start`; fills `groups` with views into
     /// `subject` and returns true, or returns false. What stands before `start` still counts as
-    /// context for "^" and "\b".
-    bool search(std::string_view subject, std::size_t start, Groups& groups) const;
+    /// context for "^" and "\b". Of the groups only the first `groupCount` are looked for, the
+    /// match as a whole included; the others are left empty.
+    bool search(std::string_view subject, std::size_t start, Groups& groups,
+                std::size_t groupCount = std::tuple_size_v<Groups>) const;
+
+    /// What matches() and search() may come to with the worst of subjects, in instructions of the
+    /// engine, some 10 ns each. Mostly they take a small part of it, but cannot be stopped.
+    std::uint64_t worstMatch(std::size_t subjectSize) const {
+        return (subjectSize + 1) * matchInstructions_;
+    }
+    std::uint64_t worstSearch(std::size_t subjectSize) const {
+        return (subjectSize + 1) * searchInstructions_;
+    }
 
     /// Appends `replacement` to `result` with "\0" to "\9" replaced by the groups and "\\" by one
     /// backslash; any other backslash stands for itself.
     static void appendReplacement(std::string& result, std::string_view replacement,
                                   const Groups& groups);
+
+    /// What a replacement consists of: bytes that stand for themselves, and groups, each so often.
+    struct ReplacementParts {
+        explicit ReplacementParts(std::string_view replacement);
+        /// How many bytes the replacement has, filled in.
+        std::size_t size(const Groups& groups) const;
+        /// How many groups a search has to find for it, the match as a whole included.
+        std::size_t groupCount() const;
+
+        std::size_t plainBytes = 0;
+        std::array<std::size_t, std::tuple_size_v<Groups>> uses{};
+    };
 
     /// Whether this thread is inside the engine, which does not survive that an allocation fails
     /// there. A pattern is only begun where there is memory to spare; an operator new of a host's
@@ -49,4 +83,6 @@ public:
 private:
     class Engine;
     std::unique_ptr<Engine> engine_;
+    std::uint64_t matchInstructions_ = 0;
+    std::uint64_t searchInstructions_ = 0;
 };

@@ -8,6 +8,14 @@
 
 namespace {
 
+std::string repeat(const std::string& piece, int count) {
+    std::string result;
+    for (int i = 0; i < count; ++i) {
+        result += piece;
+    }
+    return result;
+}
+
 TEST(RWCRegexp, Status) {
     const std::string nested = std::string(1500, '(') + std::string(1500, ')');
     const std::vector<std::pair<std::string, RWCRegexp::StatVal>> cases = {
@@ -24,6 +32,13 @@ TEST(RWCRegexp, Status) {
         {nested, RWCRegexp::ok},
         {"((a{1000}){1000})", RWCRegexp::illegal},
         {"\\pL{1000}", RWCRegexp::tooLong},
+        {repeat("a?", 16384), RWCRegexp::ok},
+        {repeat("a?", 16384) + "a", RWCRegexp::tooLong},
+        {repeat("(", 32769), RWCRegexp::tooLong},  // not looked at any more
+        {repeat("\\pL?", 130), RWCRegexp::tooLong},
+        {repeat("a{0,1000}", 1), RWCRegexp::ok},
+        {repeat("a{0,1000}", 2), RWCRegexp::tooLong},
+        {repeat("a{1000}", 40), RWCRegexp::tooLong},
     };
     for (const auto& [pattern, status] : cases) {
         const RWCRegexp expression(pattern);
@@ -31,6 +46,45 @@ TEST(RWCRegexp, Status) {
         EXPECT_EQ(expression.matches(""), status == RWCRegexp::ok && pattern != "^is[A-Z]")
             << pattern.substr(0, 40);
     }
+}
+
+// The engine would take seconds and gigabytes for some of these, or complain on standard error.
+TEST(RWCRegexp, WeighsWhatTheEngineWouldTake) {
+    const std::vector<std::pair<std::string, std::size_t>> cases = {
+        {"", 0},
+        {"^is[A-Z]", 8},
+        {"\\pL", 3 + 256},
+        {"\\PL\\p{Greek}\\\\p", 3 + 9 + 3 + 512},
+        {"a{3}", 4 + 3},
+        {"a{0,1000}", 9 + 1000 + 31250},
+        {"a{900,1000}", 11 + 1000 + 312},
+        {"a{7,}b{,7}c{x}d{1001}e{8", 24 + 7},
+        {"\\x{100}\\{9}", 11},
+    };
+    for (const auto& [pattern, weight] : cases) {
+        EXPECT_EQ(RWCRegexp::weigh(pattern), weight) << pattern;
+    }
+    for (const char* const piece :
+         {"a", "(a)|(b)?", "\\pL", "[^\\PL]|", "(?i)k", ".", "\\W", "a{1000}", "a{0,1000}",
+          "((a{0,10}){0,10}){0,10}", "|", "\\x{100}"}) {
+        const RWCRegexp expression(repeat(piece, 400'000));
+        EXPECT_EQ(expression.status(), RWCRegexp::tooLong) << piece;
+        EXPECT_FALSE(expression.matches("a")) << piece;
+        RWCRegexp::Groups groups;
+        EXPECT_FALSE(expression.search("a", 0, groups)) << piece;
+    }
+}
+
+TEST(RWCRegexp, TellsTheWorstOfASearch) {
+    const RWCRegexp small("a[bc]d");
+    const RWCRegexp large("a[bc]{100}d");
+    EXPECT_GT(large.worstMatch(1000), 10 * small.worstMatch(1000));
+    EXPECT_EQ(small.worstMatch(1999), 2 * small.worstMatch(999));
+    EXPECT_EQ(small.worstMatch(99), small.worstSearch(99));
+    const RWCRegexp plain("^get");  // needs no engine to match
+    EXPECT_EQ(plain.worstMatch(1000), 0U);
+    EXPECT_GT(plain.worstSearch(1000), 1000U);
+    EXPECT_GT(RWCRegexp(repeat("a", 257)).worstMatch(1000), 100'000U);
 }
 
 // Patterns of plain characters are matched without the engine, which searches all the same.
@@ -62,6 +116,10 @@ TEST(RWCRegexp, SearchFillsGroups) {
     EXPECT_FALSE(expression.search("a=1", 9, groups));
     EXPECT_FALSE(RWCRegexp("^b").search("ab", 1, groups));
     EXPECT_FALSE(RWCRegexp("\\bb").search("ab", 1, groups));
+    ASSERT_TRUE(expression.search("a=1", 0, groups, 2));
+    EXPECT_EQ(groups[0], "a=1");
+    EXPECT_EQ(groups[1], "a");
+    EXPECT_EQ(groups[2], "");
 }
 
 TEST(RWCRegexp, Replacements) {
@@ -74,6 +132,16 @@ TEST(RWCRegexp, Replacements) {
         std::string result;
         RWCRegexp::appendReplacement(result, replacement, groups);
         EXPECT_EQ(result, expected) << replacement;
+        EXPECT_EQ(RWCRegexp::ReplacementParts(replacement).size(groups), expected.size())
+            << replacement;
+    }
+}
+
+TEST(RWCRegexp, ReplacementsTellTheGroupsThatTheyNeed) {
+    const std::vector<std::pair<std::string, std::size_t>> cases = {
+        {"", 1}, {"a\\\\3", 1}, {"\\0", 1}, {"\\3\\1", 4}, {"\\9", 10}};
+    for (const auto& [replacement, count] : cases) {
+        EXPECT_EQ(RWCRegexp::ReplacementParts(replacement).groupCount(), count) << replacement;
     }
 }
 
