@@ -125,10 +125,12 @@ const RWCRegexp& MMPatternOperand::compile(MMEvaluationContext& context) const {
     constexpr std::size_t weightPerStep = 4;
     std::string buffer;
     const std::string_view pattern = pattern_->evaluateText(context, buffer);
-    context.countBytes(pattern.size());
+    if (!isConstant_) {  // whether it is compiled by now or not: each evaluation counts the same
+        context.countBytes(pattern.size());
+        context.step(RWCRegexp::weigh(pattern) / weightPerStep);
+    }
     if (!compiled_ || text_ != pattern) {
         compiled_.reset();
-        context.step(RWCRegexp::weigh(pattern) / weightPerStep);
         text_ = pattern;
         compiled_.emplace(pattern);
     }
