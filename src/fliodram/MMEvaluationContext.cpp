@@ -13,6 +13,10 @@ using Clock = std::chrono::steady_clock;
 constexpr std::uint64_t stepsPerLook = 4096;
 constexpr std::uint64_t nanosecondsPerStep = 4;
 
+// How much of a large stack, or of one without bounds, an evaluation takes before it is nested too
+// deeply.
+constexpr std::uintptr_t largestStack = std::uintptr_t{64} << 20U;
+
 std::uint64_t stepsOf(std::chrono::nanoseconds time) {
     return static_cast<std::uint64_t>(time.count()) / nanosecondsPerStep;
 }
@@ -23,7 +27,8 @@ MMEvaluationContext::MMEvaluationContext(const MMModel& model, const MMEvaluatio
     : model_(model), limits_(limits) {}
 
 void MMEvaluationContext::begin() {
-    stackLimit_ = OrvStack::limit();
+    const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+    stackLimit_ = std::max(OrvStack::limit(), here - largestStack);
     budget_ = 0;
     remaining_ = limits_.steps;
     kept_ = 0;

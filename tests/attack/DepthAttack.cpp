@@ -428,6 +428,13 @@ TEST(Depth, UnclosedShapesHaveAnError) {
     }
 }
 
+// A condition that leads to itself ends although the stack would take it much further.
+TEST(Depth, EvaluationsLeaveMostOfALargeStack) {
+    const ChildResult result = runInChild("size (l:[a]{size @l = 0})", 1024 * mebibyte);
+    EXPECT_EQ(result.outcome, "!The evaluation is nested too deeply.");
+    EXPECT_LT(result.kilobytes, isStackAmple ? 150'000 : 600'000);
+}
+
 // Time and memory of ten times the text are at most fifteen times as much.
 TEST(Depth, CostsGrowWithTheText) {
     if (!isAll()) {
