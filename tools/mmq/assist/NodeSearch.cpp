@@ -22,6 +22,9 @@ public:
             use_ = {step.getName(), ReadAs::association, classes};
         }
     }
+    void takeReference(const AssociationNode& /*reference*/,
+                       const DefinitionAssociationNode& /*step*/,
+                       const ClassSet& /*classes*/) override {}
     void takeClass(const StringConstantNode& /*name*/, Letters /*letters*/) override {}
 
     const std::optional<NameUse>& use() const { return use_; }

@@ -1,12 +1,17 @@
 // The tree of the compiled expression is walked; each visit of an expression leaves the classes of
 // the objects that it yields. Variables have the classes of what they are bound to. A path is
 // followed with sets of classes in place of objects, round its cycles until no step is reached by a
-// new class; then each step is judged once. Conditions may lead to steps that were judged, and even
-// to their own: such a step is judged again only where a class reaches it that did not before, so
-// that there is an end, and soon. What is not in the target expression, such as the value of a let
-// that is not used, is not looked at.
+// new class. Conditions may lead to steps that were followed, and even to their own: the condition
+// of such a step is visited again only where a class reaches it that did not before, so that there
+// is an end, and soon. What is not in the target expression, such as the value of a let that is not
+// used, is not looked at.
+//
+// Each place of a name is told of once, in the end, with all classes that came to it on whatever
+// way: a name is right there if one of them has it. So is a label in a condition, which stands for
+// the name of its step: what comes to the label alone counts, not what else comes to the step.
 #include "names/NameCheck.h"
 
+#include <compare>
 #include <map>
 #include <unordered_map>
 #include <utility>
@@ -35,11 +40,14 @@ public:
     /// Tells of the names in an expression, up to where it is nested too deeply for this walk.
     /// The classes of the objects that it yields; all where it yields none.
     ClassSet visitRoot(SpecificationNode& root) {
+        ClassSet yielded = vocabulary_.allClasses();
         try {
-            return visit(*root.getExpr());
+            yielded = visit(*root.getExpr());
         } catch (const ParseException&) {
-            return vocabulary_.allClasses();
+            // What was visited is told of all the same.
         }
+        tellUses();
+        return yielded;
     }
 
     /// Tells of the names below a node, and the same.
@@ -93,6 +101,31 @@ private:
     using Narrowings = std::map<std::size_t, Narrowing>;  // by number of the variable
     using Steps = std::unordered_map<DefinitionAssociationNode*, ClassSet>;  // and what arrives
 
+    /// A text as the name of an attribute at one place; let leads a text to several.
+    struct AttributeUse {
+        const StringConstantNode* name;
+        const TupleExpressionNode* place;
+        auto operator<=>(const AttributeUse&) const = default;
+    };
+
+    /// What comes to places, in the order in which they were visited first.
+    template <class Place>
+    class Arrivals {
+    public:
+        void add(const Place& place, const ClassSet& classes) {
+            const auto [number, isNew] = numbers_.try_emplace(place, all_.size());
+            if (isNew) {
+                all_.emplace_back(place, ClassSet());
+            }
+            all_[number->second].second.insert(classes);
+        }
+        const std::vector<std::pair<Place, ClassSet>>& all() const { return all_; }
+
+    private:
+        std::map<Place, std::size_t> numbers_;
+        std::vector<std::pair<Place, ClassSet>> all_;
+    };
+
     /// The steps that are followed from one of a path, in order; of them, what the path yields.
     struct Walk {
         Steps steps;
@@ -113,18 +146,22 @@ private:
     ClassSet visitAll(const ExpressionNode& name);
     void visitAttribute(const TupleExpressionNode& arguments);
     ClassSet followPath(DefinitionAssociationNode& first, const ClassSet& classes);
-    ClassSet followLabel(DefinitionAssociationNode& step, const ClassSet& classes);
+    ClassSet followLabel(AssociationNode& reference, const ClassSet& classes);
     Walk walk(DefinitionAssociationNode& first, const ClassSet& classes);
     ClassSet reached(DefinitionAssociationNode& step, const ClassSet& classes);
     static bool addTo(Steps& steps, DefinitionAssociationNode* step, const ClassSet& arriving);
-    void judgeSteps(const Walk& walk);
+    void visitConditions(const Walk& walk);
+    bool has(const DefinitionAssociationNode& step, const ClassSet& classes) const;
+    void tellUses();
 
     const SourceMap* map_;
     const NameVocabulary& vocabulary_;
     NameReceiver& receiver_;
     VariableClasses variables_;
     TextFollower texts_;
-    Steps judged_;
+    Arrivals<AttributeUse> attributes_;
+    Arrivals<AssociationNode*> references_;
+    Steps visited_;
     std::unordered_map<const DefinitionAssociationNode*, const DefinitionAssociationNode*>
         paths_;  // the first step of the path that a step is in
     std::map<std::pair<const DefinitionAssociationNode*, ClassSet>, ClassSet> followed_;
@@ -275,7 +312,7 @@ void NameVisitor::visitAttribute(const TupleExpressionNode& arguments) {
     const PossibleTexts texts = texts_.follow(name);
     for (const StringConstantNode* constant : texts.constants) {
         if (texts.letters == Letters::asTheyAre) {
-            receiver_.takeAttribute(*constant, classes);
+            attributes_.add({constant, &arguments}, classes);
         }
     }
 }
@@ -330,7 +367,7 @@ void NameVisitor::visitPath(PathNode& node) {
         DefinitionAssociationNode* const step = declaredStep(first);
         result_ = step == nullptr  ? vocabulary_.allClasses()
                   : step == &first ? followPath(*step, classes)
-                                   : followLabel(*step, classes);
+                                   : followLabel(first, classes);
     }
 }
 
@@ -357,18 +394,24 @@ bool NameVisitor::addTo(Steps& steps, DefinitionAssociationNode* step, const Cla
 
 ClassSet NameVisitor::followPath(DefinitionAssociationNode& first, const ClassSet& classes) {
     const Walk walk = this->walk(first, classes);
-    judgeSteps(walk);
+    visitConditions(walk);
     return walk.result;
 }
 
 // What a label of a path leads to from within the conditions of that path, which is asked often.
-ClassSet NameVisitor::followLabel(DefinitionAssociationNode& step, const ClassSet& classes) {
+// Where nothing has the name of its step, it is not followed: that is told of at the label.
+ClassSet NameVisitor::followLabel(AssociationNode& reference, const ClassSet& classes) {
+    DefinitionAssociationNode& step = *declaredStep(reference);
+    references_.add(&reference, classes);
+    if (!step.getSibling() && !has(step, classes)) {
+        return vocabulary_.allClasses();
+    }
     const auto [place, isNew] = followed_.try_emplace({&step, classes});
     ClassSet& result = place->second;
     if (isNew) {
         const Walk walk = this->walk(step, classes);
         result = walk.result;
-        judgeSteps(walk);
+        visitConditions(walk);
     }
     return result;
 }
@@ -385,7 +428,7 @@ NameVisitor::Walk NameVisitor::walk(DefinitionAssociationNode& first, const Clas
             continue;
         }
         if (paths_.try_emplace(step, path).first->second != path) {
-            walk.result.insert(followLabel(*step, arriving));
+            walk.result.insert(followLabel(*node, arriving));
         } else if (addTo(walk.steps, step, arriving)) {
             walk.order.push_back(step);
             const ClassSet targets = reached(*step, walk.steps[step]);
@@ -403,20 +446,41 @@ NameVisitor::Walk NameVisitor::walk(DefinitionAssociationNode& first, const Clas
     return walk;
 }
 
-// Whatever leads to a step, a name is right there if one of the classes that reached it has it. The
-// conditions come last: where they lead to one of these steps, it has been judged.
-void NameVisitor::judgeSteps(const Walk& walk) {
-    std::vector<DefinitionAssociationNode*> judged;
+// The conditions come last: where they lead to one of these steps, it has been visited.
+void NameVisitor::visitConditions(const Walk& walk) {
+    std::vector<DefinitionAssociationNode*> reached;
     for (DefinitionAssociationNode* step : walk.order) {
-        if (addTo(judged_, step, walk.steps.at(step))) {
-            receiver_.takeAssociation(*step, judged_[step]);
-            judged.push_back(step);
+        if (addTo(visited_, step, walk.steps.at(step))) {
+            reached.push_back(step);
         }
     }
-    for (DefinitionAssociationNode* step : judged) {
+    for (DefinitionAssociationNode* step : reached) {
         if (step->getCondition()) {
             visitWithCurrent(*step->getCondition(),
-                             vocabulary_.reach(judged_[step], step->getName()));
+                             vocabulary_.reach(visited_[step], step->getName()));
+        }
+    }
+}
+
+// ---------------------------------------------------------------- telling
+
+bool NameVisitor::has(const DefinitionAssociationNode& step, const ClassSet& classes) const {
+    return vocabulary_.has(classes, step.getName(), ReadAs::association);
+}
+
+// A label stands for the later alternatives of its step, too, and is not told of where there are
+// some; nor where the name of the step is wrong, which is told of there.
+void NameVisitor::tellUses() {
+    for (const auto& [use, classes] : attributes_.all()) {
+        receiver_.takeAttribute(*use.name, classes);
+    }
+    for (const auto& [step, classes] : visited_) {
+        receiver_.takeAssociation(*step, classes);
+    }
+    for (const auto& [reference, classes] : references_.all()) {
+        DefinitionAssociationNode& step = *declaredStep(*reference);
+        if (!step.getSibling() && !has(step, classes) && has(step, visited_[&step])) {
+            receiver_.takeReference(*reference, step, classes);
         }
     }
 }

@@ -61,6 +61,11 @@ void NameJudge::takeAssociation(const DefinitionAssociationNode& step, const Cla
     judge({step.getName(), step.getNameSpan(), Kind::association, false, classes});
 }
 
+void NameJudge::takeReference(const AssociationNode& reference,
+                              const DefinitionAssociationNode& step, const ClassSet& classes) {
+    judge({step.getName(), reference.getSpan(), Kind::association, false, classes});
+}
+
 void NameJudge::takeClass(const StringConstantNode& name, Letters letters) {
     const bool isKnown = letters == Letters::asTheyAre
                              ? vocabulary_.findClass(name.getText()).has_value()

@@ -23,7 +23,8 @@ std::string hintForClass(const std::string& name, const NameVocabulary& vocabula
                          Letters letters = Letters::asTheyAre);
 
 /// Is told of each name of an attribute, an association or a class that stands as a constant in an
-/// expression, with the classes of the objects that it is applied to.
+/// expression, with the classes of the objects that it is applied to: once for each place where it
+/// is applied.
 class NameReceiver {
 public:
     NameReceiver() = default;
@@ -34,6 +35,9 @@ public:
     virtual void takeAttribute(const StringConstantNode& name, const ClassSet& classes) = 0;
     virtual void takeAssociation(const DefinitionAssociationNode& step,
                                  const ClassSet& classes) = 0;
+    /// A label that stands for a step, where none of the classes has the name of this.
+    virtual void takeReference(const AssociationNode& reference,
+                               const DefinitionAssociationNode& step, const ClassSet& classes) = 0;
     /// Where the letters of a class are changed before it is compared, any case means it.
     virtual void takeClass(const StringConstantNode& name, Letters letters) = 0;
 };
@@ -46,6 +50,8 @@ public:
 
     void takeAttribute(const StringConstantNode& name, const ClassSet& classes) override;
     void takeAssociation(const DefinitionAssociationNode& step, const ClassSet& classes) override;
+    void takeReference(const AssociationNode& reference, const DefinitionAssociationNode& step,
+                       const ClassSet& classes) override;
     void takeClass(const StringConstantNode& name, Letters letters) override;
 
     /// What there is to say; of more than are shown, only how many there are.
