@@ -11,15 +11,10 @@ using Clock = std::chrono::steady_clock;
 
 // How many steps pass between two looks at the clock: well below a millisecond.
 constexpr std::uint64_t stepsPerLook = 4096;
-constexpr std::uint64_t nanosecondsPerStep = 4;
 
 // How much of a large stack, or of one without bounds, an evaluation takes before it is nested too
 // deeply.
 constexpr std::uintptr_t largestStack = std::uintptr_t{64} << 20U;
-
-std::uint64_t stepsOf(std::chrono::nanoseconds time) {
-    return static_cast<std::uint64_t>(time.count()) / nanosecondsPerStep;
-}
 
 }  // namespace
 
@@ -28,7 +23,7 @@ MMEvaluationContext::MMEvaluationContext(const MMModel& model, const MMEvaluatio
 
 void MMEvaluationContext::begin() {
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    stackLimit_ = std::max(OrvStack::limit(), here - largestStack);
+    stackLimit_ = std::max(OrvStack::limit(), here - std::min(here, largestStack));
     budget_ = 0;
     remaining_ = limits_.steps;
     kept_ = 0;
@@ -47,19 +42,25 @@ void MMEvaluationContext::startClock() {
     deadline_ = isEndless ? Clock::time_point::max() : now + limits_.time;
 }
 
-void MMEvaluationContext::countTime(std::chrono::nanoseconds taken) { step(stepsOf(taken)); }
+void MMEvaluationContext::countTime(std::chrono::nanoseconds taken) {
+    constexpr std::uint64_t nanosecondsPerStep = 4;
+    step(static_cast<std::uint64_t>(taken.count()) / nanosecondsPerStep);
+}
 
-void MMEvaluationContext::checkForesight(std::chrono::nanoseconds worst) const {
+void MMEvaluationContext::checkForesight(std::uint64_t steps,
+                                         std::chrono::nanoseconds worst) const {
     constexpr std::chrono::milliseconds slack(50);
+    if (steps > budget_ + remaining_) {
+        throwTooManySteps();
+    }
     if (worst <= slack) {
         return;
     }
     checkCancelled();
-    if (stepsOf(worst - slack) > budget_ + remaining_) {
-        throwTooManySteps();
-    }
     if (limits_.time.count() > 0 && worst - slack > deadline_ - Clock::now()) {
-        throwTimeIsUp();
+        throwLogged(MMEvaluationError(
+            MMEvaluationError::Kind::timeLimit,
+            "The search of a pattern may take longer than the time that is left."));
     }
 }
 

@@ -81,9 +81,9 @@ public:
     /// Counts the steps of an operation by the time that it took.
     void countTime(std::chrono::nanoseconds taken);
 
-    /// Throws where an operation that cannot be stopped, and takes so long at worst, might go past
-    /// the limits on steps or time by more than some 50 ms.
-    void checkForesight(std::chrono::nanoseconds worst) const;
+    /// Throws where an operation that cannot be stopped might take more steps than are left, or go
+    /// past the limit on the time by more than some 50 ms; or is not wanted any more.
+    void checkForesight(std::uint64_t steps, std::chrono::nanoseconds worst) const;
 
     /// Throws when the calling frame leaves too little of the thread's stack.
     void checkDepth() const {

@@ -1,5 +1,6 @@
 #include "fliodram/MMRegExpExpr.h"
 
+#include <algorithm>
 #include <chrono>
 
 #include "fliodram/MMConstantExpr.h"
@@ -21,33 +22,38 @@ std::size_t nextCharacter(std::string_view text, std::size_t position) {
     return position;
 }
 
-// Runs a search that takes more than some microseconds at worst. It cannot be stopped: it is begun
-// where the worst fits into the limits, and counts by the time that it took, mostly far less.
-template <class Search>
-bool runLongSearch(MMEvaluationContext& context, std::uint64_t worst, const Search& search) {
-    using Clock = std::chrono::steady_clock;
-    constexpr std::uint64_t nanosecondsPerInstruction = 10;
-    context.checkForesight(std::chrono::nanoseconds(worst * nanosecondsPerInstruction));
-    const Clock::time_point start = Clock::now();
-    const bool isFound = search();
-    context.countTime(Clock::now() - start);
-    return isFound;
+std::uint64_t stepsOf(std::uint64_t instructions) {
+    constexpr std::uint64_t instructionsPerStep = 16;
+    return instructions / instructionsPerStep;
 }
 
-// Runs a search of so many instructions at worst. A small pattern in a short text counts nothing,
-// and up to where looking at the clock is worth while, the worst counts.
+std::chrono::nanoseconds timeOf(std::uint64_t instructions) {
+    constexpr std::uint64_t nanosecondsPerInstruction = 10;
+    return std::chrono::nanoseconds(instructions * nanosecondsPerInstruction);
+}
+
+// Runs a search of so many instructions at worst, which counts by them although it mostly takes a
+// small part. A small pattern in a short text counts nothing.
 template <class Search>
 bool runSearch(MMEvaluationContext& context, std::uint64_t worst, const Search& search) {
     constexpr std::uint64_t free = 512;
-    constexpr std::uint64_t instructionsPerStep = 128;
-    constexpr std::uint64_t longest = 4096;
-    if (worst > longest) {
-        return runLongSearch(context, worst, search);
-    }
     if (worst > free) {
-        context.step(worst / instructionsPerStep);
+        context.checkForesight(stepsOf(worst), timeOf(worst));
+        context.step(stepsOf(worst));
     }
     return search();
+}
+
+// Runs one of many searches in a long text, each of which might go to its end and mostly does not:
+// it counts by the time that it took.
+template <class Search>
+bool runTimedSearch(MMEvaluationContext& context, std::uint64_t worst, const Search& search) {
+    using Clock = std::chrono::steady_clock;
+    context.checkForesight(stepsOf(worst), timeOf(worst));
+    const Clock::time_point start = Clock::now();
+    const bool isFound = search();
+    context.countTime(std::min<Clock::duration>(Clock::now() - start, timeOf(worst)));
+    return isFound;
 }
 
 /// Writes a text with matches replaced, match by match.
@@ -76,8 +82,10 @@ private:
         const auto find = [&] {
             return pattern.search(text_, position_, groups, parts_.groupCount());
         };
-        const bool isFound =
-            runSearch(context_, pattern.worstSearch(text_.size() - position_), find);
+        constexpr std::uint64_t longest = 65536;
+        const std::uint64_t worst = pattern.worstSearch(text_.size() - position_);
+        const bool isFound = worst > longest ? runTimedSearch(context_, worst, find)
+                                             : runSearch(context_, worst, find);
         const char* const end =
             isFound ? groups[0].data() + groups[0].size() : text_.data() + text_.size();
         context_.countText(0, static_cast<std::size_t>(end - text_.data()) - position_);

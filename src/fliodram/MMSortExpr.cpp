@@ -66,7 +66,7 @@ public:
     std::vector<MMObject> run(const std::vector<MMObject>& objects) {
         kept_.add(objects.size() * bytesPerObject());
         entries_.reserve(objects.size());
-        furtherKeys_.reserve(objects.size() * (keys_.empty() ? 0 : keys_.size() - 1));
+        furtherKeys_.reserve(objects.size() * furtherKeyCount());
         const MMObjectRange range = rangeOf(objects);
         MMReadAhead ahead(range);
         for (const MMObject& object : range) {
@@ -93,9 +93,12 @@ private:
         std::size_t number;  // in the order in which they came
     };
 
+    // All keys but the first, which stands with the object.
+    std::size_t furtherKeyCount() const { return keys_.empty() ? 0 : keys_.size() - 1; }
+
     // In the collection, the sorted one and the list that is sorted, of which sorting copies half.
     std::size_t bytesPerObject() const {
-        return 2 * sizeof(MMObject) + sizeof(Entry) * 3 / 2 + keys_.size() * sizeof(SortKey);
+        return 2 * sizeof(MMObject) + sizeof(Entry) * 3 / 2 + furtherKeyCount() * sizeof(SortKey);
     }
 
     void add(MMObject object) {

@@ -34,8 +34,16 @@ public:
     }
 
     std::string_view view() const { return buffer_; }
-    /// Where the only text of a list may be put.
-    std::string& buffer() { return buffer_; }
+
+    /// The only text of a list, which `read` gives or writes into the buffer.
+    template <class Read>
+    std::string_view only(const Read& read) {
+        const std::string_view text = read(buffer_);
+        if (context_ != nullptr) {
+            context_->countCopy(buffer_.size());
+        }
+        return text;
+    }
 
 private:
     std::string& buffer_;
@@ -145,9 +153,7 @@ std::string_view RepositoryModel::attribute(MMObject object, MMKey attribute,
 std::string_view RepositoryModel::attributeWithin(MMEvaluationContext& context, MMObject object,
                                                   MMKey attribute, std::string& buffer) const {
     TextList list(buffer, &context);
-    const std::string_view text = read(object, attribute, list);
-    context.countBytes(buffer.size());  // the path of an only target is no list
-    return text;
+    return read(object, attribute, list);
 }
 
 std::string_view RepositoryModel::read(MMObject object, MMKey attribute, TextList& list) const {
@@ -288,7 +294,7 @@ void RepositoryModel::appendTexts(const FeatureRecord& feature, MMObject object,
 
 std::string_view RepositoryModel::joinNames(const MMObjectRange& range, TextList& list) const {
     if (range.size() == 1) {
-        return label(*range.first, list.buffer());
+        return list.only([&](std::string& buffer) { return label(*range.first, buffer); });
     }
     std::string uidBuffer;
     for (const MMObject object : range) {

@@ -108,7 +108,7 @@ RWCRegexp::RWCRegexp(std::string_view pattern) {
     engine_ = std::make_unique<Engine>(pattern);
     if (status() == ok) {
         searchInstructions_ = static_cast<std::uint64_t>(engine_->expression().ProgramSize());
-        matchInstructions_ = engine_->isPlain() ? 0 : searchInstructions_;
+        matchInstructions_ = engine_->isPlain() ? 1 : searchInstructions_;
     }
 }
 RWCRegexp::RWCRegexp(RWCRegexp&&) noexcept = default;

@@ -102,24 +102,23 @@ TEST(Patterns, SearchesThatMayTakeTooLongAreNotBegun) {
           find("((a|b)*)a(a|b){400}$|c", text), replaceAll("a(a|b){900}c", text, "\\1")}) {
         const std::clock_t start = std::clock();
         EXPECT_EQ(evaluate(expression, within(1'000'000)).kind, Kind::stepLimit);
-        EXPECT_EQ(evaluate(expression, within(1'000'000'000'000, milliseconds(20))).kind,
-                  Kind::timeLimit);
+        const Ending ending = evaluate(expression, within(1'000'000'000'000, milliseconds(20)));
+        EXPECT_EQ(ending.kind, Kind::timeLimit);
+        EXPECT_EQ(ending.sentence,
+                  "The search of a pattern may take longer than the time that is left.");
         EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC);
     }
 }
 
-TEST(Patterns, LongSearchesThatFitCountTheirTime) {
+TEST(Patterns, LongSearchesThatFitAreBegun) {
     const std::string text = disorder(1U << 20U);
     for (const auto& expression :
-         {match("ab[ab]*c", text), find("a(b|a){9}bb", text), find("(a|b)*a(a|b){9}$", text),
-          replaceAll("ab+", text, "\\0c")}) {
+         {match("ab[ab]*c", text), find("\\p{Lu}+", text), find("(a|b)*a(a|b){9}$", text),
+          replaceAll("ab+", text, "\\0c"), match(repeat("a", 20) + "c", text)}) {
         EXPECT_EQ(evaluate(expression, within(1'000'000'000)).kind, std::nullopt);
     }
     EXPECT_EQ(evaluate(match("^a$|x", text), within(50'000'000, milliseconds(2000))).kind,
               std::nullopt);
-    // fits, and has taken so long that no step is left
-    EXPECT_EQ(evaluate(match("a(a|b){40}c", text.substr(0, 50'000)), within(1000)).kind,
-              Kind::stepLimit);
 }
 
 TEST(Patterns, ShortSearchesCountAStep) {
@@ -133,7 +132,7 @@ TEST(Patterns, ShortSearchesCountAStep) {
     EXPECT_THROW((void)expression->evaluate(context), MMEvaluationError);
 }
 
-TEST(Patterns, MiddlingSearchesCountTheWorst) {
+TEST(Patterns, LongerSearchesCountTheWorst) {
     const OrvCyclicPtr<MMValueExpr> expression = match("a(a|b){20}c", disorder(40));
     const StructModel model(nothing);
     MMEvaluationContext context(model, within(1000));
@@ -141,8 +140,8 @@ TEST(Patterns, MiddlingSearchesCountTheWorst) {
     int count = 0;
     EXPECT_THROW(
         for (; count < 1000; ++count) { (void)expression->evaluate(context); }, MMEvaluationError);
-    EXPECT_GT(count, 20);
-    EXPECT_LT(count, 100);
+    EXPECT_GT(count, 2);
+    EXPECT_LT(count, 20);
 }
 
 TEST(Patterns, WhoCalledOffWaitsForNoSearchThatIsYetToBegin) {
@@ -152,8 +151,8 @@ TEST(Patterns, WhoCalledOffWaitsForNoSearchThatIsYetToBegin) {
     const StructModel model(nothing);
     MMEvaluationContext context(model, limits);
     context.begin();
-    EXPECT_THROW(context.checkForesight(milliseconds(100)), MMEvaluationError);
-    context.checkForesight(milliseconds(10));
+    EXPECT_THROW(context.checkForesight(1, milliseconds(100)), MMEvaluationError);
+    context.checkForesight(1, milliseconds(10));
 }
 
 TEST(Patterns, ReplacementsAreMeasuredBeforeTheyAreWritten) {
