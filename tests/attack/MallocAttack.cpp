@@ -17,7 +17,7 @@
 #include "fliodram/MMEvaluationError.h"
 #include "repository/MemoryUses.h"
 #include "repository/ModelReader.h"
-#include "rw/RWCRegexp.h"
+#include "support/FailureCountdown.h"
 #include "support/OrvStack.h"
 
 extern "C" {
@@ -28,24 +28,7 @@ void* __libc_realloc(void* memory, std::size_t size);      // NOLINT
 
 namespace {
 
-// As in tests/support/AllocationCounter.cpp.
-thread_local long untilFailure = -1;
-thread_local bool failsForGood = false;
-thread_local bool hasFailed = false;
-
-// Fails without a reason in errno, which the standard does not ask for.
-bool takeFailure() noexcept {
-    if (untilFailure < 0 || RWCRegexp::isInEngine()) {
-        return false;
-    }
-    if (untilFailure > 0) {
-        --untilFailure;
-        return false;
-    }
-    hasFailed = true;
-    untilFailure = failsForGood ? 0 : -1;
-    return true;
-}
+thread_local FailureCountdown countdown;
 
 // What the system answers when it is asked for a thread's stack; 0 for the truth.
 int answerAboutStacks = 0;
@@ -55,20 +38,20 @@ enum Verdict { allIsRight, allIsRightAfterFailure, isWrong, isWrongAfterwards };
 // The whole result or std::bad_alloc with a failing allocation, the whole result without.
 Verdict judge(const MemoryUse::Run& run, long number, bool forGood, const std::string& whole) {
     bool isRight = false;
-    failsForGood = forGood;
-    untilFailure = number;
+    countdown.failsForGood = forGood;
+    countdown.untilFailure = number;
     try {
         isRight = run() == whole;
     } catch (const std::bad_alloc&) {
-        isRight = hasFailed;
+        isRight = countdown.hasFailed;
     } catch (const std::exception&) {
         isRight = false;
     }
-    untilFailure = -1;
-    return !isRight         ? isWrong
-           : run() != whole ? isWrongAfterwards
-           : hasFailed      ? allIsRightAfterFailure
-                            : allIsRight;
+    countdown.untilFailure = -1;
+    return !isRight              ? isWrong
+           : run() != whole      ? isWrongAfterwards
+           : countdown.hasFailed ? allIsRightAfterFailure
+                                 : allIsRight;
 }
 
 void failEveryAllocation(const MemoryUse& use, const std::string& whole) {
@@ -139,14 +122,14 @@ TEST(FailingMalloc, LeavesTheGuardOfTheStack) {
     for (const FirstQuestion& question : firstQuestions) {
         std::string outcome;
         std::thread([&] {
-            untilFailure = question.untilFailure;
+            countdown.untilFailure = question.untilFailure;
             answerAboutStacks = question.firstAnswer;
             try {
                 EXPECT_GT(OrvStack::limit(), 0U);
             } catch (const std::bad_alloc&) {
                 EXPECT_NE(question.firstAnswer, EPERM);
             }
-            untilFailure = -1;
+            countdown.untilFailure = -1;
             answerAboutStacks = question.laterAnswer;
             outcome = evaluateWithoutEnd();
         }).join();
@@ -158,12 +141,15 @@ TEST(FailingMalloc, LeavesTheGuardOfTheStack) {
 
 }  // namespace
 
-extern "C" void* malloc(std::size_t size) { return takeFailure() ? nullptr : __libc_malloc(size); }
+// They fail without a reason in errno, which the standard does not ask for.
+extern "C" void* malloc(std::size_t size) {
+    return countdown.take() ? nullptr : __libc_malloc(size);
+}
 extern "C" void* calloc(std::size_t count, std::size_t size) {
-    return takeFailure() ? nullptr : __libc_calloc(count, size);
+    return countdown.take() ? nullptr : __libc_calloc(count, size);
 }
 extern "C" void* realloc(void* memory, std::size_t size) {
-    return takeFailure() ? nullptr : __libc_realloc(memory, size);
+    return countdown.take() ? nullptr : __libc_realloc(memory, size);
 }
 extern "C" int pthread_getattr_np(pthread_t thread, pthread_attr_t* attributes) {
     static const auto ask =

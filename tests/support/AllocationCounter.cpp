@@ -6,7 +6,7 @@
 #include <new>
 
 #include "foundation/OrvMemoryPool.h"
-#include "rw/RWCRegexp.h"
+#include "support/FailureCountdown.h"
 
 namespace {
 
@@ -15,29 +15,12 @@ std::atomic<std::ptrdiff_t> liveAllocations{0};
 // Runs before any test does.
 [[maybe_unused]] const bool isPoolOff = (OrvMemoryPool::setLimit(0), true);
 
-// How many allocations of this thread succeed until one fails; negative for all.
-thread_local long untilFailure = -1;
-thread_local bool failsForGood = false;
-thread_local bool failed = false;
-
-// Whether the next allocation is to fail.
-bool takeFailure() noexcept {
-    if (untilFailure < 0 || RWCRegexp::isInEngine()) {
-        return false;
-    }
-    if (untilFailure > 0) {
-        --untilFailure;
-        return false;
-    }
-    failed = true;
-    untilFailure = failsForGood ? 0 : -1;
-    return true;
-}
+thread_local FailureCountdown countdown;
 
 constexpr std::align_val_t usualAlignment{__STDCPP_DEFAULT_NEW_ALIGNMENT__};
 
 void* allocate(std::size_t size, std::align_val_t alignment = usualAlignment) noexcept {
-    if (takeFailure()) {
+    if (countdown.take()) {
         return nullptr;
     }
     const auto unit = static_cast<std::size_t>(alignment);
@@ -69,12 +52,10 @@ void* AllocationCounter::allocate(std::size_t size) noexcept { return ::allocate
 void AllocationCounter::deallocate(void* memory) noexcept { ::deallocate(memory); }
 
 FailingAllocation::FailingAllocation(long number, bool forGood) noexcept {
-    untilFailure = number;
-    failsForGood = forGood;
-    failed = false;
+    countdown = {number, forGood, false};
 }
-FailingAllocation::~FailingAllocation() { untilFailure = -1; }
-bool FailingAllocation::hasFailed() const noexcept { return failed; }
+FailingAllocation::~FailingAllocation() { countdown.untilFailure = -1; }
+bool FailingAllocation::hasFailed() const noexcept { return countdown.hasFailed; }
 
 void* operator new(std::size_t size) { return allocateOrThrow(size); }
 void* operator new[](std::size_t size) { return allocateOrThrow(size); }
