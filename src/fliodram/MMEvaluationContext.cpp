@@ -12,17 +12,27 @@ using Clock = std::chrono::steady_clock;
 // How many steps pass between two looks at the clock: well below a millisecond.
 constexpr std::uint64_t stepsPerLook = 4096;
 
+// By how much an operation that cannot be stopped may go past the limit on the time.
+constexpr std::chrono::milliseconds largestSlack(50);
+
 // How much of a large stack, or of one without bounds, an evaluation takes before it is nested too
-// deeply.
-constexpr std::uintptr_t largestStack = std::uintptr_t{64} << 20U;
+// deeply: less than the 64 MiB up to which the address sanitizer follows what is thrown there.
+constexpr std::uintptr_t largestStack = std::uintptr_t{60} << 20U;
+
+// Of each context, with room for those that follow. All threads count together.
+std::uint64_t firstApplication() {
+    static std::atomic<std::uint64_t> contexts = 0;
+    return contexts.fetch_add(1, std::memory_order_relaxed) << 32U;
+}
 
 }  // namespace
 
 MMEvaluationContext::MMEvaluationContext(const MMModel& model, const MMEvaluationLimits& limits)
-    : model_(model), limits_(limits) {}
+    : model_(model), limits_(limits), application_(firstApplication()) {}
 
 void MMEvaluationContext::begin() {
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+    ++application_;
     stackLimit_ = std::max(OrvStack::limit(), here - std::min(here, largestStack));
     budget_ = 0;
     remaining_ = limits_.steps;
@@ -47,20 +57,29 @@ void MMEvaluationContext::countTime(std::chrono::nanoseconds taken) {
     step(static_cast<std::uint64_t>(taken.count()) / nanosecondsPerStep);
 }
 
+// A look at the clock costs as much as a small search.
 void MMEvaluationContext::checkForesight(std::uint64_t steps,
                                          std::chrono::nanoseconds worst) const {
-    constexpr std::chrono::milliseconds slack(50);
     if (steps > budget_ + remaining_) {
         throwTooManySteps();
     }
-    if (worst <= slack) {
+    if (worst > largestSlack) {
+        checkTime(worst);
+    }
+}
+
+void MMEvaluationContext::checkTime(std::chrono::nanoseconds worst) const {
+    checkCancelled();
+    if (limits_.time.count() <= 0) {
         return;
     }
-    checkCancelled();
-    if (limits_.time.count() > 0 && worst - slack > deadline_ - Clock::now()) {
-        throwLogged(MMEvaluationError(
-            MMEvaluationError::Kind::timeLimit,
-            "The search of a pattern may take longer than the time that is left."));
+    const std::chrono::nanoseconds left = deadline_ - Clock::now();
+    if (left.count() < 0) {
+        throwTimeIsUp();
+    }
+    if (worst > largestSlack && worst - largestSlack > left) {
+        throwLogged(MMEvaluationError(MMEvaluationError::Kind::timeLimit,
+                                      "A pattern may take longer than the time that is left."));
     }
 }
 
@@ -68,10 +87,7 @@ void MMEvaluationContext::refill(std::uint64_t count) {
     if (count > budget_ + remaining_) {
         throwTooManySteps();
     }
-    if (limits_.time.count() > 0 && Clock::now() > deadline_) {
-        throwTimeIsUp();
-    }
-    checkCancelled();
+    checkTime({});
     const std::uint64_t granted =
         std::min(remaining_, std::max(stepsPerLook, count - std::min(count, budget_)));
     budget_ += granted;

@@ -49,6 +49,10 @@ public:
     /// limit on the time is negative.
     void begin();
 
+    /// The number of the application that is under way, from 1; no other context has the same, but
+    /// for one after 4 billion applications.
+    std::uint64_t getApplication() const { return application_; }
+
     /// Counts steps; called inside every loop of an evaluation. Throws at a limit.
     void step(std::uint64_t count = 1) {
         if (count > budget_) {
@@ -81,9 +85,13 @@ public:
     /// Counts the steps of an operation by the time that it took.
     void countTime(std::chrono::nanoseconds taken);
 
-    /// Throws where an operation that cannot be stopped might take more steps than are left, or go
-    /// past the limit on the time by more than some 50 ms; or is not wanted any more.
+    /// Throws where an operation that cannot be stopped might take more steps than are left; for
+    /// one that might take long, as checkTime() does.
     void checkForesight(std::uint64_t steps, std::chrono::nanoseconds worst) const;
+
+    /// Throws where the time is up, or might be by more than some 50 ms when an operation ends that
+    /// cannot be stopped; or where the evaluation is not wanted any more.
+    void checkTime(std::chrono::nanoseconds worst) const;
 
     /// Throws when the calling frame leaves too little of the thread's stack.
     void checkDepth() const {
@@ -129,6 +137,7 @@ private:
 
     const MMModel& model_;
     MMEvaluationLimits limits_;
+    std::uint64_t application_;
     std::uint64_t budget_ = 0;     // steps until somebody looks at the clock
     std::uint64_t remaining_ = 0;  // steps after those
     std::chrono::steady_clock::time_point deadline_;

@@ -129,18 +129,14 @@ MMPatternOperand::MMPatternOperand(const OrvCyclicPtrBody& holder,
     : pattern_(holder, pattern),
       isConstant_(MMConstantExpr::textOf(pattern.get()).data() != nullptr) {}
 
-const RWCRegexp& MMPatternOperand::compile(MMEvaluationContext& context) const {
-    constexpr std::size_t weightPerStep = 4;
+const RWCRegexp& MMPatternOperand::find(MMEvaluationContext& context) const {
     std::string buffer;
     const std::string_view pattern = pattern_->evaluateText(context, buffer);
-    if (!isConstant_) {  // whether it is compiled by now or not: each evaluation counts the same
-        context.countBytes(pattern.size());
-        context.step(RWCRegexp::weigh(pattern) / weightPerStep);
-    }
+    context.countBytes(pattern.size());
     if (!compiled_ || text_ != pattern) {
-        compiled_.reset();
-        text_ = pattern;
-        compiled_.emplace(pattern);
+        compile(context, pattern);
+    } else {
+        countUse(context);
     }
     if (compiled_->status() != RWCRegexp::ok) {
         std::string sentence = "The pattern ";
@@ -150,6 +146,21 @@ const RWCRegexp& MMPatternOperand::compile(MMEvaluationContext& context) const {
     }
     isReady_ = isConstant_;
     return *compiled_;
+}
+
+// A unit of weight is 2 or 3 microseconds. What is too heavy is refused at once.
+void MMPatternOperand::compile(MMEvaluationContext& context, std::string_view pattern) const {
+    constexpr std::size_t stepsPerUnit = 64;
+    constexpr std::size_t microsecondsPerUnit = 3;
+    const std::size_t weight = RWCRegexp::weigh(pattern);
+    const std::size_t units = weight <= RWCRegexp::heaviest ? weight : 0;
+    compiled_.reset();
+    steps_ = units * stepsPerUnit;
+    context.step(steps_);
+    context.checkTime(std::chrono::microseconds(units * microsecondsPerUnit));
+    text_ = pattern;
+    compiled_.emplace(pattern);
+    application_ = context.getApplication();
 }
 
 MMRegExpMatchExpr::MMRegExpMatchExpr(const OrvCyclicPtr<MMValueExpr>& pattern,

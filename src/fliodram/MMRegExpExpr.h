@@ -1,6 +1,7 @@
 // Regular expressions: match, find, replace.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,24 +11,40 @@
 
 /// An operand that is a pattern, with the regular expression that was made of it last: of a
 /// constant the only one. Member of the expression that needs it.
+///
+/// Each application counts the steps of compiling a pattern when it comes to it first, and when it
+/// is another one than before; whether it is compiled by then or not, so that all count the same.
 class MMPatternOperand {
 public:
     MMPatternOperand(const OrvCyclicPtrBody& holder, const OrvCyclicPtr<MMValueExpr>& pattern);
 
     /// The pattern compiled. Where it is not well formed, throws MMEvaluationError of the operand.
     const RWCRegexp& evaluate(MMEvaluationContext& context) const {
-        return isReady_ ? *compiled_ : compile(context);
+        if (!isReady_) {
+            return find(context);
+        }
+        countUse(context);
+        return *compiled_;
     }
     const MMValueExpr* get() const { return pattern_.get(); }
 
 private:
-    const RWCRegexp& compile(MMEvaluationContext& context) const;
+    const RWCRegexp& find(MMEvaluationContext& context) const;
+    void compile(MMEvaluationContext& context, std::string_view pattern) const;
+    void countUse(MMEvaluationContext& context) const {
+        if (application_ != context.getApplication()) {
+            context.step(steps_);
+            application_ = context.getApplication();
+        }
+    }
 
     OrvCyclicMember<MMValueExpr> pattern_;
     bool isConstant_;
     mutable bool isReady_ = false;  // the pattern is a constant, and well formed
     mutable std::string text_;      // of which the following was made
     mutable std::optional<RWCRegexp> compiled_;
+    mutable std::uint64_t steps_ = 0;        // for compiling it
+    mutable std::uint64_t application_ = 0;  // which counted these last
 };
 
 /// Whether the pattern matches anywhere in the text.

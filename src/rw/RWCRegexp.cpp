@@ -3,9 +3,9 @@
 #include <re2/re2.h>
 
 #include <algorithm>
-#include <charconv>
 #include <optional>
 
+#include "rw/PatternWeight.h"
 #include "rw/PlainPattern.h"
 
 namespace {
@@ -26,25 +26,6 @@ void requireMemory(std::size_t patternSize) {
     constexpr std::size_t least = std::size_t{64} * 1024;
     constexpr std::size_t perByte = 64;
     ::operator delete(::operator new(least + perByte * patternSize));
-}
-
-// What "{n,m}" weighs, of which `text` is what stands behind the brace; each optional piece is
-// nested in the one before.
-std::size_t weightOfRepetition(std::string_view text) {
-    constexpr unsigned most = 1000;  // the engine takes no more
-    unsigned least = 0;
-    const char* const end = text.data() + text.size();
-    auto read = std::from_chars(text.data(), end, least);
-    unsigned highest = least;
-    if (read.ec == std::errc() && read.ptr != end && *read.ptr == ',') {
-        const auto second = std::from_chars(read.ptr + 1, end, highest);
-        read.ptr = second.ptr;
-    }
-    if (read.ec != std::errc() || read.ptr == end || *read.ptr != '}' || highest > most) {
-        return 0;
-    }
-    const std::size_t optional = highest - std::min(least, highest);
-    return highest + optional * optional / 32;
 }
 
 /// Calls onByte with each byte of a replacement that stands for itself, onGroup with the number of
@@ -118,18 +99,7 @@ RWCRegexp::~RWCRegexp() {
 }
 
 std::size_t RWCRegexp::weigh(std::string_view pattern) {
-    constexpr std::size_t unicodeClass = 256;
-    std::size_t weight = pattern.size();
-    for (std::size_t i = 0; i < pattern.size() && weight <= heaviest; ++i) {
-        if (pattern[i] == '{') {
-            weight += weightOfRepetition(pattern.substr(i + 1));
-        } else if (pattern[i] == '\\' && i + 1 < pattern.size()) {
-            const char escaped = pattern[++i];
-            weight += escaped == 'p' || escaped == 'P' ? unicodeClass : 0;
-            i += escaped == 'x' ? 1U : 0U;  // what "\x{" begins is no repetition
-        }
-    }
-    return weight;
+    return PatternWeight::of(pattern, heaviest);
 }
 
 RWCRegexp::StatVal RWCRegexp::status() const {

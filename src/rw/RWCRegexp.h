@@ -31,13 +31,14 @@ public:
     StatVal status() const;
 
     /// A pattern that weighs more is refused before the engine sees it, which would use time and
-    /// memory out of proportion. Below it the engine takes some 200 ms and 70 MB at most, and for
+    /// memory out of proportion. Below it the engine takes some 100 ms and 70 MB at most, and for
     /// patterns that people write some microseconds.
     static constexpr std::size_t heaviest = std::size_t{1} << 15U;
 
-    /// The bytes of a pattern, of which a class of Unicode characters (`\p`) counts for 256, and a
-    /// repetition {n,m} for its highest number and a 32nd of the square of m - n. Past the bound
-    /// it is not counted to the end.
+    /// The characters of a pattern, of which a class counts for one and half of its bytes, a class
+    /// of Unicode characters (`\p`) for 256, and what a repetition {n,m} repeats for m times as
+    /// much; and a 1024th of the square of the pieces that may be absent, of which {n,m} makes
+    /// m - n. One that is past the bound is not weighed to the end. Throws std::bad_alloc.
     static std::size_t weigh(std::string_view pattern);
 
     /// True when the pattern matches anywhere in the subject.

@@ -27,6 +27,13 @@ bool isValueType(const TypePtr& type) {
     return kind >= BaseTypeKind::string && kind <= BaseTypeKind::object;
 }
 
+// Whether a comparison is with a pattern that stands there as a text.
+bool isPatternTest(const RelationalExpressionNode& node) {
+    return (node.getOp() == RelationalOperator::REGEXP_EQUAL ||
+            node.getOp() == RelationalOperator::REGEXP_NOT_EQUAL) &&
+           node.getRhs()->getExpressionKind() == ExpressionKind::stringConstant;
+}
+
 bool isKeyType(const TypePtr& type) {
     return Type::isString(type) || Type::isBoolean(type) || Type::isInteger(type) ||
            Type::isReal(type);
@@ -247,6 +254,9 @@ void ASTTypeCheckVisitor::visitRelationalExpression(RelationalExpressionNode& no
     const SymbolView& candidates = builtIns_.functions(node.getOp());
     if (!resolve(node, candidates, operands)) {
         reportNoOverload(node, candidates, left, right);
+    } else if (isPatternTest(node)) {
+        const ExpressionNode& pattern = *node.getRhs();
+        checkPatternWeight(pattern, static_cast<const StringConstantNode&>(pattern).getText());
     }
 }
 
@@ -441,14 +451,35 @@ void ASTTypeCheckVisitor::visitUnitExpression(UnitExpressionNode& /*node*/) {
 // ---------------------------------------------------------------- constants
 
 void ASTTypeCheckVisitor::visitRegExpConstant(RegExpConstantNode& node) {
+    give(Type::typeError());
+    if (!checkPatternWeight(node, node.getText())) {
+        return;
+    }
     const RWCRegexp::StatVal status = RWCRegexp(node.getText()).status();
     if (status == RWCRegexp::ok) {
         give(Type::regexpType());
-        return;
+    } else {
+        reportError(node, status == RWCRegexp::tooLong ? "Regular expression is too long."
+                                                       : "Regular expression is malformed.");
     }
-    reportError(node, status == RWCRegexp::tooLong ? "Regular expression is too long."
-                                                   : "Regular expression is malformed.");
-    give(Type::typeError());
+}
+
+// What constant patterns weigh above their bytes is bounded for all of them together, since a few
+// bytes may keep the engine busy for 100 ms. One that is too heavy by itself costs nothing.
+bool ASTTypeCheckVisitor::checkPatternWeight(const ExpressionNode& node,
+                                             const std::string& pattern) {
+    constexpr std::size_t mostTogether = 16 * RWCRegexp::heaviest;
+    const std::size_t weight = RWCRegexp::weigh(pattern);
+    const std::size_t excess = weight - std::min(weight, pattern.size());
+    if (weight > RWCRegexp::heaviest) {
+        return true;
+    }
+    if (excess > mostTogether - patternExcess_) {
+        reportError(node, "Regular expressions are too long together.");
+        return false;
+    }
+    patternExcess_ += excess;
+    return true;
 }
 
 void ASTTypeCheckVisitor::visitStringConstant(StringConstantNode& /*node*/) {

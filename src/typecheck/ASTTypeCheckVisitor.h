@@ -107,6 +107,7 @@ private:
     const OrvCountedPtr<VariableSymbol>& variableOf(const PathNode& node);
     OrvCountedPtr<VariableSymbol> findVariable(const PathNode& node, const Scope* scope);
     const TypePtr& checkAnchor(PathNode& node);
+    bool checkPatternWeight(const ExpressionNode& node, const std::string& pattern);
     bool isFirstVisit(const DefinitionAssociationNode& node);
 
     bool pushArguments(ExpressionNode& argument);
@@ -133,4 +134,5 @@ private:
     std::vector<bool> checkedSteps_;  // by their entries in the name space
     FoundVariable foundVariable_;
     FoundFunctions foundFunctions_;
+    std::size_t patternExcess_ = 0;  // what constant patterns weigh above their bytes
 };

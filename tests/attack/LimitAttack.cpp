@@ -98,6 +98,8 @@ std::vector<std::string> hostileTexts() {
         nested("for_all x in " + all + " => ",
                "toupper (trim (comma map {$name} over " + all + ")) <> \"\"", "", 3),
         nested("for_all x in " + all + " => ", "(opSig x <> \"\")", "", 4),
+        nested("for_all x in " + all + " => ",
+               "not (\"1\" ~= (attribute (\"name\", x) + \"\\\\pL{49}\"))", "", 2),
     };
 }
 

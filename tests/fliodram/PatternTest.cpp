@@ -7,6 +7,7 @@
 #include <ctime>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "fliodram/MMConstantExpr.h"
@@ -104,8 +105,7 @@ TEST(Patterns, SearchesThatMayTakeTooLongAreNotBegun) {
         EXPECT_EQ(evaluate(expression, within(1'000'000)).kind, Kind::stepLimit);
         const Ending ending = evaluate(expression, within(1'000'000'000'000, milliseconds(20)));
         EXPECT_EQ(ending.kind, Kind::timeLimit);
-        EXPECT_EQ(ending.sentence,
-                  "The search of a pattern may take longer than the time that is left.");
+        EXPECT_EQ(ending.sentence, "A pattern may take longer than the time that is left.");
         EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC);
     }
 }
@@ -121,10 +121,15 @@ TEST(Patterns, LongSearchesThatFitAreBegun) {
               std::nullopt);
 }
 
+// So many steps, and those for compiling a pattern of that weight.
+MMEvaluationLimits withinAfter(std::size_t weight, std::uint64_t steps) {
+    return within(64 * weight + steps);
+}
+
 TEST(Patterns, ShortSearchesCountAStep) {
     const StructModel model(nothing);
     const OrvCyclicPtr<MMValueExpr> expression = match("^is[A-Z]", "isInEngine");
-    MMEvaluationContext context(model, within(1000));
+    MMEvaluationContext context(model, withinAfter(6, 1000));
     context.begin();
     for (int i = 0; i < 1000; ++i) {
         EXPECT_TRUE(expression->evaluate(context).getBoolean());
@@ -135,7 +140,7 @@ TEST(Patterns, ShortSearchesCountAStep) {
 TEST(Patterns, LongerSearchesCountTheWorst) {
     const OrvCyclicPtr<MMValueExpr> expression = match("a(a|b){20}c", disorder(40));
     const StructModel model(nothing);
-    MMEvaluationContext context(model, within(1000));
+    MMEvaluationContext context(model, withinAfter(1 + 5 * 20 + 1, 1000));
     context.begin();
     int count = 0;
     EXPECT_THROW(
@@ -186,17 +191,36 @@ TEST(Patterns, SentencesQuoteTheBeginning) {
     EXPECT_EQ(sentence(repeat("(", 1'000'000)), begin + "too long.");
 }
 
-// The first evaluation, which compiles the pattern, counts no more than one after it.
+TEST(Patterns, ManyConstantsStopAtTheirLimits) {
+    for (const auto& [pattern, sentence] :
+         {std::pair("\\pL{128}", "A pattern may take longer than the time that is left."),
+          std::pair("\\pL{32}", "The evaluation takes longer than its time limit.")}) {
+        OrvCyclicPtr<MMValueExpr> expression = match(pattern, "");
+        for (int i = 0; i < 16; ++i) {
+            expression = OrvCyclicPtr<MMValueExpr>(OrvCyclicPtr<MMBooleanExpr>(
+                new MMBooleanExpr(expression, MM_OR, match(pattern, ""))));
+        }
+        const Ending ending = evaluate(expression, within(1'000'000'000, milliseconds(20)));
+        EXPECT_EQ(ending.kind, Kind::timeLimit);
+        EXPECT_EQ(ending.sentence, sentence);
+        EXPECT_EQ(evaluate(expression, within(1'000'000)).kind, Kind::stepLimit);
+    }
+}
+
+// The first application, which compiles the pattern, counts no more than one after it.
 TEST(Patterns, ComputedOnesCountByTheirWeight) {
     for (const std::string& pattern :
-         {repeat("a", 30'000), std::string("a{0,900}"), repeat("\\pL", 100)}) {
+         {repeat("a", 30'000), repeat("a{0,1000}", 2) + repeat("b{1000}", 20),
+          repeat("\\pL", 100)}) {
         const OrvCyclicPtr<MMValueExpr> computed(OrvCyclicPtr<MMArithmeticExpr>(
             new MMArithmeticExpr(constant(pattern), MM_ADD, constant(""))));
         const OrvCyclicPtr<MMValueExpr> expression(
             OrvCyclicPtr<MMRegExpMatchExpr>(new MMRegExpMatchExpr(computed, constant(""))));
-        EXPECT_EQ(evaluate(expression, within(5000)).kind, Kind::stepLimit);
-        EXPECT_EQ(evaluate(expression, within(50'000'000)).kind, std::nullopt);
-        EXPECT_EQ(evaluate(expression, within(5000)).kind, Kind::stepLimit);
+        const MMEvaluationLimits tooLow = withinAfter(25'000, 0);
+        EXPECT_EQ(evaluate(expression, tooLow).kind, Kind::stepLimit);
+        EXPECT_EQ(evaluate(expression, withinAfter(RWCRegexp::heaviest, 20'000)).kind,
+                  std::nullopt);
+        EXPECT_EQ(evaluate(expression, tooLow).kind, Kind::stepLimit);
     }
 }
 
