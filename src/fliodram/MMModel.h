@@ -48,7 +48,8 @@ struct MMTargetColumn;
 ///
 /// A model must not change while an expression is being evaluated. Several threads may evaluate
 /// on one model at once if the host's operations allow that; they are all constant. An exception
-/// that leaves an operation ends the evaluation with an MMEvaluationError of the same text.
+/// that leaves an operation ends the evaluation with an MMEvaluationError of the same text; ending
+/// the thread there, by pthread_exit() or a cancellation, ends the process.
 class __attribute__((visibility("default"))) MMModel {
 public:
     MMModel();

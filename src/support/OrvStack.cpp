@@ -19,7 +19,7 @@ struct Bounds {
 // host's message handler below the deepest level.
 constexpr std::size_t largestReserve = std::size_t{256} * 1024;
 
-// How far a thread may go whose stack the system cannot tell.
+// How far a recursion may go on a stack that the system cannot tell.
 constexpr std::size_t assumedRoom = std::size_t{256} * 1024;
 
 // Once a thread, and kept out of the way of all other calls. `assumed` is what served so far
@@ -60,7 +60,7 @@ std::uintptr_t OrvStack::limit() {
     const auto here = reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
     // Below the reserve is still this stack; only an address beyond either end is another one.
     const bool isOwnStack = here < bounds.high && here + 2 * largestReserve > bounds.low;
-    return isOwnStack ? bounds.low : 0;
+    return isOwnStack ? bounds.low : here - assumedRoom;
 }
 
 bool OrvStack::hasRoom() { return !isBelow(limit()); }

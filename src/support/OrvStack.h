@@ -8,8 +8,8 @@
 ///
 /// The bounds of a thread's stack are read once a thread and kept in a thread-local number. A part
 /// of the stack is held back, for the calls that a level makes and for reporting the refusal. On a
-/// stack that the system did not make (a coroutine's) there is always room as far as this class
-/// can tell; callers count levels as well.
+/// stack that the host made (a fiber's), whose bounds nobody tells, a recursion may go 256 KiB
+/// below the frame that asked for the limit; with what is held back, such a stack needs 512 KiB.
 ///
 /// The system allocates when it is asked for the bounds. Where there is no memory for that, the
 /// call throws std::bad_alloc, and the next one asks again. Where the system cannot tell for
@@ -17,11 +17,12 @@
 /// may go 256 KiB below the frame that asked first, until the system can tell.
 class __attribute__((visibility("default"))) OrvStack {
 public:
-    /// True while the current frame leaves more than the reserve.
+    /// True while the current frame leaves more than the reserve; on a host's own stack always, so
+    /// that what may be deep there has to ask for the limit once, where it begins.
     static bool hasRoom();
 
-    /// The lowest address that a frame of this thread may reach, 0 on a foreign stack. Loops that
-    /// ask often compare with it themselves: isBelow(limit()).
+    /// The lowest address that a frame of what begins here may reach. A recursion asks once and
+    /// compares with it at every level: isBelow(limit()).
     static std::uintptr_t limit();
 
     /// True when the current frame has gone below `limit`.

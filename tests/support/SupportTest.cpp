@@ -1,6 +1,8 @@
 // Exceptions, the exception log, the message box and the stack guard.
 #include <gtest/gtest.h>
+#include <ucontext.h>
 
+#include <cstdint>
 #include <sstream>
 #include <thread>
 #include <vector>
@@ -83,6 +85,45 @@ int descend(int level) {
     }
     const int reached = descend(level + 1);
     return frame[level % 1024] == 1 ? reached : 0;
+}
+
+/// A recursion on a stack of the host's, below the limit that it asked for where it began.
+struct Fiber {
+    int descend(int level) {
+        volatile char frame[1024];
+        frame[level % 1024] = 1;
+        if (OrvStack::isBelow(limit) || level == 5000) {
+            lowest = reinterpret_cast<std::uintptr_t>(&frame);
+            return level;
+        }
+        const int reached = descend(level + 1);
+        return frame[level % 1024] == 1 ? reached : 0;
+    }
+
+    ucontext_t caller{};
+    ucontext_t own{};
+    std::uintptr_t limit = 0;
+    std::uintptr_t lowest = 0;
+    int levels = 0;
+};
+Fiber fiber;
+
+void runFiber() {
+    fiber.limit = OrvStack::limit();
+    fiber.levels = fiber.descend(0);
+}
+
+TEST(Stack, GuardStopsRecursionOnAStackOfTheHosts) {
+    std::vector<char> stack(std::size_t{512} * 1024);
+    ASSERT_EQ(getcontext(&fiber.own), 0);
+    fiber.own.uc_stack.ss_sp = stack.data();
+    fiber.own.uc_stack.ss_size = stack.size();
+    fiber.own.uc_link = &fiber.caller;
+    makecontext(&fiber.own, &runFiber, 0);
+    ASSERT_EQ(swapcontext(&fiber.caller, &fiber.own), 0);
+    EXPECT_GT(fiber.levels, 20);
+    EXPECT_GT(fiber.lowest, reinterpret_cast<std::uintptr_t>(stack.data()) + stack.size() / 4);
+    EXPECT_LT(fiber.lowest, reinterpret_cast<std::uintptr_t>(stack.data()) + stack.size());
 }
 
 TEST(Stack, GuardStopsRecursionOnEveryThread) {
