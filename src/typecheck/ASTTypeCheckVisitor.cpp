@@ -468,7 +468,7 @@ void ASTTypeCheckVisitor::visitRegExpConstant(RegExpConstantNode& node) {
 // bytes may keep the engine busy for 100 ms. One that is too heavy by itself costs nothing.
 bool ASTTypeCheckVisitor::checkPatternWeight(const ExpressionNode& node,
                                              const std::string& pattern) {
-    constexpr std::size_t mostTogether = 16 * RWCRegexp::heaviest;
+    constexpr std::size_t mostTogether = 2 * RWCRegexp::heaviest;
     const std::size_t weight = RWCRegexp::weigh(pattern);
     const std::size_t excess = weight - std::min(weight, pattern.size());
     if (weight > RWCRegexp::heaviest) {
