@@ -1,10 +1,12 @@
-// Every single allocation of compilations, evaluations and printing fails, once and from then on.
+// Every single allocation of compilations, evaluations and printing fails, once and from then on:
+// without the memory pool, with it while it is empty, and with what it kept of the same work.
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <functional>
 #include <iostream>
+#include <limits>
 #include <new>
 #include <string>
 #include <vector>
@@ -14,6 +16,7 @@
 #include "evaluation/SmallModel.h"
 #include "fliodram/MMEvaluationError.h"
 #include "fliodram/MMTargetPrinter.h"
+#include "foundation/OrvMemoryPool.h"
 #include "support/AllocationCounter.h"
 #include "support/Corpus.h"
 #include "support/SilentErrors.h"
@@ -80,24 +83,69 @@ Outcome runWhileFailing(long number, bool forGood, const Action& action) {
     return outcome;
 }
 
+/// How the memory pool takes part.
+struct Pool {
+    const char* name;
+    std::size_t limit;        ///< what it may keep, in bytes
+    bool isWarm;              ///< whether it has kept what the same work gave back
+    std::size_t longestText;  ///< whose allocations fail with it
+};
+
+std::ostream& operator<<(std::ostream& stream, const Pool& pool) { return stream << pool.name; }
+
+constexpr std::size_t usualLimit = std::size_t{8} * 1024 * 1024;
+constexpr Pool pools[] = {{"WithoutPool", 0, false, 100},
+                          {"WithEmptyPool", usualLimit, false, 60},
+                          {"WithWarmPool", usualLimit, true, 40}};
+
 using Attempt = std::function<Outcome(long number, bool forGood)>;
 using Judge = std::function<bool(const Outcome&)>;
+using Compile = bool (*)(ExprParserDialogs&, const std::string&);
+
+/// Puts one of the pools in force for a test, and none after it.
+class FailingAllocations : public testing::TestWithParam<Pool> {
+protected:
+    FailingAllocations() { OrvMemoryPool::setLimit(GetParam().limit); }
+    ~FailingAllocations() override { OrvMemoryPool::setLimit(0); }
+
+    std::vector<std::string> chosenTexts() const;
+    void failEveryAllocation(const std::string& text, const Attempt& attempt,
+                             const Judge& isPermitted) const;
+    void failCompilation(Compile compile, const std::string& text) const;
+    template <class Parse>
+    void failEvaluations(const Parse& parse, const SmallModel& model,
+                         const std::string& text) const;
+
+private:
+    /// Gives back what the pool keeps, and counts what is alive without it.
+    static std::ptrdiff_t liveOutsideOfPool() {
+        OrvMemoryPool::setLimit(0);
+        OrvMemoryPool::setLimit(GetParam().limit);
+        return AllocationCounter::live();
+    }
+};
 
 // Makes the attempt with each allocation failing in turn, until none is left that could. What comes
 // of it is permitted, and nothing is left behind.
-void failEveryAllocation(const std::string& text, const Attempt& attempt,
-                         const Judge& isPermitted) {
+void FailingAllocations::failEveryAllocation(const std::string& text, const Attempt& attempt,
+                                             const Judge& isPermitted) const {
+    constexpr long never = std::numeric_limits<long>::max();
+    // What a thread keeps its first piece in is there from now on.
+    OrvMemoryPool::deallocate(OrvMemoryPool::allocate(1), 1);
     for (const bool forGood : {false, true}) {
         bool hasFailed = true;
         for (long number = 0; hasFailed; ++number) {
-            const std::ptrdiff_t before = AllocationCounter::live();
+            const std::ptrdiff_t before = liveOutsideOfPool();
+            if (GetParam().isWarm) {
+                ASSERT_TRUE(isPermitted(attempt(never, false))) << text;
+            }
             {
                 const Outcome outcome = attempt(number, forGood);
                 ASSERT_TRUE(isPermitted(outcome))
                     << text << " gives " << outcome.result << " at " << number;
                 hasFailed = outcome.hasFailed;
             }
-            ASSERT_EQ(AllocationCounter::live(), before) << text << " at " << number;
+            ASSERT_EQ(liveOutsideOfPool(), before) << text << " at " << number;
         }
     }
 }
@@ -110,41 +158,41 @@ Judge wholeOrMemory(const std::string& whole) {
 }
 
 // The texts of the corpus, of all its groups, but for the longest, whose allocations are many.
-std::vector<std::string> chosenTexts() {
-    constexpr std::size_t longest = 100;
+std::vector<std::string> FailingAllocations::chosenTexts() const {
     std::vector<std::string> texts;
     for (const CorpusText& row : corpus()) {
-        if (row.text.size() <= longest) {
+        if (row.text.size() <= GetParam().longestText) {
             texts.push_back(row.text);
         }
     }
     return texts;
 }
 
-using Compile = bool (*)(ExprParserDialogs&, const std::string&);
+template <auto parse>
+bool compiles(ExprParserDialogs& dialogs, const std::string& text) {
+    return static_cast<bool>(parse(dialogs, text));
+}
+template <auto parse>
+bool compilesMapped(ExprParserDialogs& dialogs, const std::string& text) {
+    SourceMap map;
+    return static_cast<bool>(parse(dialogs, text, map));
+}
 
-const Compile entryPoints[] = {
-    [](ExprParserDialogs& dialogs, const std::string& text) {
-        return static_cast<bool>(ExprParser::parseCondition(dialogs, text));
-    },
-    [](ExprParserDialogs& dialogs, const std::string& text) {
-        return static_cast<bool>(ExprParser::parseAssociatedAttribute(dialogs, text));
-    },
-    [](ExprParserDialogs& dialogs, const std::string& text) {
-        return static_cast<bool>(ExprParser::parseComplexAssociation(dialogs, text));
-    },
-    [](ExprParserDialogs& dialogs, const std::string& text) {
-        SourceMap map;
-        return static_cast<bool>(ExprParser::parseMappedAssociatedAttribute(dialogs, text, map));
-    },
+constexpr Compile entryPoints[] = {
+    compiles<ExprParser::parseCondition>,
+    compiles<ExprParser::parseAssociatedAttribute>,
+    compiles<ExprParser::parseComplexAssociation>,
+    compilesMapped<ExprParser::parseMappedCondition>,
+    compilesMapped<ExprParser::parseMappedAssociatedAttribute>,
+    compilesMapped<ExprParser::parseMappedComplexAssociation>,
 };
 
 // A compilation whose memory runs out has an empty result, after the first of its messages.
 // std::bad_alloc leaves it where all is done but the abstraction that is returned.
-void failCompilation(Compile compile, const std::string& text) {
+void FailingAllocations::failCompilation(Compile compile, const std::string& text) const {
     ComparingDialogs dialogs;
-    const bool compiles = compile(dialogs, text);
-    const std::string whole = compiles ? "compiled" : "empty";
+    const bool isCorrect = compile(dialogs, text);
+    const std::string whole = isCorrect ? "compiled" : "empty";
     failEveryAllocation(
         text,
         [&](long number, bool forGood) {
@@ -154,14 +202,14 @@ void failCompilation(Compile compile, const std::string& text) {
             });
         },
         [&](const Outcome& outcome) {
-            const bool isMemoryPermitted = compiles && outcome.hasFailed;
+            const bool isMemoryPermitted = isCorrect && outcome.hasFailed;
             return outcome.result == "empty" && outcome.hasFailed ? dialogs.areRight()
                    : outcome.result == "memory" ? isMemoryPermitted && dialogs.areAll()
                                                 : outcome.result == whole && dialogs.areAll();
         });
 }
 
-TEST(FailingAllocation, OfCompilations) {
+TEST_P(FailingAllocations, OfCompilations) {
     const SilentErrors silent;
     for (const std::string& text : chosenTexts()) {
         for (const Compile compile : entryPoints) {
@@ -171,7 +219,7 @@ TEST(FailingAllocation, OfCompilations) {
 }
 
 // The first compilation of a process makes what all share; where that fails, a later one makes it.
-TEST(FailingAllocation, OfTheFirstCompilation) {
+TEST_P(FailingAllocations, OfTheFirstCompilation) {
     const std::string text = "size (all \"A\") > 1 and $b ~= \"c\"";
     int status = -1;
     for (long number = 0; status != 0; ++number) {
@@ -207,7 +255,8 @@ std::string evaluate(const Expression& expression, const SmallModel& model) {
 // An evaluation whose memory runs out throws std::bad_alloc, be it the first of an expression,
 // which fills its caches, or a later one. The next one is right.
 template <class Parse>
-void failEvaluations(const Parse& parse, const SmallModel& model, const std::string& text) {
+void FailingAllocations::failEvaluations(const Parse& parse, const SmallModel& model,
+                                         const std::string& text) const {
     ComparingDialogs dialogs;
     const auto sample = parse(dialogs, text);
     if (!sample) {
@@ -231,16 +280,17 @@ void failEvaluations(const Parse& parse, const SmallModel& model, const std::str
     failEveryAllocation(text, attackLater, wholeOrMemory(whole));
 }
 
-TEST(FailingAllocation, OfEvaluations) {
+TEST_P(FailingAllocations, OfEvaluations) {
     const SilentErrors silent;
     const SmallModel model;
     for (const std::string& text : chosenTexts()) {
+        failEvaluations(ExprParser::parseCondition, model, text);
         failEvaluations(ExprParser::parseAssociatedAttribute, model, text);
         failEvaluations(ExprParser::parseComplexAssociation, model, text);
     }
 }
 
-TEST(FailingAllocation, OfPrinting) {
+TEST_P(FailingAllocations, OfPrinting) {
     const SilentErrors silent;
     for (const std::string& text : chosenTexts()) {
         ComparingDialogs dialogs;
@@ -255,5 +305,8 @@ TEST(FailingAllocation, OfPrinting) {
         }
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(All, FailingAllocations, testing::ValuesIn(pools),
+                         [](const auto& pool) { return pool.param.name; });
 
 }  // namespace
