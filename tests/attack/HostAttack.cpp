@@ -1,11 +1,14 @@
 // What hosts do around compilations: threads that begin at once, loading and unloading.
 #include <dlfcn.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <array>
 #include <clocale>
 #include <cstdio>
 #include <cstdlib>
+#include <functional>
 #include <iomanip>
 #include <iostream>
 #include <latch>
@@ -21,6 +24,7 @@
 #include "fliodram/MMTargetPrinter.h"
 #include "fliodram/StructModel.h"
 #include "support/Corpus.h"
+#include "support/SilentErrors.h"
 
 namespace {
 
@@ -39,6 +43,123 @@ Outcomes compileCorpus() {
         outcomes.push_back(std::move(outcome));
     }
     return outcomes;
+}
+
+/// Writes 1234567.5 as "1'234'567,5".
+class GroupedCommas : public std::numpunct<char> {
+protected:
+    char do_decimal_point() const override { return ','; }
+    char do_thousands_sep() const override { return '\''; }
+    std::string do_grouping() const override { return "\3"; }
+};
+
+/// Puts a locale of the C library with a decimal comma in force, and one of C++ that groups digits,
+/// or one of them; the locales that were in force come back at the end.
+class CommaLocale {
+public:
+    explicit CommaLocale(bool isOfStreams = true, bool isOfTheLibrary = true) {
+        if (isOfStreams) {
+            std::locale::global(std::locale({}, new GroupedCommas));
+        }
+        if (isOfTheLibrary) {
+            setenv("LOCPATH", LOCALES, 1);
+            std::setlocale(LC_ALL, "de_DE.UTF-8");
+        }
+    }
+    CommaLocale(const CommaLocale&) = delete;
+    CommaLocale& operator=(const CommaLocale&) = delete;
+    ~CommaLocale() {
+        std::setlocale(LC_ALL, "C");
+        std::locale::global(before_);
+    }
+
+private:
+    std::locale before_;
+};
+
+// 1234567.5, as the C library writes it and a stream does, and what the C library reads of "1,5".
+std::string numbersOfTheLocale() {
+    std::array<char, 32> written{};
+    (void)std::snprintf(written.data(), written.size(), "%.1f", 1234567.5);
+    std::ostringstream stream;
+    stream << std::fixed << std::setprecision(1) << 1234567.5;
+    return std::string(written.data()) + " " + stream.str() + " " +
+           (std::strtod("1,5", nullptr) == 1.5 ? "1.5" : "1");
+}
+
+// The value of an expression, and the target that it was compiled to.
+std::string evaluated(const std::string& text) {
+    RecordingDialogs dialogs;
+    const auto compiled = ExprParser::parseAssociatedAttribute(dialogs, text);
+    const std::vector<Thing> things(1);
+    const StructModel model(things);
+    MMEvaluationContext context(model);
+    const MMValue value = compiled->apply(context, things[0].handle());
+    return std::string(value.getText()) + " of " + printedTarget(*compiled);
+}
+
+const char* const numbersText =
+    "string 1234567 + string (real \"1234567.5\" + 0.25) + string integer \"2000000\" + \"1\"";
+
+/// Which locale is strange in a process, and what its numbers look like then.
+struct StrangeLocale {
+    bool isOfStreams;
+    bool isOfTheLibrary;
+    const char* numbers;
+};
+
+constexpr StrangeLocale strangeLocales[] = {{false, false, "1234567.5 1234567.5 1"},
+                                            {true, false, "1234567.5 1'234'567,5 1"},
+                                            {false, true, "1234567,5 1234567.5 1.5"},
+                                            {true, true, "1234567,5 1'234'567,5 1.5"}};
+
+// What a process comes to whose first compilation is under a locale.
+std::string firstCompilationsUnder(const StrangeLocale& strange) {
+    const SilentErrors silent;
+    const CommaLocale locale(strange.isOfStreams, strange.isOfTheLibrary);
+    if (numbersOfTheLocale() != strange.numbers) {
+        return "another locale";
+    }
+    std::string all = evaluated(numbersText) + "\n";
+    for (const std::string& outcome : compileCorpus()) {
+        all += outcome + "\n";
+    }
+    return all;
+}
+
+// Runs the work in a child, which has compiled nothing before, and hands its result over.
+std::string inAFreshProcess(const std::function<std::string()>& work) {
+    std::array<int, 2> ends{};
+    EXPECT_EQ(pipe(ends.data()), 0);
+    const pid_t child = fork();
+    if (child == 0) {
+        const std::string result = work();
+        _exit(write(ends[1], result.data(), result.size()) == std::ssize(result) ? 0 : 1);
+    }
+    close(ends[1]);
+    std::string result;
+    std::array<char, 4096> buffer{};
+    for (ssize_t count = 0; (count = read(ends[0], buffer.data(), buffer.size())) > 0;) {
+        result.append(buffer.data(), static_cast<std::size_t>(count));
+    }
+    close(ends[0]);
+    int status = -1;
+    EXPECT_EQ(waitpid(child, &status, 0), child);
+    EXPECT_EQ(status, 0);
+    return result;
+}
+
+// What all compilations share is made by the first one, whose locale must not show in it. This
+// process compiles nothing before its children run, nor here.
+TEST(Host, LocalesOfTheFirstCompilationChangeNothing) {
+    std::string expected;
+    for (const StrangeLocale& strange : strangeLocales) {
+        const std::string outcome =
+            inAFreshProcess([&strange] { return firstCompilationsUnder(strange); });
+        expected = expected.empty() ? outcome : expected;
+        EXPECT_GT(outcome.size(), 10'000U) << outcome;
+        EXPECT_EQ(outcome, expected) << strange.numbers;
+    }
 }
 
 // Nothing was compiled before in this process, so the threads also race to make what all share.
@@ -64,74 +185,19 @@ TEST(Host, ThreadsMakeTheirFirstCompilationsAtOnce) {
     }
 }
 
-/// Writes 1234567.5 as "1'234'567,5".
-class GroupedCommas : public std::numpunct<char> {
-protected:
-    char do_decimal_point() const override { return ','; }
-    char do_thousands_sep() const override { return '\''; }
-    std::string do_grouping() const override { return "\3"; }
-};
-
-/// Puts a locale of the C library with a decimal comma in force, and one of C++ that groups digits
-/// as well; the locales that were in force come back at the end.
-class CommaLocale {
-public:
-    CommaLocale() : before_(std::locale::global(std::locale({}, new GroupedCommas))) {
-        setenv("LOCPATH", LOCALES, 1);
-        isInForce_ = std::setlocale(LC_ALL, "de_DE.UTF-8") != nullptr;
-    }
-    CommaLocale(const CommaLocale&) = delete;
-    CommaLocale& operator=(const CommaLocale&) = delete;
-    ~CommaLocale() {
-        std::setlocale(LC_ALL, "C");
-        std::locale::global(before_);
-    }
-
-    bool isInForce() const { return isInForce_; }
-
-private:
-    std::locale before_;
-    bool isInForce_ = false;
-};
-
-// 1234567.5, as the C library writes it and a stream does, and what the C library reads of "1,5".
-std::string numbersOfTheLocale() {
-    std::array<char, 32> written{};
-    (void)std::snprintf(written.data(), written.size(), "%.1f", 1234567.5);
-    std::ostringstream stream;
-    stream << std::fixed << std::setprecision(1) << 1234567.5;
-    return std::string(written.data()) + " " + stream.str() + " " +
-           (std::strtod("1,5", nullptr) == 1.5 ? "1.5" : "1");
-}
-
-// The value of an expression, and the target that it was compiled to.
-std::string evaluated(const std::string& text) {
-    RecordingDialogs dialogs;
-    const auto compiled = ExprParser::parseAssociatedAttribute(dialogs, text);
-    const std::vector<Thing> things(1);
-    const StructModel model(things);
-    MMEvaluationContext context(model);
-    const MMValue value = compiled->apply(context, things[0].handle());
-    return std::string(value.getText()) + " of " + printedTarget(*compiled);
-}
-
 // Numbers are read and written alike, whatever locale the host has set.
 TEST(Host, LocalesChangeNothing) {
-    const std::string text =
-        "string 1234567 + string (real \"1234567.5\" + 0.25) + string integer \"2000000\" + \"1\"";
-    std::streambuf* const buffer = std::cerr.rdbuf(nullptr);
+    const SilentErrors silent;
     ASSERT_EQ(numbersOfTheLocale(), "1234567.5 1234567.5 1");
     const Outcomes expected = compileCorpus();
-    const std::string expectedValue = evaluated(text);
+    const std::string expectedValue = evaluated(numbersText);
     {
         const CommaLocale locale;
-        ASSERT_TRUE(locale.isInForce());
         ASSERT_EQ(numbersOfTheLocale(), "1234567,5 1'234'567,5 1.5");
         EXPECT_EQ(compileCorpus(), expected);
-        EXPECT_EQ(evaluated(text), expectedValue);
+        EXPECT_EQ(evaluated(numbersText), expectedValue);
         EXPECT_EQ(numbersOfTheLocale(), "1234567,5 1'234'567,5 1.5");  // it is the host's still
     }
-    std::cerr.rdbuf(buffer);
     EXPECT_EQ(expectedValue.substr(0, 29), "12345671234567.7520000001 of ");
 }
 
