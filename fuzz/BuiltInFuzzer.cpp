@@ -1,129 +1,17 @@
 // Each built-in function and operator with operands of its types: the bytes choose among awkward
 // values, and become texts and patterns themselves. Whatever is chosen compiles, and has a value, a
 // sentence or reaches a limit.
+#include <algorithm>
 #include <array>
 #include <string_view>
 
+#include "BuiltIns.h"
 #include "CyclicModel.h"
 #include "FuzzText.h"
 #include "api/ExprParser.h"
 #include "fliodram/MMEvaluationError.h"
 
 namespace {
-
-/// What a built-in takes and gives, a letter each: B I R S for values, P for a pattern, O and C for
-/// an object and a collection of objects, T for a collection of texts. "%" stands for an operand.
-struct BuiltIn {
-    char result;
-    std::string_view operands;
-    std::string_view text;
-};
-
-constexpr BuiltIn builtIns[] = {
-    {'I', "C", "size %"},
-    {'C', "S", "all %"},
-    {'S', "O", "class %"},
-    {'S', "SO", "attribute (%, %)"},
-    {'S', "SC", "attribute (%, %)"},
-    {'S', "T", "comma %"},
-    {'S', "ST", "delim (%, %)"},
-    {'S', "T", "concat %"},
-    {'S', "SS", "alternation (%, %)"},
-    {'S', "SS", "(% |=> %)"},
-    {'S', "O", "opSig %"},
-    {'B', "PS", "match (%, %)"},
-    {'S', "PS", "find (%, %)"},
-    {'S', "PSS", "replace (%, %, %)"},
-    {'S', "PSS", "replace_all (%, %, %)"},
-    {'S', "S", "tolower %"},
-    {'S', "S", "toupper %"},
-    {'S', "S", "trim %"},
-    {'S', "S", "escape %"},
-    {'S', "O", "uid %"},
-    {'C', "C", "unique %"},
-    {'C', "C", "unique_stable %"},
-    {'C', "C", "reverse %"},
-    {'O', "C", "object %"},
-    {'O', "C", "first %"},
-    {'O', "C", "only %"},
-    {'S', "S", "string %"},
-    {'S', "R", "string %"},
-    {'S', "I", "string %"},
-    {'S', "B", "string %"},
-    {'R', "R", "real %"},
-    {'R', "S", "real %"},
-    {'R', "I", "real %"},
-    {'R', "B", "real %"},
-    {'I', "I", "integer %"},
-    {'I', "S", "integer %"},
-    {'I', "R", "integer %"},
-    {'I', "B", "integer %"},
-    {'B', "B", "boolean %"},
-    {'B', "S", "boolean %"},
-    {'B', "R", "boolean %"},
-    {'B', "I", "boolean %"},
-    {'B', "SS", "(% = %)"},
-    {'B', "SS", "(% <> %)"},
-    {'B', "SS", "(% < %)"},
-    {'B', "SS", "(% <= %)"},
-    {'B', "SS", "(% > %)"},
-    {'B', "SS", "(% >= %)"},
-    {'B', "SS", "(% ~= %)"},
-    {'B', "SS", "(% ~<> %)"},
-    {'B', "II", "(% = %)"},
-    {'B', "II", "(% <> %)"},
-    {'B', "II", "(% < %)"},
-    {'B', "II", "(% <= %)"},
-    {'B', "II", "(% > %)"},
-    {'B', "II", "(% >= %)"},
-    {'B', "RR", "(% = %)"},
-    {'B', "RR", "(% <> %)"},
-    {'B', "RR", "(% < %)"},
-    {'B', "RR", "(% <= %)"},
-    {'B', "RR", "(% > %)"},
-    {'B', "RR", "(% >= %)"},
-    {'B', "BB", "(% = %)"},
-    {'B', "BB", "(% <> %)"},
-    {'B', "OO", "(% = %)"},
-    {'B', "OO", "(% <> %)"},
-    {'B', "CC", "(% = %)"},
-    {'B', "CC", "(% <> %)"},
-    {'B', "CC", "(% < %)"},
-    {'B', "CC", "(% <= %)"},
-    {'B', "CC", "(% > %)"},
-    {'B', "CC", "(% >= %)"},
-    {'S', "SS", "(% + %)"},
-    {'I', "II", "(% + %)"},
-    {'I', "II", "(% - %)"},
-    {'I', "II", "(% * %)"},
-    {'I', "II", "(% / %)"},
-    {'R', "RR", "(% + %)"},
-    {'R', "RR", "(% - %)"},
-    {'R', "RR", "(% * %)"},
-    {'R', "RR", "(% / %)"},
-    {'I', "I", "(- %)"},
-    {'R', "R", "(- %)"},
-    {'B', "B", "(not %)"},
-    {'B', "BB", "(% and %)"},
-    {'B', "BB", "(% or %)"},
-    {'B', "BB", "(% implies %)"},
-    {'T', "SC", "map {%} over %"},
-    {'C', "BC", "filter {%} over %"},
-    {'C', "IC", "sort {%} over %"},
-    {'C', "RC", "sortd {%} over %"},
-    {'C', "CC", "traverse {%} over %"},
-    {'B', "CB", "(for_all x in % => %)"},
-    {'B', "CB", "(there_exists x in % => %)"},
-    {'B', "BBB", "(if % then % else %)"},
-    {'I', "BII", "(if % then % else %)"},
-    {'R', "BRR", "(if % then % else %)"},
-    {'S', "BSS", "(if % then % else %)"},
-    {'O', "BOO", "(if % then % else %)"},
-    {'C', "BCC", "(if % then % else %)"},
-    {'S', "S", "(let x = % in (x + x))"},
-    {'I', "C", "(let x = % in (size x))"},
-    {'C', "C", "(let x = % in (x))"},
-};
 
 /// Takes an expression from bytes; when they are used up, the simplest.
 class ExpressionMaker {
