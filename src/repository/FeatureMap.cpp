@@ -17,8 +17,8 @@ void FeatureMap::insert(MMKey key, std::uint32_t feature) {
 
 void FeatureMap::place(const Slot& added) {
     std::size_t at = added.key & mask_;
-    while (slots_[at].key != mmUnknownKey) {
-        at = (at + 1) & mask_;
+    for (std::size_t step = 1; slots_[at].key != mmUnknownKey; ++step) {
+        at = (at + step) & mask_;
     }
     slots_[at] = added;
 }

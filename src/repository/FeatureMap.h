@@ -10,7 +10,8 @@
 /// Finds the number of a feature within its class by the key of its name.
 ///
 /// Keys are small numbers that a class uses in runs, so that the lowest bits of a key are its
-/// place and a look-up is a load and a comparison. Owned by the class's record.
+/// place and a look-up is a load and a comparison. Steps that grow lead out of a run soon, where a
+/// document has made two of them meet. Owned by the class's record.
 class FeatureMap {
 public:
     static constexpr std::uint32_t none = 0xFFFFFFFFU;
@@ -19,8 +20,9 @@ public:
 
     std::uint32_t find(MMKey key) const {
         std::size_t at = key & mask_;
-        while (slots_[at].key != key && slots_[at].key != mmUnknownKey) {
-            at = (at + 1) & mask_;
+        for (std::size_t step = 1; slots_[at].key != key && slots_[at].key != mmUnknownKey;
+             ++step) {
+            at = (at + step) & mask_;
         }
         return slots_[at].feature;
     }

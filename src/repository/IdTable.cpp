@@ -4,7 +4,7 @@ void IdTable::reserve(std::size_t count) { slots_.assign(count + count / 2 + 1, 
 
 std::uint32_t IdTable::insert(TextRef id, std::uint32_t object, const TextStore& texts) {
     const std::string_view text = texts.view(id);
-    const std::uint64_t hash = hashText(text);
+    const std::uint64_t hash = hash_(text);
     Slot& slot = slots_[slotOf(text, hash, texts)];
     const std::uint32_t previous = slot.object;
     slot = {id, static_cast<std::uint32_t>(hash), object};
@@ -12,7 +12,7 @@ std::uint32_t IdTable::insert(TextRef id, std::uint32_t object, const TextStore&
 }
 
 std::uint32_t IdTable::find(std::string_view id, const TextStore& texts) const {
-    return slots_.empty() ? none : slots_[slotOf(id, hashText(id), texts)].object;
+    return slots_.empty() ? none : slots_[slotOf(id, hash_(id), texts)].object;
 }
 
 // The slot that holds the id, or the free one where it belongs. The lower half of the hash tells

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "repository/NameTable.h"
+#include "repository/KeyedHash.h"
 #include "repository/TextRef.h"
 
 /// A hash table from ids to the numbers of objects, sized once for all of them.
@@ -26,7 +26,7 @@ public:
     /// Where find() will look first. To be fetched into the cache some ids ahead, if the table is
     /// larger than a cache.
     const void* firstLook(std::string_view id) const {
-        return slots_.data() + firstSlot(hashText(id));
+        return slots_.data() + firstSlot(hash_(id));
     }
     bool isLarge() const { return slots_.size() > 65536; }
 
@@ -46,5 +46,6 @@ private:
     }
     std::size_t slotOf(std::string_view id, std::uint64_t hash, const TextStore& texts) const;
 
+    KeyedHash hash_;
     std::vector<Slot> slots_;
 };

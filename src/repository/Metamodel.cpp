@@ -1,7 +1,7 @@
 #include "repository/Metamodel.h"
 
 #include <algorithm>
-#include <unordered_set>
+#include <set>
 #include <utility>
 
 #include "repository/ModelReader.h"
@@ -59,7 +59,7 @@ private:
     static std::vector<std::string> namesOutside(std::string_view list,
                                                  const std::vector<std::string>& others) {
         constexpr std::string_view separator = ", ";
-        const std::unordered_set<std::string_view> known(others.begin(), others.end());
+        const std::set<std::string_view> known(others.begin(), others.end());
         std::vector<std::string> result;
         while (!list.empty()) {
             const std::string_view name = list.substr(0, list.find(separator));
@@ -129,7 +129,7 @@ private:
     }
 
     void addSupertypes(std::size_t number, const Metamodel& metamodel) {
-        std::unordered_set<std::string_view> seen;
+        std::set<std::string_view> seen;
         for (const std::string& name : classes_[number].supertypes) {
             const MetamodelClass* const supertype = metamodel.findClass(name);
             if (supertype != nullptr && seen.insert(name).second) {

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <cstddef>
+#include <map>
 #include <memory>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 class RepositoryModel;
@@ -79,6 +79,6 @@ private:
     static Features gather(const std::vector<const MetamodelClass*>& classes);
 
     std::vector<MetamodelClass> classes_;
-    std::unordered_map<std::string_view, std::size_t> numbers_;
+    std::map<std::string_view, std::size_t> numbers_;
     std::vector<Features> allFeatures_;  // of each class, sorted by name
 };

@@ -27,7 +27,7 @@ std::uint32_t NameTable::find(std::string_view name) const {
 // The slot that holds the name, or the free one where it belongs.
 std::size_t NameTable::slotOf(std::string_view name) const {
     const std::size_t mask = slots_.size() - 1;
-    std::size_t slot = static_cast<std::size_t>(hashText(name)) & mask;
+    std::size_t slot = static_cast<std::size_t>(hash_(name)) & mask;
     while (slots_[slot] != none && names_[slots_[slot]] != name) {
         slot = (slot + 1) & mask;
     }

@@ -5,11 +5,6 @@
 
 namespace {
 
-std::uint64_t combine(std::uint64_t hash, std::uint64_t value) {
-    hash = (hash ^ value) * 0x9E3779B97F4A7C15U;
-    return hash ^ (hash >> 32U);
-}
-
 // A text that consists of digits and fits.
 std::optional<std::uint32_t> readNumber(std::string_view digits) {
     std::uint32_t number = 0;
@@ -77,7 +72,7 @@ std::size_t PathIndex::slotOf(const std::vector<ObjectNumber>& slots, std::uint6
 }
 
 std::size_t PathIndex::slotOfName(ObjectNumber container, std::string_view name) const {
-    return slotOf(byName_, combine(hashText(name), container), [&](ObjectNumber other) {
+    return slotOf(byName_, hash_(hash_(name), container), [&](ObjectNumber other) {
         return tables_.records[other].container == container &&
                tables_.nameOf(tables_.handles[other]) == name;
     });
@@ -85,10 +80,10 @@ std::size_t PathIndex::slotOfName(ObjectNumber container, std::string_view name)
 
 std::size_t PathIndex::slotOfPlace(ObjectNumber container, MMKey feature,
                                    std::uint32_t position) const {
-    return slotOf(byPlace_, combine(combine(container, feature), position),
-                  [&](ObjectNumber other) {
-                      const ObjectRecord& record = tables_.records[other];
-                      return record.container == container && record.feature == feature &&
-                             record.position == position;
-                  });
+    const std::uint64_t owner = std::uint64_t{container} << 32U | feature;
+    return slotOf(byPlace_, hash_(owner, position), [&](ObjectNumber other) {
+        const ObjectRecord& record = tables_.records[other];
+        return record.container == container && record.feature == feature &&
+               record.position == position;
+    });
 }

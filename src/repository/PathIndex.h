@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "repository/KeyedHash.h"
 #include "repository/ModelTables.h"
 
 /// The contained objects of a document by container and name, and by container, feature and place.
@@ -34,6 +35,7 @@ private:
     std::size_t slotOfPlace(ObjectNumber container, MMKey feature, std::uint32_t position) const;
 
     const ModelTables& tables_;
+    KeyedHash hash_;
     std::vector<ObjectNumber> byName_;
     std::vector<ObjectNumber> byPlace_;
 };

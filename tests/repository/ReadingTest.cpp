@@ -10,6 +10,8 @@
 #include "fliodram/MMEvaluationContext.h"
 #include "fliodram/MMEvaluationError.h"
 #include "repository/ContainmentTypes.h"
+#include "repository/FeatureMap.h"
+#include "repository/KeyedHash.h"
 #include "repository/Metamodel.h"
 #include "repository/ModelDump.h"
 #include "repository/ModelReader.h"
@@ -168,8 +170,19 @@ TEST(Metamodel, DecidesWhatADocumentMeans) {
     }
 }
 
-// The processor's time for reading classes of which each inherits from all behind it, the best of
-// three.
+// The processor's time, the best of three.
+template <class Action>
+double timeOf(const Action& action) {
+    double best = 1e9;
+    for (int round = 0; round < 3; ++round) {
+        const std::clock_t start = std::clock();
+        action();
+        best = std::min(best, static_cast<double>(std::clock() - start));
+    }
+    return best;
+}
+
+// The time for reading classes of which each inherits from all behind it.
 double timeOfLattice(int classCount) {
     std::string text = "<p xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'>";
     for (int i = 0; i < classCount; ++i) {
@@ -180,16 +193,12 @@ double timeOfLattice(int classCount) {
         text += "'/>";
     }
     text += "</p>";
-    double best = 1e9;
-    for (int round = 0; round < 3; ++round) {
-        const std::clock_t start = std::clock();
+    return timeOf([&] {
         const auto known = Metamodel::readText(text, "m.ecore");
-        best = std::min(best, static_cast<double>(std::clock() - start));
         EXPECT_EQ(known->classes().front().supertypes.size(),
                   static_cast<std::size_t>(classCount) - 1);
         EXPECT_TRUE(known->classes().front().outsideSupertypes.empty());
-    }
-    return best;
+    });
 }
 
 TEST(Metamodel, TakesTimeLinearInTheSupertypes) {
@@ -314,6 +323,70 @@ TEST(Joining, StopsAtTheLimitsOfAnEvaluation) {
             EXPECT_LE(buffer.size(), limit.textSize) << row.attribute;
         }
     }
+}
+
+struct HashRow {
+    const char* name;
+    const char* begin;
+    const char* object;  // with a # for the text
+    const char* end;
+
+    // What stands around the number in the crafted texts makes a factor zero where words are
+    // multiplied that were mixed with constants of the golden ratio and no secret.
+    std::string document(bool isCrafted) const {
+        std::string result = begin;
+        for (int i = 10'000'000; i < 10'020'000; ++i) {
+            const std::string text = "FL8NC49FXGuubf5c" + std::to_string(i) + "Qco5whq";
+            result.append(i == 10'000'000 || *begin == '<' ? "" : ",");
+            for (const char* c = object; *c != '\0'; ++c) {
+                result += *c == '#' ? text + (isCrafted ? "H" : "I") : std::string(1, *c);
+            }
+        }
+        return result + end;
+    }
+};
+
+TEST(Hashes, OfATextAreNotKnownToItsAuthor) {
+    const KeyedHash hash;
+    const KeyedHash copy = hash;
+    for (const char* const text : {"", "x", "eight444", "sixteen characte", "more than sixteen"}) {
+        EXPECT_EQ(hash(text), copy(text));
+        EXPECT_NE(hash(text), KeyedHash()(text));
+    }
+}
+
+TEST(Hashes, LetNoDocumentTakeLong) {
+    for (const HashRow& row :
+         std::vector<HashRow>{{"ids", R"({"objects":[)", R"({"id":"#","class":"A"})", "]}"},
+                              {"classes", R"({"objects":[)", R"({"id":"#","class":"#"})", "]}"},
+                              {"features", R"({"objects":[{"id":"a","class":"A","attributes":{)",
+                               R"("#":1)", "}}]}"},
+                              {"elements", "<a>", "<#/>", "</a>"},
+                              {"names", "<a r='//x'>", "<b name='#'/>", "</a>"}}) {
+        const auto read = [](const std::string& text) { readModelText(text, "doc"); };
+        const std::string crafted = row.document(true);
+        const std::string plain = row.document(false);
+        EXPECT_LT(timeOf([&] { read(crafted); }), 20 * timeOf([&] { read(plain); })) << row.name;
+    }
+}
+
+// Two runs of keys that a class uses, the second of which may begin where the first did.
+double timeOfRuns(MMKey start) {
+    return timeOf([start] {
+        FeatureMap map;
+        for (const MMKey first : {MMKey{0}, start}) {
+            for (MMKey key = 0; key < 30'000; ++key) {
+                map.insert(first + key, key);
+            }
+        }
+        for (MMKey key = 0; key < 30'000; ++key) {
+            EXPECT_EQ(map.find(start + key), key);
+        }
+    });
+}
+
+TEST(Hashes, LetRunsOfKeysMeet) {
+    EXPECT_LT(timeOfRuns(MMKey{1} << 17U), 400 * timeOfRuns(40'000));
 }
 
 TEST(Threads, MayAskAtOnce) {

@@ -4,7 +4,6 @@
 #include <map>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "names/ClassGraph.h"
@@ -50,7 +49,7 @@ public:
     const ClassSet& known() const { return known_; }
     /// Those of them that no metamodel declares, of which documents show a part.
     const ClassSet& onlyShown() const { return onlyShown_; }
-    const std::unordered_map<std::string, ClassNumber>& byName() const { return byName_; }
+    const std::map<std::string, ClassNumber>& byName() const { return byName_; }
     /// The class of a name in UML or Ecore; `anything` where neither has it.
     ClassNumber findStandard(const std::string& name) const;
     /// Whether either has a class of this name, whatever the case of its letters.
@@ -60,7 +59,7 @@ public:
     const std::vector<NameDeclaration>& find(std::string_view name) const;
 
 private:
-    using Classes = std::unordered_map<std::string, ClassNumber>;
+    using Classes = std::map<std::string, ClassNumber>;
 
     void addStereotypes();
     Classes addClasses(const std::vector<MetamodelClass>& classes);
