@@ -1,6 +1,8 @@
 // The objects that refer to an object through a feature.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -9,7 +11,9 @@
 
 /// Associations backwards, each worked out when it is first asked for.
 ///
-/// Reads the tables it was made of, which must outlive it. Any number of threads may ask at once.
+/// An inverse has a place for every class of the model where it has many links, else only for those
+/// that it leads from. Reads the tables it was made of, which must outlive it. Any number of
+/// threads may ask at once.
 class InverseIndex {
 public:
     explicit InverseIndex(const ModelTables& tables);
@@ -27,7 +31,11 @@ public:
 private:
     struct Inverse {
         OrvOnce once;
-        std::vector<TargetColumn> byClass;  // of the targets
+        bool isDense = false;                // a column for every class
+        std::vector<TargetColumn> columns;   // by class of the targets; else an empty one behind
+        std::vector<std::uint32_t> classes;  // of the columns, when not every class has one
+
+        std::size_t findPlace(std::uint32_t classNumber) const;
     };
     struct Pair {
         MMObject target;

@@ -8,6 +8,8 @@
 #include <string>
 
 #include "repository/MemoryUses.h"
+#include "repository/ModelDump.h"
+#include "repository/ModelReader.h"
 #include "support/AllocationCounter.h"
 
 namespace {
@@ -42,6 +44,27 @@ TEST(Allocation, EveryFailureReachesTheCaller) {
         }
     }
     pugi::set_memory_management_functions(std::malloc, std::free);
+}
+
+// One object refers to itself through each of 300 features, among objects of 2,000 classes.
+TEST(Allocation, OfInversesIsProportionalToTheirLinks) {
+    std::string document = R"({"objects":[{"id":"0","class":"C","associations":{"f0":["0"])";
+    for (int i = 1; i < 300; ++i) {
+        document += ",\"f" + std::to_string(i) + "\":[\"0\"]";
+    }
+    document += "}}";
+    for (int i = 1; i < 2000; ++i) {
+        const std::string number = std::to_string(i);
+        document += R"(,{"id":")" + number + R"(","class":"C)" + number + "\"}";
+    }
+    const auto model = readModelText(document + "]}", "doc");
+    const std::ptrdiff_t before = AllocationCounter::liveBytes();
+    for (int i = 0; i < 300; ++i) {
+        model->associationKey("inverse:f" + std::to_string(i));
+    }
+    EXPECT_LT(AllocationCounter::liveBytes() - before, 300 * 500);
+    EXPECT_EQ(ask(*model, "0", "[inverse:f299]"), "0");
+    EXPECT_EQ(ask(*model, "1", "[inverse:f299]"), "");
 }
 
 }  // namespace

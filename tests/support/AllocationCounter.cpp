@@ -1,5 +1,7 @@
 #include "support/AllocationCounter.h"
 
+#include <malloc.h>
+
 #include <algorithm>
 #include <atomic>
 #include <cstdlib>
@@ -11,6 +13,7 @@
 namespace {
 
 std::atomic<std::ptrdiff_t> liveAllocations{0};
+std::atomic<std::ptrdiff_t> bytesOfThem{0};
 
 // Runs before any test does.
 [[maybe_unused]] const bool isPoolOff = (OrvMemoryPool::setLimit(0), true);
@@ -28,6 +31,7 @@ void* allocate(std::size_t size, std::align_val_t alignment = usualAlignment) no
     void* const memory = alignment > usualAlignment ? std::aligned_alloc(unit, units * unit)
                                                     : std::malloc(units * unit);
     liveAllocations += memory != nullptr ? 1 : 0;
+    bytesOfThem += static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
     return memory;
 }
 
@@ -41,12 +45,14 @@ void* allocateOrThrow(std::size_t size, std::align_val_t alignment = usualAlignm
 
 void deallocate(void* memory) noexcept {
     liveAllocations -= memory != nullptr ? 1 : 0;
+    bytesOfThem -= static_cast<std::ptrdiff_t>(malloc_usable_size(memory));
     std::free(memory);
 }
 
 }  // namespace
 
 std::ptrdiff_t AllocationCounter::live() noexcept { return liveAllocations; }
+std::ptrdiff_t AllocationCounter::liveBytes() noexcept { return bytesOfThem; }
 
 void* AllocationCounter::allocate(std::size_t size) noexcept { return ::allocate(size); }
 void AllocationCounter::deallocate(void* memory) noexcept { ::deallocate(memory); }

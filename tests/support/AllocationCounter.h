@@ -10,6 +10,8 @@ class AllocationCounter {
 public:
     /// How many allocations are alive in the whole process.
     static std::ptrdiff_t live() noexcept;
+    /// How many bytes they have.
+    static std::ptrdiff_t liveBytes() noexcept;
 
     /// Memory as operator new gets it, but empty where that would throw; for C interfaces.
     static void* allocate(std::size_t size) noexcept;
