@@ -60,8 +60,8 @@ bool runTimedSearch(MMEvaluationContext& context, std::uint64_t worst, const Sea
 class Replacing {
 public:
     Replacing(MMEvaluationContext& context, std::string_view text, std::string_view replacement)
-        : context_(context), text_(text), replacement_(replacement), parts_(replacement) {
-        context.countBytes(replacement.size());
+        : context_(context), text_(text), replacement_(replacement) {
+        goOverReplacement([this](std::string_view piece) { parts_.add(piece); });
     }
 
     std::string run(const RWCRegexp& pattern, bool replaceAll) {
@@ -99,12 +99,25 @@ private:
         if (!(groups[0].empty() && hasMatched_ && start == copied_)) {
             append(text_.substr(copied_, start - copied_));
             context_.countText(result_.size(), parts_.size(groups));
-            context_.countBytes(replacement_.size());
-            RWCRegexp::appendReplacement(result_, replacement_, groups);
+            goOverReplacement([&](std::string_view piece) {
+                RWCRegexp::appendReplacement(result_, piece, groups);
+            });
             copied_ = end;
             hasMatched_ = true;
         }
         position_ = groups[0].empty() ? nextCharacter(text_, start) : end;
+    }
+
+    // Each piece is counted before, so that a long replacement stops at the limits.
+    template <class Work>
+    void goOverReplacement(const Work& work) {
+        std::string_view rest = replacement_;
+        while (!rest.empty()) {
+            const std::string_view piece = RWCRegexp::firstPiece(rest);
+            context_.countBytes(piece.size());
+            work(piece);
+            rest.remove_prefix(piece.size());
+        }
     }
 
     void append(std::string_view piece) {

@@ -28,20 +28,26 @@ void requireMemory(std::size_t patternSize) {
     ::operator delete(::operator new(least + perByte * patternSize));
 }
 
-/// Calls onByte with each byte of a replacement that stands for itself, onGroup with the number of
+/// Calls onText with each piece of a replacement that stands for itself, onGroup with the number of
 /// each group.
-template <class OnByte, class OnGroup>
-void forEachPart(std::string_view replacement, const OnByte& onByte, const OnGroup& onGroup) {
-    for (std::size_t i = 0; i < replacement.size(); ++i) {
-        const char next = i + 1 < replacement.size() ? replacement[i + 1] : '\0';
-        if (replacement[i] == '\\' && next >= '0' && next <= '9') {
-            onGroup(static_cast<std::size_t>(next - '0'));
-            ++i;
-        } else {
-            onByte(replacement[i]);
-            i += replacement[i] == '\\' && next == '\\' ? 1U : 0U;
+template <class OnText, class OnGroup>
+void forEachPart(std::string_view replacement, const OnText& onText, const OnGroup& onGroup) {
+    std::size_t start = 0;  // of the piece
+    std::size_t backslash = replacement.find('\\');
+    while (backslash < replacement.size()) {
+        const std::size_t next = backslash + 1;
+        const char escaped = next < replacement.size() ? replacement[next] : '\0';
+        const bool isGroup = escaped >= '0' && escaped <= '9';
+        if (isGroup || escaped == '\\') {
+            onText(replacement.substr(start, (isGroup ? backslash : next) - start));
+            start = next + 1;
         }
+        if (isGroup) {
+            onGroup(static_cast<std::size_t>(escaped - '0'));
+        }
+        backslash = replacement.find('\\', std::max(start, next));
     }
+    onText(replacement.substr(start));
 }
 
 }  // namespace
@@ -142,13 +148,26 @@ bool RWCRegexp::isInEngine() noexcept { return isEngineEntered; }
 void RWCRegexp::appendReplacement(std::string& result, std::string_view replacement,
                                   const Groups& groups) {
     forEachPart(
-        replacement, [&result](char byte) { result.push_back(byte); },
+        replacement, [&result](std::string_view text) { result.append(text); },
         [&](std::size_t group) { result.append(groups[group]); });
 }
 
-RWCRegexp::ReplacementParts::ReplacementParts(std::string_view replacement) {
+std::string_view RWCRegexp::firstPiece(std::string_view replacement) {
+    constexpr std::size_t longest = std::size_t{1} << 16U;
+    if (replacement.size() <= longest) {
+        return replacement;
+    }
+    const std::size_t lastOther = replacement.substr(0, longest).find_last_not_of('\\');
+    const std::size_t backslashes =
+        lastOther == std::string_view::npos ? longest : longest - 1 - lastOther;
+    return replacement.substr(0, longest + backslashes % 2);
+}
+
+RWCRegexp::ReplacementParts::ReplacementParts(std::string_view replacement) { add(replacement); }
+
+void RWCRegexp::ReplacementParts::add(std::string_view replacement) {
     forEachPart(
-        replacement, [this](char /*byte*/) { ++plainBytes; },
+        replacement, [this](std::string_view text) { plainBytes += text.size(); },
         [this](std::size_t group) { ++uses[group]; });
 }
 

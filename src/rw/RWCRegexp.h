@@ -65,9 +65,16 @@ public:
     static void appendReplacement(std::string& result, std::string_view replacement,
                                   const Groups& groups);
 
+    /// The beginning of a replacement, of some 64 KiB where it is longer; going over a replacement
+    /// piece by piece comes to the same as going over it at once.
+    static std::string_view firstPiece(std::string_view replacement);
+
     /// What a replacement consists of: bytes that stand for themselves, and groups, each so often.
     struct ReplacementParts {
+        ReplacementParts() = default;
         explicit ReplacementParts(std::string_view replacement);
+        /// Counts a further piece.
+        void add(std::string_view replacement);
         /// How many bytes the replacement has, filled in.
         std::size_t size(const Groups& groups) const;
         /// How many groups a search has to find for it, the match as a whole included.

@@ -6,6 +6,7 @@
 #include <ctime>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "api/ExprParser.h"
@@ -14,6 +15,7 @@
 #include "fliodram/MMConstantExpr.h"
 #include "fliodram/MMEvaluationError.h"
 #include "fliodram/MMIfExpr.h"
+#include "fliodram/MMRegExpExpr.h"
 #include "fliodram/MMTextExpr.h"
 #include "fliodram/StructModel.h"
 
@@ -254,6 +256,25 @@ TEST(Hostile, ComparingSetsTakesSteps) {
     const auto expression = ExprParser::parseAssociatedAttribute(dialogs, text);
     ASSERT_TRUE(expression);
     (void)timeUntilStopped(*expression, context, things.front().handle(), text);
+}
+
+// All backslashes, of which each pair is a part of its own.
+TEST(Hostile, LongReplacementsStopBetweenTheirParts) {
+    const std::vector<Thing> things = makeThings();
+    const StructModel model(things);
+    MMEvaluationLimits limits;
+    limits.time = std::chrono::milliseconds(20);
+    MMEvaluationContext context(model, limits);
+    const auto constant = [](std::string text) {
+        return OrvCyclicPtr<MMConstantExpr>(new MMConstantExpr(MMValue(std::move(text))));
+    };
+    const OrvCyclicPtr<MMRegExpReplaceExpr> body(new MMRegExpReplaceExpr(
+        constant("b"), constant("abc"), constant(std::string(std::size_t{60'000'000}, '\\'))));
+    const OrvCyclicPtr<MMObjectVarExpr> variable(new MMObjectVarExpr);
+    const OrvCyclicPtr<MMValueAbsExpr> expression(new MMValueAbsExpr(variable, body));
+    EXPECT_LT(
+        timeUntilStopped(*expression, context, things.front().handle(), "replacement").count(),
+        std::chrono::nanoseconds(longestTime()).count());
 }
 
 // What a host can build, although no text does.

@@ -143,6 +143,34 @@ TEST(RWCRegexp, Replacements) {
     }
 }
 
+// Backslashes stand where a piece ends, in runs of both parities, and all over.
+TEST(RWCRegexp, LongReplacementsMayBeWrittenInPieces) {
+    const RWCRegexp::Groups groups = {"whole", "one"};
+    const std::size_t pieceSize = RWCRegexp::firstPiece(std::string(200'000, 'x')).size();
+    ASSERT_LT(pieceSize, 100'000);
+    for (std::size_t plain = pieceSize - 6; plain <= pieceSize + 1; ++plain) {
+        for (std::size_t backslashes = 1; backslashes <= 5; ++backslashes) {
+            const std::string replacement = std::string(plain, 'x') +
+                                            std::string(backslashes, '\\') + "1" +
+                                            std::string(pieceSize * 2, '\\') + "0";
+            const std::string expected =
+                std::string(plain, 'x') + std::string(backslashes / 2, '\\') +
+                (backslashes % 2 != 0 ? "one" : "1") + std::string(pieceSize, '\\') + "0";
+            std::string result;
+            RWCRegexp::ReplacementParts parts;
+            for (std::string_view rest = replacement; !rest.empty();) {
+                const std::string_view piece = RWCRegexp::firstPiece(rest);
+                ASSERT_FALSE(piece.empty());
+                RWCRegexp::appendReplacement(result, piece, groups);
+                parts.add(piece);
+                rest.remove_prefix(piece.size());
+            }
+            EXPECT_TRUE(result == expected) << plain << ", " << backslashes;
+            EXPECT_EQ(parts.size(groups), expected.size()) << plain << ", " << backslashes;
+        }
+    }
+}
+
 TEST(RWCRegexp, ReplacementsTellTheGroupsThatTheyNeed) {
     const std::vector<std::pair<std::string, std::size_t>> cases = {
         {"", 1}, {"a\\\\3", 1}, {"\\0", 1}, {"\\3\\1", 4}, {"\\9", 10}};
