@@ -27,7 +27,7 @@ std::size_t countDistinct(MMEvaluationContext& context, const MMObjectRange& tar
                           MMKeySet<MMObjectKey>& met) {
     for (const MMObject& object : targets) {
         context.step();
-        if (!met.insert({object})) {
+        if (!met.insert(context, {object})) {
             return met.size();
         }
     }
@@ -47,7 +47,7 @@ MMObjectRange distinct(MMEvaluationContext& context, MMTraversalState& state, MM
     kept.assign(targets.first, targets.first + count);
     for (const MMObject* object = targets.first + count; object != targets.last; ++object) {
         context.step();
-        if (met.insert({*object})) {
+        if (met.insert(context, {*object})) {
             kept.push_back(*object);
         }
     }

@@ -68,7 +68,7 @@ public:
     bool take(const MMObjectRange& objects) override {
         for (const MMObject& object : objects) {
             context_.step();
-            if (seen_.insert({object})) {
+            if (seen_.insert(context_, {object})) {
                 context_.checkCollectionSize(seen_.size());
                 if (!takeOne(next_, object)) {
                     return false;

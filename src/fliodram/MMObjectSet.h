@@ -1,6 +1,8 @@
 // Sets and lists of objects that evaluation works with.
 #pragma once
 
+#include <algorithm>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -11,12 +13,13 @@
 
 /// A set of keys that answers whether a key is new; a small set is searched from end to end, a
 /// larger one through a table of hashes. A key is compared with == and offers
-/// `std::size_t hash() const`. Keeps its memory when it is cleared, for the next use.
+/// `std::size_t hash() const`. Keeps its memory when it is cleared, for the next use. A large one
+/// looks at the clock of the context while it grows, and is whole when that throws.
 template <class Key>
 class MMKeySet {
 public:
     /// Adds the key; false when it was there already.
-    bool insert(const Key& key) {
+    bool insert(MMEvaluationContext& context, const Key& key) {
         if (slotCount_ == 0) {
             for (const Key& other : keys_) {
                 if (other == key) {
@@ -25,7 +28,7 @@ public:
             }
             keys_.push_back(key);
         } else {
-            std::uint32_t& slot = find(key);
+            std::uint32_t& slot = find(key, slotCount_ - 1);
             if (slot != 0) {
                 return false;
             }
@@ -33,7 +36,7 @@ public:
             slot = static_cast<std::uint32_t>(keys_.size());
         }
         if (keys_.size() > (slotCount_ == 0 ? few : slotCount_ / 2)) {
-            grow();
+            grow(context);
         }
         return true;
     }
@@ -49,10 +52,10 @@ public:
 
 private:
     static constexpr std::size_t few = 8;
+    static constexpr std::size_t piece = 8192;  // a power of two
 
     // The slot of the key, or the free one where it belongs.
-    std::uint32_t& find(const Key& key) {
-        const std::size_t mask = slotCount_ - 1;
+    std::uint32_t& find(const Key& key, std::size_t mask) {
         std::size_t i = key.hash() & mask;
         while (slots_[i] != 0 && !(keys_[slots_[i] - 1] == key)) {
             i = (i + 1) & mask;
@@ -60,16 +63,46 @@ private:
         return slots_[i];
     }
 
-    void grow() {
-        const std::size_t count = slotCount_ == 0 ? few * 4 : slotCount_ * 2;
+    // There is no table meanwhile, nor when it throws.
+    [[gnu::noinline]] void grow(const MMEvaluationContext& context) {
+        const std::size_t count = std::bit_ceil(keys_.size() * 2);
         if (count > std::numeric_limits<std::uint32_t>::max()) {
             throw std::bad_alloc();
         }
         slotCount_ = 0;
-        slots_.assign(count, 0);
+        if (count <= piece) {
+            slots_.assign(count, 0);
+            number(0, keys_.size(), count - 1);
+        } else {
+            growInPieces(context, count);
+        }
         slotCount_ = count;
-        for (std::size_t i = 0; i < keys_.size(); ++i) {
-            find(keys_[i]) = static_cast<std::uint32_t>(i + 1);
+    }
+
+    // Looks at the clock between two pieces. The keys get the room that they need until the table
+    // grows again, so that they are copied here alone.
+    void growInPieces(const MMEvaluationContext& context, std::size_t count) {
+        std::vector<Key> keys;
+        keys.reserve(count / 2 + 1);
+        slots_.clear();
+        slots_.reserve(count);
+        while (slots_.size() < count) {
+            context.checkTime({});
+            slots_.resize(slots_.size() + piece);
+        }
+        for (std::size_t first = 0; first < keys_.size(); first += piece) {
+            context.checkTime({});
+            const std::size_t last = std::min(first + piece, keys_.size());
+            keys.insert(keys.end(), keys_.data() + first, keys_.data() + last);
+            number(first, last, count - 1);
+        }
+        keys_.swap(keys);
+    }
+
+    // Enters keys into the table.
+    void number(std::size_t first, std::size_t last, std::size_t mask) {
+        for (std::size_t i = first; i < last; ++i) {
+            find(keys_[i], mask) = static_cast<std::uint32_t>(i + 1);
         }
     }
 

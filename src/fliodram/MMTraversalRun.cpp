@@ -69,7 +69,7 @@ private:
         if (turn.isNew) {
             return true;
         }
-        const bool isFirst = memory_.followed.insert(turn);
+        const bool isFirst = memory_.followed.insert(context_, turn);
         context_.checkCollectionSize(memory_.followed.size());
         return isFirst;
     }
@@ -80,7 +80,7 @@ private:
             return true;
         }
         const bool isFirst =
-            (isNew && plan_.hasOneResult()) || memory_.reached.insert(MMObjectKey{object});
+            (isNew && plan_.hasOneResult()) || memory_.reached.insert(context_, {object});
         return !isFirst || takeOne(consumer_, object);
     }
 
@@ -228,7 +228,7 @@ void MMTraversalMemory::clear() {
 }
 
 bool MMTraversalMemory::isLarge() const {
-    constexpr std::size_t large = 65536;
+    constexpr std::size_t large = 65537;  // a set has room for one key more than half its table
     return queue.capacity() > large || stack.capacity() > large || followed.capacity() > large ||
            reached.capacity() > large;
 }
