@@ -26,8 +26,8 @@ struct MMEvaluationLimits {
     /// application off; null for none. Looked at as often as the clock, and borrowed.
     const std::atomic<bool>* isCancelled = nullptr;
     /// Bytes that are kept at a time: of what lets keep, of collections that are sorted, reversed
-    /// or compared, of the keys by which they are sorted, and of texts whose other half is still to
-    /// be evaluated.
+    /// or compared, of the keys by which they are sorted, of texts whose other half is still to be
+    /// evaluated, and of targets that the model copied for a path that is followed depth first.
     std::size_t memory = std::size_t{1} << 30U;
 };
 
@@ -170,6 +170,11 @@ public:
         }
         add(size);
         return true;
+    }
+    /// Counts that some of what was added is kept no longer.
+    void remove(std::size_t size) {
+        context_.giveBack(size);
+        size_ -= size;
     }
 
 private:

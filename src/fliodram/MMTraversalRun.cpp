@@ -16,7 +16,7 @@ class TraversalRun {
 public:
     TraversalRun(MMEvaluationContext& context, const MMTraversalPlan& plan,
                  MMTraversalMemory& memory, MMObjectConsumer& consumer)
-        : context_(context), plan_(plan), memory_(memory), consumer_(consumer) {}
+        : context_(context), plan_(plan), memory_(memory), consumer_(consumer), kept_(context) {}
 
     bool run(MMObject object) {
         enqueue(plan_.start(), object, true);
@@ -109,7 +109,7 @@ private:
             MMTraversalMemory::Frame& frame = memory_.stack.back();
             const bool isFollowed = frame.isOpen || open(frame);
             if (!isFollowed || frame.targets.first == frame.targets.last) {
-                memory_.stack.pop_back();
+                close(frame);
             } else if (!descend(frame)) {
                 return false;
             }
@@ -122,8 +122,18 @@ private:
         if (frame.isOpen) {
             const Step& step = plan_.step(frame.turn.step);
             step.traversal->findTargets(context_, frame.turn.object, frame.targets, frame.buffer);
+            if (frame.copiedBytes() != 0) {
+                kept_.add(frame.copiedBytes());
+            }
         }
         return frame.isOpen;
+    }
+
+    void close(const MMTraversalMemory::Frame& last) {
+        if (last.copiedBytes() != 0) {
+            kept_.remove(last.copiedBytes());
+        }
+        memory_.stack.pop_back();
     }
 
     // Takes the next target of a turn, and puts the steps below it on the stack, the first on top.
@@ -151,6 +161,7 @@ private:
     const MMTraversalPlan& plan_;
     MMTraversalMemory& memory_;
     MMObjectConsumer& consumer_;
+    MMKeptBytes kept_;  // of the targets that the model copied for the turns on the stack
 };
 
 }  // namespace

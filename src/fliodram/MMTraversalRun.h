@@ -63,6 +63,9 @@ struct MMTraversalMemory {
         bool isOpen = false;
         std::vector<MMObject> buffer;
         MMObjectRange targets;
+
+        /// What the buffer takes; nothing where the model shows its own memory.
+        std::size_t copiedBytes() const { return buffer.capacity() * sizeof(MMObject); }
     };
 
     std::vector<MMTraversalTurn> queue;

@@ -190,6 +190,17 @@ TEST(Hostile, ExpressionsStopAtTheirLimits) {
     }
 }
 
+// The limit at which an application ends; nothing where it has a value.
+std::optional<MMEvaluationError::Kind> limitOf(const MMValueAbsExpr& expression,
+                                               MMEvaluationContext& context, MMObject object) {
+    try {
+        (void)expression.apply(context, object);
+        return std::nullopt;
+    } catch (const MMEvaluationError& error) {
+        return error.getKind();
+    }
+}
+
 // With 64 MiB, a text of 10 MB that may be kept some times, and 90,000 objects.
 TEST(Hostile, NothingKeepsMoreThanTheLimit) {
     const std::vector<Thing> things = makeThings();
@@ -233,14 +244,42 @@ TEST(Hostile, NothingKeepsMoreThanTheLimit) {
     for (const auto& row : rows) {
         const auto expression = ExprParser::parseAssociatedAttribute(dialogs, row.text);
         ASSERT_TRUE(expression) << row.text << "\n" << dialogs.messages.back();
-        std::optional<MMEvaluationError::Kind> error;
-        try {
-            (void)expression->apply(context, things.front().handle());
-        } catch (const MMEvaluationError& caught) {
-            error = caught.getKind();
-        }
+        const auto error = limitOf(*expression, context, things.front().handle());
         EXPECT_EQ(error == MMEvaluationError::Kind::memoryLimit, row.isLimited) << row.text;
         EXPECT_EQ(error.has_value(), row.isLimited) << row.text;
+    }
+}
+
+// With 64 KiB, of which the targets of the 300 objects of a path take 48,000 bytes where the model
+// copies them for one step, and as much for each further one.
+TEST(Hostile, DepthFirstPathsKeepTheTargetsThatAModelCopies) {
+    const std::vector<Thing> things = makeThings();
+    const StructModel model(things);
+    MMEvaluationLimits limits;
+    limits.memory = std::size_t{1} << 16U;
+    MMEvaluationContext context(model, limits);
+    const std::string all = "all \"N\"";
+    const struct {
+        bool isLimited;
+        std::string text;
+    } rows[] = {
+        {false, "string size (this -> l:^_[a] -> @l)"},
+        {true, "string size (this -> l:^_[a] -> ^_[a] -> @l)"},
+        {true, "string size (this -> l:^_[a]{size (current -> m:^_[a] -> @m) > 0} -> @l)"},
+        // what goes is given back, and what is left when a search has found
+        {false, "string (for_all x in " + all + " => size (x -> l:^_[a] -> @l) > 0)"},
+        {false,
+         "string (for_all x in " + all + " => there_exists y in (x -> l:^_[a] -> @l) => y = this)"},
+    };
+    RecordingDialogs dialogs;
+    for (const auto& row : rows) {
+        const auto expression = ExprParser::parseAssociatedAttribute(dialogs, row.text);
+        ASSERT_TRUE(expression) << row.text << "\n" << dialogs.messages.back();
+        for (int round = 0; round < 2; ++round) {
+            const auto error = limitOf(*expression, context, things.front().handle());
+            EXPECT_EQ(error == MMEvaluationError::Kind::memoryLimit, row.isLimited) << row.text;
+            EXPECT_EQ(error.has_value(), row.isLimited) << row.text;
+        }
     }
 }
 
