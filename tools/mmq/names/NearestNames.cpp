@@ -40,6 +40,11 @@ Nearness nearnessOf(std::string_view candidate, std::string_view name,
             candidate.size() - commonBeginning(lowerName, lower), candidate};
 }
 
+// Names differ by at least as many letters as one has more than the other.
+std::size_t differenceOfLengths(std::string_view a, std::string_view b) {
+    return std::max(a.size(), b.size()) - std::min(a.size(), b.size());
+}
+
 bool beginsWith(std::string_view candidate, const std::string& lowerName) {
     return lowerName.size() >= shortestBeginning &&
            lowerCase(candidate.substr(0, lowerName.size())) == lowerName;
@@ -111,10 +116,15 @@ std::vector<std::string> nearestNames(std::string_view name,
     std::vector<Nearness> near;
     std::vector<Nearness> longer;
     for (const std::string& candidate : candidates) {
+        const bool mayBeNear = differenceOfLengths(candidate, name) <= farthest;
+        const bool isLonger = beginsWith(candidate, lowerName);
+        if (candidate == name || !(mayBeNear || isLonger)) {
+            continue;
+        }
         const Nearness nearness = nearnessOf(candidate, name, lowerName);
-        if (candidate != name && nearness.distance <= farthest) {
+        if (nearness.distance <= farthest) {
             near.push_back(nearness);
-        } else if (candidate != name && beginsWith(candidate, lowerName)) {
+        } else if (isLonger) {
             longer.push_back(nearness);
         }
     }
