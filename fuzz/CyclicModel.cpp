@@ -9,8 +9,7 @@ CyclicModel::CyclicModel() : things_(50), model_(things_) {
         Thing& thing = things_[i];
         const auto to = [this](std::size_t number) { return object(number); };
         thing.kind = classes[i % std::size(classes)];
-        thing.id = "o";
-        thing.id += std::to_string(i);
+        thing.id = std::to_string(i).insert(0, 1, 'o');
         thing.parent = i == 0 ? nullptr : &things_[i / 2];
         thing.attributes = {{"name", "name " + std::to_string(i % 9)},
                             {"type", i % 3 == 0 ? "" : "T"},

@@ -81,6 +81,7 @@ private:
         }
         const bool isFirst =
             (isNew && plan_.hasOneResult()) || memory_.reached.insert(context_, {object});
+        context_.checkCollectionSize(memory_.reached.size());
         return !isFirst || takeOne(consumer_, object);
     }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "fliodram/MMObjectSet.h"
@@ -48,7 +49,7 @@ PathTrace::PathTrace(MMEvaluationContext& context, const MMAssociationExpr& path
             group->second = next->alternatives();
         }
         for (const MMAssociationTraversal* step : group->second) {
-            if (followed.insert({step, arrival.object})) {
+            if (followed.insert(context, {step, arrival.object})) {
                 follow(context, *step, i);
             }
         }
@@ -100,9 +101,9 @@ PathWay PathTrace::wayTo(MMObject object) const {
 
 std::vector<MMObject> PathTrace::reachedBy(const MMAssociationTraversal& step) const {
     std::vector<MMObject> objects;
-    MMKeySet<MMObjectKey> known;
+    std::unordered_set<MMObject> known;
     for (const Arrival& arrival : arrivals_) {
-        if (arrival.step == &step && known.insert({arrival.object})) {
+        if (arrival.step == &step && known.insert(arrival.object).second) {
             objects.push_back(arrival.object);
         }
     }
