@@ -1,7 +1,6 @@
 #include "repository/InverseIndex.h"
 
 #include <algorithm>
-#include <tuple>
 #include <utility>
 
 #include "repository/ColumnShape.h"
@@ -17,56 +16,49 @@ void InverseIndex::prepare(MMKey feature) const {
 }
 
 MMObjectRange InverseIndex::at(MMKey feature, MMObject target) const {
-    const Inverse& inverse = inverses_[feature];
-    std::size_t place = ModelTables::classNumber(target);
-    if (!inverse.isDense) {
-        place = inverse.findPlace(ModelTables::classNumber(target));
+    return inverses_[feature]
+        .columns.of(ModelTables::classNumber(target))
+        .at(ModelTables::index(target));
+}
+
+InverseIndex::Columns::Columns(std::size_t classCount, std::size_t linkCount)
+    : isDense_(isWorthwhile(classCount, sizeof(TargetColumn), linkCount)),
+      columns_(isDense_ ? classCount : 1) {}
+
+// Classes are added in order.
+void InverseIndex::Columns::add(std::uint32_t classNumber, TargetColumn column) {
+    if (isDense_) {
+        columns_[classNumber] = std::move(column);
+    } else {
+        columns_.back() = std::move(column);
+        columns_.emplace_back();
+        classes_.push_back(classNumber);
     }
-    return inverse.columns[place].at(ModelTables::index(target));
 }
 
 // The place of the column of a class, or of the empty one behind them.
-std::size_t InverseIndex::Inverse::findPlace(std::uint32_t classNumber) const {
-    const auto found = std::lower_bound(classes.begin(), classes.end(), classNumber);
-    return found != classes.end() && *found == classNumber
-               ? static_cast<std::size_t>(found - classes.begin())
-               : classes.size();
+std::size_t InverseIndex::Columns::findPlace(std::uint32_t classNumber) const {
+    const auto found = std::lower_bound(classes_.begin(), classes_.end(), classNumber);
+    return found != classes_.end() && *found == classNumber
+               ? static_cast<std::size_t>(found - classes_.begin())
+               : classes_.size();
 }
 
-// Orders all pairs of target and source by target, then by the place of the source.
 void InverseIndex::build(MMKey feature, Inverse& inverse) const {
-    std::vector<Pair> pairs = gather(feature);
-    const auto key = [](const Pair& pair) { return std::tie(pair.target, pair.source); };
-    std::sort(pairs.begin(), pairs.end(),
-              [&](const Pair& a, const Pair& b) { return key(a) < key(b); });
-    const auto isSame = [&](const Pair& a, const Pair& b) { return key(a) == key(b); };
-    pairs.erase(std::unique(pairs.begin(), pairs.end(), isSame), pairs.end());
-
-    const bool isDense = isWorthwhile(tables_.classes.size(), sizeof(TargetColumn), pairs.size());
-    std::vector<TargetColumn> columns(isDense ? tables_.classes.size() : 1);
-    std::vector<std::uint32_t> classes;
-    std::vector<Link> links;
-    for (std::size_t i = 0; i < pairs.size();) {
-        const std::uint32_t target = ModelTables::classNumber(pairs[i].target);
-        links.clear();
-        for (; i < pairs.size() && ModelTables::classNumber(pairs[i].target) == target; ++i) {
-            links.push_back(
-                {tables_.handles[pairs[i].source], ModelTables::index(pairs[i].target), 0});
-        }
-        TargetColumn column(links, {}, tables_.classes[target].objects.size());
-        if (isDense) {
-            columns[target] = std::move(column);
-        } else {
-            columns.back() = std::move(column);
-            columns.emplace_back();
-            classes.push_back(target);
-        }
+    const std::vector<Pair> pairs = gather(feature);
+    Columns columns(tables_.classes.size(), pairs.size());
+    for (auto first = pairs.begin(); first != pairs.end();) {
+        const std::uint32_t target = ModelTables::classNumber(first->target);
+        const auto last = std::find_if(first, pairs.end(), [target](const Pair& pair) {
+            return ModelTables::classNumber(pair.target) != target;
+        });
+        columns.add(target, columnOf(target, {first, last}));
+        first = last;
     }
-    inverse.isDense = isDense;
     inverse.columns = std::move(columns);
-    inverse.classes = std::move(classes);
 }
 
+// All pairs of target and source, each once, by target and then by the place of the source.
 std::vector<InverseIndex::Pair> InverseIndex::gather(MMKey feature) const {
     std::vector<Pair> pairs;
     for (const ClassRecord& sources : tables_.classes) {
@@ -80,5 +72,17 @@ std::vector<InverseIndex::Pair> InverseIndex::gather(MMKey feature) const {
             }
         }
     }
+    std::sort(pairs.begin(), pairs.end());
+    pairs.erase(std::unique(pairs.begin(), pairs.end()), pairs.end());
     return pairs;
+}
+
+// The sources of the targets of one class.
+TargetColumn InverseIndex::columnOf(std::uint32_t classNumber, std::span<const Pair> pairs) const {
+    std::vector<Link> links;
+    links.reserve(pairs.size());
+    for (const Pair& pair : pairs) {
+        links.push_back({tables_.handles[pair.source], ModelTables::index(pair.target), 0});
+    }
+    return TargetColumn(links, {}, tables_.classes[classNumber].objects.size());
 }

@@ -1,9 +1,11 @@
 // The objects that refer to an object through a feature.
 #pragma once
 
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <vector>
 
 #include "repository/ModelTables.h"
@@ -29,21 +31,37 @@ public:
     MMObjectRange at(MMKey feature, MMObject target) const;
 
 private:
+    /// The columns of the targets: by class, else those of some classes with an empty one behind.
+    class Columns {
+    public:
+        Columns() = default;
+        Columns(std::size_t classCount, std::size_t linkCount);
+
+        void add(std::uint32_t classNumber, TargetColumn column);
+        const TargetColumn& of(std::uint32_t classNumber) const {
+            return columns_[isDense_ ? classNumber : findPlace(classNumber)];
+        }
+
+    private:
+        std::size_t findPlace(std::uint32_t classNumber) const;
+
+        bool isDense_ = false;  // a column for every class
+        std::vector<TargetColumn> columns_;
+        std::vector<std::uint32_t> classes_;  // of the columns, when not every class has one
+    };
     struct Inverse {
         OrvOnce once;
-        bool isDense = false;                // a column for every class
-        std::vector<TargetColumn> columns;   // by class of the targets; else an empty one behind
-        std::vector<std::uint32_t> classes;  // of the columns, when not every class has one
-
-        std::size_t findPlace(std::uint32_t classNumber) const;
+        Columns columns;
     };
     struct Pair {
         MMObject target;
         ObjectNumber source;
+        auto operator<=>(const Pair& other) const = default;
     };
 
     void build(MMKey feature, Inverse& inverse) const;
     std::vector<Pair> gather(MMKey feature) const;
+    TargetColumn columnOf(std::uint32_t classNumber, std::span<const Pair> pairs) const;
 
     const ModelTables& tables_;
     std::unique_ptr<Inverse[]> inverses_;  // by feature

@@ -128,24 +128,15 @@ TEST(FuzzInputs, TheDictionaryHasAllWords) {
 }
 
 const TypePtr& typeOf(char letter) {
-    switch (letter) {
-        case 'B':
-            return TypeExpression::booleanType();
-        case 'I':
-            return TypeExpression::integerType();
-        case 'R':
-            return TypeExpression::realType();
-        case 'S':
-            return TypeExpression::stringType();
-        case 'P':
-            return TypeExpression::regexpType();
-        case 'O':
-            return TypeExpression::objectType();
-        case 'C':
-            return TypeExpression::objectCollectionType();
-        default:
-            return TypeExpression::stringCollectionType();
-    }
+    static const std::map<char, TypePtr> types = {{'B', TypeExpression::booleanType()},
+                                                  {'I', TypeExpression::integerType()},
+                                                  {'R', TypeExpression::realType()},
+                                                  {'S', TypeExpression::stringType()},
+                                                  {'P', TypeExpression::regexpType()},
+                                                  {'O', TypeExpression::objectType()},
+                                                  {'C', TypeExpression::objectCollectionType()},
+                                                  {'T', TypeExpression::stringCollectionType()}};
+    return types.at(letter);
 }
 
 TypePtr domainOf(std::string_view letters) {

@@ -201,13 +201,33 @@ std::optional<MMEvaluationError::Kind> limitOf(const MMValueAbsExpr& expression,
     }
 }
 
-// With 64 MiB, a text of 10 MB that may be kept some times, and 90,000 objects.
-TEST(Hostile, NothingKeepsMoreThanTheLimit) {
+/// An expression, and whether it reaches the limit on what is kept.
+struct KeepingRow {
+    bool isLimited;
+    std::string text;
+};
+
+// Each ends at the limit, or has a value, in every application.
+void expectLimited(std::size_t memory, const std::vector<KeepingRow>& rows, int applications) {
     const std::vector<Thing> things = makeThings();
     const StructModel model(things);
     MMEvaluationLimits limits;
-    limits.memory = std::size_t{1} << 26U;
+    limits.memory = memory;
     MMEvaluationContext context(model, limits);
+    RecordingDialogs dialogs;
+    for (const KeepingRow& row : rows) {
+        const auto expression = ExprParser::parseAssociatedAttribute(dialogs, row.text);
+        ASSERT_TRUE(expression) << row.text << "\n" << dialogs.messages.back();
+        for (int i = 0; i < applications; ++i) {
+            const auto error = limitOf(*expression, context, things.front().handle());
+            EXPECT_EQ(error == MMEvaluationError::Kind::memoryLimit, row.isLimited) << row.text;
+            EXPECT_EQ(error.has_value(), row.isLimited) << row.text;
+        }
+    }
+}
+
+// With 64 MiB, a text of 10 MB that may be kept some times, and 90,000 objects.
+TEST(Hostile, NothingKeepsMoreThanTheLimit) {
     const std::string all = "all \"N\"";
     const std::string pairs = "traverse {" + all + "} over " + all;
     std::string lets;
@@ -215,10 +235,7 @@ TEST(Hostile, NothingKeepsMoreThanTheLimit) {
         const std::string name = 'u' + std::to_string(i);
         lets += "let " + name + " = t + \"\" in if " + name + " = \"\" then \"\" else ";
     }
-    const struct {
-        bool isLimited;
-        std::string text;
-    } rows[] = {
+    const std::vector<KeepingRow> rows = {
         {true, withLongText("0123456789", "string size sort {t + $name} over " + all)},
         {true, withLongText("0123456789", "string size sort {1} & sort {t + $name} over " + all)},
         {true, withLongText("0123456789", "let m = map {t} over " + all + " in concat m")},
@@ -240,29 +257,14 @@ TEST(Hostile, NothingKeepsMoreThanTheLimit) {
         {false, "string (for_all x in " + all + " => (let m = map {$long} over " + all +
                     " in concat m <> \"\"))"},
     };
-    RecordingDialogs dialogs;
-    for (const auto& row : rows) {
-        const auto expression = ExprParser::parseAssociatedAttribute(dialogs, row.text);
-        ASSERT_TRUE(expression) << row.text << "\n" << dialogs.messages.back();
-        const auto error = limitOf(*expression, context, things.front().handle());
-        EXPECT_EQ(error == MMEvaluationError::Kind::memoryLimit, row.isLimited) << row.text;
-        EXPECT_EQ(error.has_value(), row.isLimited) << row.text;
-    }
+    expectLimited(std::size_t{1} << 26U, rows, 1);
 }
 
 // With 64 KiB, of which the targets of the 300 objects of a path take 48,000 bytes where the model
 // copies them for one step, and as much for each further one.
 TEST(Hostile, DepthFirstPathsKeepTheTargetsThatAModelCopies) {
-    const std::vector<Thing> things = makeThings();
-    const StructModel model(things);
-    MMEvaluationLimits limits;
-    limits.memory = std::size_t{1} << 16U;
-    MMEvaluationContext context(model, limits);
     const std::string all = "all \"N\"";
-    const struct {
-        bool isLimited;
-        std::string text;
-    } rows[] = {
+    const std::vector<KeepingRow> rows = {
         {false, "string size (this -> l:^_[a] -> @l)"},
         {true, "string size (this -> l:^_[a] -> ^_[a] -> @l)"},
         {true, "string size (this -> l:^_[a]{size (current -> m:^_[a] -> @m) > 0} -> @l)"},
@@ -271,16 +273,7 @@ TEST(Hostile, DepthFirstPathsKeepTheTargetsThatAModelCopies) {
         {false,
          "string (for_all x in " + all + " => there_exists y in (x -> l:^_[a] -> @l) => y = this)"},
     };
-    RecordingDialogs dialogs;
-    for (const auto& row : rows) {
-        const auto expression = ExprParser::parseAssociatedAttribute(dialogs, row.text);
-        ASSERT_TRUE(expression) << row.text << "\n" << dialogs.messages.back();
-        for (int round = 0; round < 2; ++round) {
-            const auto error = limitOf(*expression, context, things.front().handle());
-            EXPECT_EQ(error == MMEvaluationError::Kind::memoryLimit, row.isLimited) << row.text;
-            EXPECT_EQ(error.has_value(), row.isLimited) << row.text;
-        }
-    }
+    expectLimited(std::size_t{1} << 16U, rows, 2);
 }
 
 // Sorting is most of what comparing large sets takes.
