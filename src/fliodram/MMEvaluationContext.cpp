@@ -15,6 +15,9 @@ constexpr std::uint64_t stepsPerLook = 4096;
 // By how much an operation that cannot be stopped may go past the limit on the time.
 constexpr std::chrono::milliseconds largestSlack(50);
 
+// How much of the time by which an operation counts takes no steps.
+constexpr std::chrono::milliseconds freeTime(10);
+
 // How much of a large stack, or of one without bounds, an evaluation takes before it is nested too
 // deeply: less than the 64 MiB up to which the address sanitizer follows what is thrown there.
 constexpr std::uintptr_t largestStack = std::uintptr_t{60} << 20U;
@@ -37,6 +40,7 @@ void MMEvaluationContext::begin() {
     budget_ = 0;
     remaining_ = limits_.steps;
     kept_ = 0;
+    freeTime_ = freeTime;
     if (limits_.time.count() != 0) {
         startClock();
     }
@@ -54,7 +58,10 @@ void MMEvaluationContext::startClock() {
 
 void MMEvaluationContext::countTime(std::chrono::nanoseconds taken) {
     constexpr std::uint64_t nanosecondsPerStep = 4;
-    step(static_cast<std::uint64_t>(taken.count()) / nanosecondsPerStep);
+    const std::chrono::nanoseconds free = std::min(taken, freeTime_);
+    freeTime_ -= free;
+    checkTime({});
+    step(static_cast<std::uint64_t>((taken - free).count()) / nanosecondsPerStep);
 }
 
 // A look at the clock costs as much as a small search.

@@ -82,7 +82,8 @@ public:
         countBytes(size);
     }
 
-    /// Counts the steps of an operation by the time that it took.
+    /// Counts the steps of an operation by the processor time that it took. Of an application some
+    /// 10 ms are free, so that a moment more or less, as caches have it, changes no outcome.
     void countTime(std::chrono::nanoseconds taken);
 
     /// Throws where an operation that cannot be stopped might take more steps than are left; for
@@ -143,6 +144,7 @@ private:
     std::chrono::steady_clock::time_point deadline_;
     std::uintptr_t stackLimit_ = 0;
     std::size_t kept_ = 0;  // bytes
+    std::chrono::nanoseconds freeTime_{0};
 };
 
 /// Counts the bytes that a frame of an evaluation keeps, for as long as this object lives in it.

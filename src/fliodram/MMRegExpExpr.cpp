@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <ctime>
 
 #include "fliodram/MMConstantExpr.h"
 #include "fliodram/MMEvaluationError.h"
@@ -44,23 +45,64 @@ bool runSearch(MMEvaluationContext& context, std::uint64_t worst, const Search& 
     return search();
 }
 
-// Runs one of many searches in a long text, each of which might go to its end and mostly does not:
-// it counts by the time that it took.
-template <class Search>
-bool runTimedSearch(MMEvaluationContext& context, std::uint64_t worst, const Search& search) {
-    using Clock = std::chrono::steady_clock;
-    context.checkForesight(stepsOf(worst), timeOf(worst));
-    const Clock::time_point start = Clock::now();
-    const bool isFound = search();
-    context.countTime(std::min<Clock::duration>(Clock::now() - start, timeOf(worst)));
-    return isFound;
+// The time that this thread has spent, whatever else the machine does.
+std::chrono::nanoseconds processorTime() {
+    timespec time{};
+    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
+    return std::chrono::seconds(time.tv_sec) + std::chrono::nanoseconds(time.tv_nsec);
 }
+
+/// Counts many searches in a long text, each of which might go to its end and mostly does not, by
+/// the processor time that they take.
+///
+/// Lives in a replacement. To read the time costs more than a small search, and is done for several
+/// of them at once.
+class SearchTimer {
+public:
+    explicit SearchTimer(MMEvaluationContext& context) : context_(context) {}
+
+    template <class Search>
+    bool run(std::uint64_t worst, const Search& search) {
+        constexpr std::uint64_t most = std::uint64_t{1} << 21U;  // some 20 ms at worst
+        context_.checkForesight(stepsOf(worst), timeOf(worst));
+        if (!isRunning_) {
+            isRunning_ = true;
+            counted_ = processorTime();
+        }
+        const bool isFound = search();
+        uncounted_ += worst;
+        if (uncounted_ > most) {
+            count();
+        }
+        return isFound;
+    }
+
+    /// Counts what has not been yet.
+    void finish() {
+        if (uncounted_ != 0) {
+            count();
+        }
+    }
+
+private:
+    void count() {
+        const std::chrono::nanoseconds now = processorTime();
+        context_.countTime(now - counted_);
+        counted_ = now;
+        uncounted_ = 0;
+    }
+
+    MMEvaluationContext& context_;
+    std::chrono::nanoseconds counted_{0};  // up to when the thread's time is
+    std::uint64_t uncounted_ = 0;          // instructions at worst
+    bool isRunning_ = false;
+};
 
 /// Writes a text with matches replaced, match by match.
 class Replacing {
 public:
     Replacing(MMEvaluationContext& context, std::string_view text, std::string_view replacement)
-        : context_(context), text_(text), replacement_(replacement) {
+        : context_(context), timer_(context), text_(text), replacement_(replacement) {
         goOverReplacement([this](std::string_view piece) { parts_.add(piece); });
     }
 
@@ -72,6 +114,7 @@ public:
                 break;
             }
         }
+        timer_.finish();
         append(text_.substr(copied_));
         return std::move(result_);
     }
@@ -84,8 +127,8 @@ private:
         };
         constexpr std::uint64_t longest = 65536;
         const std::uint64_t worst = pattern.worstSearch(text_.size() - position_);
-        const bool isFound = worst > longest ? runTimedSearch(context_, worst, find)
-                                             : runSearch(context_, worst, find);
+        const bool isFound =
+            worst > longest ? timer_.run(worst, find) : runSearch(context_, worst, find);
         const char* const end =
             isFound ? groups[0].data() + groups[0].size() : text_.data() + text_.size();
         context_.countText(0, static_cast<std::size_t>(end - text_.data()) - position_);
@@ -126,6 +169,7 @@ private:
     }
 
     MMEvaluationContext& context_;
+    SearchTimer timer_;
     std::string_view text_;
     std::string_view replacement_;
     RWCRegexp::ReplacementParts parts_;

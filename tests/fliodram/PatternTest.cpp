@@ -160,6 +160,20 @@ TEST(Patterns, WhoCalledOffWaitsForNoSearchThatIsYetToBegin) {
     context.checkForesight(1, milliseconds(10));
 }
 
+// A moment more or less of what counts by its time must not decide over an outcome.
+TEST(Patterns, TimeCountsBeyondWhatIsFree) {
+    const StructModel model(nothing);
+    MMEvaluationContext context(model, within(1'000'000));
+    for (int application = 0; application < 2; ++application) {
+        context.begin();
+        context.countTime(milliseconds(6));
+        context.countTime(milliseconds(4));
+        context.step(999'999);
+        context.countTime(std::chrono::nanoseconds(7));
+        EXPECT_THROW(context.countTime(milliseconds(1)), MMEvaluationError);
+    }
+}
+
 TEST(Patterns, ReplacementsAreMeasuredBeforeTheyAreWritten) {
     const OrvCyclicPtr<MMValueExpr> expression =
         replaceAll("a*", repeat("a", 10'000), repeat("\\0", 100'000));
