@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -11,6 +12,7 @@
 #include "evaluation/SmallModel.h"
 #include "fliodram/MMEvaluationError.h"
 #include "foundation/Tracked.h"
+#include "rw/RWCRegexp.h"
 #include "support/AllocationCounter.h"
 #include "support/Corpus.h"
 #include "support/SilentErrors.h"
@@ -118,6 +120,13 @@ void expectNothingLeft(const SmallModel* model) {
 }
 
 TEST(Lifetime, OfCompilations) { expectNothingLeft(nullptr); }
+
+// The engine does not survive that an allocation fails inside it.
+TEST(Lifetime, APatternIsBegunOnlyWhereThereIsMemory) {
+    const FailingAllocation failing(0, true);
+    EXPECT_THROW(RWCRegexp("a+"), std::bad_alloc);
+    EXPECT_TRUE(failing.hasFailed());
+}
 
 TEST(Lifetime, OfEvaluations) {
     const SmallModel model;

@@ -75,6 +75,8 @@ TEST(Edges, Numbers) {
 TEST(Edges, TextOfNaN) { check({{'S', "string (0.0 / 0.0)", "nan"}}); }
 
 TEST(Edges, Conversions) {
+    const std::string zeros(400, '0');
+    const std::string nines(400, '9');
     check({
         {'R', "real \"infinity\"", "!\"infinity\" is not a real."},
         {'R', "real \"-NAN(0)\"", "!\"-NAN(0)\" is not a real."},
@@ -104,6 +106,9 @@ TEST(Edges, Conversions) {
         {'R', "real \"nan\"", "nan"},
         {'R', "real \"1e-400\" - real \"+inf\"", "-inf"},
         {'R', "real (\"0.\" + string 1 + \"e-999999999999999999999\")", "0"},
+        {'R', "real \"1e-99999999999999999999\"", "0"},
+        {'R', "real \"0." + zeros + "1e50\"", "0"},
+        {'R', "real \"" + nines + "e-50\"", "! is out of range."},
         {'R', "real \"1e400\"", "!\"1e400\""},
         {'R', "real \"1e\"", "!\"1e\""},
         {'R', "real \"e3\"", "!\"e3\""},

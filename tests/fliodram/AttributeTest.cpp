@@ -75,6 +75,31 @@ TEST(MMAttrExpr, LooksNamesUpOnceAModel) {
     }
 }
 
+/// Composes values in the buffer.
+class ComposingModel : public StructModel {
+public:
+    using StructModel::StructModel;
+    std::string_view attribute(MMObject object, MMKey key, std::string& buffer) const override {
+        std::string value;
+        buffer += StructModel::attribute(object, key, value);
+        return buffer;
+    }
+};
+
+TEST(MMAttrExpr, GivesTheModelAnEmptyBuffer) {
+    const std::vector<Thing> things = {{"Class", "c1", {{"name", "Order"}}, {}}};
+    const ComposingModel model(things);
+    MMEvaluationContext context(model);
+    const OrvCyclicPtr<MMObjectVarExpr> variable(new MMObjectVarExpr);
+    const OrvCyclicPtr<MMConstantExpr> name(new MMConstantExpr(MMValue("name")));
+    const OrvCyclicPtr<MMAttrExpr> attribute(new MMAttrExpr(name, variable));
+    const MMVariableBinding binding(*variable, things[0].handle());
+    context.begin();
+    std::string buffer = "of before";
+    EXPECT_EQ(attribute->evaluateText(context, buffer), "Order");
+    EXPECT_EQ(attribute->evaluateText(context, buffer), "Order");
+}
+
 TEST(MMValueAbsExpr, RestoresItsVariable) {
     const std::vector<Thing> things = {{"Class", "c1", {{"name", "Order"}}, {}}};
     const StructModel model(things);

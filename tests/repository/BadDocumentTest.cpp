@@ -29,14 +29,6 @@ TEST_P(BadDocument, IsRefusedWithASentence) {
     EXPECT_EQ(errorOf(GetParam().document), GetParam().sentence);
 }
 
-std::string repeat(std::string_view text, int count) {
-    std::string result;
-    for (int i = 0; i < count; ++i) {
-        result += text;
-    }
-    return result;
-}
-
 const std::vector<BadRow> badXmlRows{
     {"", "doc:1:1: The file is empty."},
     {"\xEF\xBB\xBF", "doc:1:1: The document has no element."},

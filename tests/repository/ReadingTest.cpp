@@ -7,6 +7,7 @@
 #include <thread>
 #include <vector>
 
+#include "fliodram/MMColumn.h"
 #include "fliodram/MMEvaluationContext.h"
 #include "fliodram/MMEvaluationError.h"
 #include "repository/ContainmentTypes.h"
@@ -65,6 +66,12 @@ const std::vector<Row> encodingRows{
     {"JsonWithAMark", "\xEF\xBB\xBF {\"objects\":[]}", ""},
 };
 INSTANTIATE_TEST_SUITE_P(Encodings, Document, testing::ValuesIn(encodingRows));
+
+TEST(Encodings, MayTakeMoreThanTheirText) {
+    const std::string document =
+        "<?xml version='1.0' encoding='ISO-8859-1'?><a n='" + std::string(100'000, '\xE4') + "'/>";
+    EXPECT_EQ(dump(*readModelText(document, "doc")), "a / n=" + repeat("\xC3\xA4", 100'000));
+}
 
 const std::vector<Row> jsonRows{
     {"Numbers",
@@ -277,6 +284,27 @@ TEST(Columns, TellWhetherTargetsAreDistinct) {
     EXPECT_TRUE(model->targets(a, model->associationKey("r"), buffer).isDistinct);
     EXPECT_FALSE(model->targets(a, model->associationKey("s"), buffer).isDistinct);
     EXPECT_TRUE(model->targets(a, model->associationKey("inverse:s"), buffer).isDistinct);
+}
+
+// What is told faster is told, and the same.
+TEST(Columns, ReadTheTargetsThatAModelTells) {
+    const auto model = readModelText(
+        xmi("<uml:A xmi:id='a' r='b a' s='a b a'><p xmi:id='p'/></uml:A>"
+            "<uml:A xmi:id='b' r='a b' s='b'><p/><p/></uml:A><uml:A xmi:id='c' s='a'/>"),
+        "doc");
+    std::vector<MMObject> buffer;
+    for (const char* const name : {"r", "s", "p"}) {
+        const MMKey key = model->associationKey(name);
+        const MMTargetColumn column = model->targetColumn(model->find("a"), key);
+        for (const char* const id : {"a", "b", "c"}) {
+            const MMObjectRange told = model->targets(model->find(id), key, buffer);
+            MMObjectRange read{};
+            ASSERT_TRUE(column.read(model->find(id), read)) << name << ' ' << id;
+            EXPECT_TRUE(std::equal(read.first, read.last, told.first, told.last)) << name << id;
+        }
+        EXPECT_EQ(column.isDistinct, *name != 's');
+        EXPECT_EQ(column.isExclusive, *name == 'p');
+    }
 }
 
 // Lists of names, each of 10,000 times 1,000 bytes, alone and around what leaves the document; and
