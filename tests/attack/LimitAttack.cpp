@@ -272,22 +272,30 @@ TEST(Hostile, DepthFirstPathsKeepTheTargetsThatAModelCopies) {
         {false, "string (for_all x in " + all + " => size (x -> l:^_[a] -> @l) > 0)"},
         {false,
          "string (for_all x in " + all + " => there_exists y in (x -> l:^_[a] -> @l) => y = this)"},
+        {false, "string size (" + nested("", "this", " -> ^_[a]", 12) + ")"},
     };
     expectLimited(std::size_t{1} << 16U, rows, 2);
 }
 
-// Sorting is most of what comparing large sets takes.
-TEST(Hostile, ComparingSetsTakesSteps) {
+// Sorting is most of what comparing large sets takes, here of 90,000 elements; the texts have 10
+// MB.
+TEST(Hostile, ComparingTakesSteps) {
     const std::vector<Thing> things = makeThings();
     const StructModel model(things);
-    MMEvaluationLimits limits;
-    limits.steps = 300'000;  // of 90,000 elements
-    MMEvaluationContext context(model, limits);
     RecordingDialogs dialogs;
-    const std::string text = "(traverse {all \"N\"} over all \"N\") = [a]";
-    const auto expression = ExprParser::parseAssociatedAttribute(dialogs, text);
-    ASSERT_TRUE(expression);
-    (void)timeUntilStopped(*expression, context, things.front().handle(), text);
+    for (const auto& [steps, text] : std::vector<std::pair<std::uint64_t, std::string>>{
+             {300'000, "(traverse {all \"N\"} over all \"N\") = [a]"},
+             {10'000'000, withLongText("0123456789", "for_all x in all \"N\" => t <= t")},
+             {10'000'000, withLongText("0123456789",
+                                       "string (for_all x in all \"N\" => "
+                                       "(if t <= t then 1 else 2) > 0)")}}) {
+        MMEvaluationLimits limits;
+        limits.steps = steps;
+        MMEvaluationContext context(model, limits);
+        const auto expression = ExprParser::parseAssociatedAttribute(dialogs, text);
+        ASSERT_TRUE(expression) << text;
+        (void)timeUntilStopped(*expression, context, things.front().handle(), text);
+    }
 }
 
 // All backslashes, of which each pair is a part of its own.
