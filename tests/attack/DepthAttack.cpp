@@ -247,21 +247,15 @@ double processorSeconds() {
 
 struct Task {
     const std::string* text;
-    /// It runs again until it took so much processor time.
-    double leastSeconds;
     std::string outcome;
-    double seconds = 0;  ///< of one run
+    double seconds = 0;  ///< of processor time
 };
 
 void* runTask(void* argument) {
     auto* const task = static_cast<Task*>(argument);
     const double start = processorSeconds();
-    int runs = 0;
-    do {
-        task->outcome = outcomeOf(*task->text);
-        ++runs;
-        task->seconds = (processorSeconds() - start) / runs;
-    } while (task->seconds * runs < task->leastSeconds);
+    task->outcome = outcomeOf(*task->text);
+    task->seconds = processorSeconds() - start;
     return nullptr;
 }
 
@@ -280,11 +274,11 @@ void runOnThread(Task& task, std::size_t stackSize) {
 /// What a process of its own came to.
 struct ChildResult {
     std::string outcome;
-    double seconds = 0;  ///< of one run
+    double seconds = 0;  ///< of processor time
     long kilobytes = 0;
 };
 
-ChildResult runInChild(const std::string& text, std::size_t stackSize, double leastSeconds = 0) {
+ChildResult runInChild(const std::string& text, std::size_t stackSize) {
     std::array<int, 2> ends{};
     if (pipe(ends.data()) != 0) {
         return {"no pipe"};
@@ -293,7 +287,7 @@ ChildResult runInChild(const std::string& text, std::size_t stackSize, double le
     if (child == 0) {
         alarm(120);
         std::cerr.rdbuf(nullptr);
-        Task task{&text, leastSeconds, {}};
+        Task task{&text, {}};
         runOnThread(task, stackSize);
         const std::string shown = std::to_string(task.seconds) + " " + task.outcome.substr(0, 500);
         _exit(write(ends[1], shown.data(), shown.size()) == static_cast<ssize_t>(shown.size()) ? 0
@@ -460,11 +454,21 @@ bool hasGrownTooMuch(const ChildResult& large, const ChildResult& small) {
     return large.seconds >= mostGrowth * small.seconds + 0.05;
 }
 
-// What text of so many MiB costs, and to which outcome.
+// What a text of so many MiB costs a process that compiles nothing else; of short runs, the mean of
+// several processes, since memory that was used before costs less.
 ChildResult costOf(const Shape& shape, std::size_t mebibytes) {
     constexpr double leastSeconds = 0.3;
+    constexpr int mostRuns = 50;
     const std::size_t unit = shape.begin.size() + shape.end.size();
-    return runInChild(shape.text(mebibytes * mebibyte / unit), 8 * mebibyte, leastSeconds);
+    const std::string text = shape.text(mebibytes * mebibyte / unit);
+    ChildResult cost = runInChild(text, 8 * mebibyte);
+    double seconds = cost.seconds;
+    int runs = 1;
+    for (; seconds < leastSeconds && runs < mostRuns; ++runs) {
+        seconds += runInChild(text, 8 * mebibyte).seconds;
+    }
+    cost.seconds = seconds / runs;
+    return cost;
 }
 
 // Time and memory of ten times the text are at most fifteen times as much. What is too much is
