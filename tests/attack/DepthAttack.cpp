@@ -472,7 +472,7 @@ ChildResult costOf(const Shape& shape, std::size_t mebibytes) {
 }
 
 // Time and memory of ten times the text are at most fifteen times as much. What is too much is
-// measured again: a system may take ten times as long for memory that nobody used yet as for what
+// measured again: a system may take eight times as long for memory that nobody used yet as for what
 // another process gave back.
 TEST(Depth, CostsGrowWithTheText) {
     if (!isAll()) {

@@ -277,8 +277,7 @@ TEST(Hostile, DepthFirstPathsKeepTheTargetsThatAModelCopies) {
     expectLimited(std::size_t{1} << 16U, rows, 2);
 }
 
-// Sorting is most of what comparing large sets takes, here of 90,000 elements; the texts have 10
-// MB.
+// Sets of 90,000 elements, of which sorting is most of what comparing takes, and texts of 10 MB.
 TEST(Hostile, ComparingTakesSteps) {
     const std::vector<Thing> things = makeThings();
     const StructModel model(things);

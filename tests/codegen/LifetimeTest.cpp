@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <new>
 #include <string>
 #include <vector>
 
@@ -12,7 +11,6 @@
 #include "evaluation/SmallModel.h"
 #include "fliodram/MMEvaluationError.h"
 #include "foundation/Tracked.h"
-#include "rw/RWCRegexp.h"
 #include "support/AllocationCounter.h"
 #include "support/Corpus.h"
 #include "support/SilentErrors.h"
@@ -120,27 +118,6 @@ void expectNothingLeft(const SmallModel* model) {
 }
 
 TEST(Lifetime, OfCompilations) { expectNothingLeft(nullptr); }
-
-// The engine does not survive that an allocation fails inside it: there is one before, behind those
-// that weigh the pattern.
-TEST(Lifetime, APatternIsBegunOnlyWhereThereIsMemory) {
-    const auto passes = [](long number, const auto& work) {
-        const FailingAllocation failing(number, true);
-        try {
-            work();
-        } catch (const std::bad_alloc&) {
-            return false;
-        }
-        return true;
-    };
-    const std::string pattern = "a+";
-    long weighing = 0;
-    while (!passes(weighing, [&] { (void)RWCRegexp::weigh(pattern); })) {
-        ++weighing;
-    }
-    EXPECT_FALSE(passes(weighing, [&] { (void)RWCRegexp(pattern); }));
-    EXPECT_TRUE(passes(weighing + 1, [&] { (void)RWCRegexp(pattern); }));
-}
 
 TEST(Lifetime, OfEvaluations) {
     const SmallModel model;

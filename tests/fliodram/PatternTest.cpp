@@ -15,6 +15,7 @@
 #include "fliodram/MMOperatorExpr.h"
 #include "fliodram/MMRegExpExpr.h"
 #include "fliodram/StructModel.h"
+#include "support/RepeatedText.h"
 
 namespace {
 
@@ -44,14 +45,6 @@ OrvCyclicPtr<MMValueExpr> replaceAll(const std::string& pattern, const std::stri
         new MMRegExpReplaceExpr(constant(pattern), constant(text), constant(replacement)));
     expression->replaceAll(true);
     return OrvCyclicPtr<MMValueExpr>(expression);
-}
-
-std::string repeat(const std::string& piece, int count) {
-    std::string result;
-    for (int i = 0; i < count; ++i) {
-        result += piece;
-    }
-    return result;
 }
 
 // A text of a and b without order, for which the engine finds no use of what it has seen.

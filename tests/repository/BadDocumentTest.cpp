@@ -11,6 +11,7 @@
 #include "repository/Metamodel.h"
 #include "repository/ModelDump.h"
 #include "repository/ModelReader.h"
+#include "support/RepeatedText.h"
 
 namespace {
 

@@ -35,14 +35,6 @@ std::string xmi(const std::string& roots) {
            roots + "</xmi:XMI>";
 }
 
-std::string repeat(std::string_view text, int count) {
-    std::string result;
-    for (int i = 0; i < count; ++i) {
-        result += text;
-    }
-    return result;
-}
-
 std::string dump(const RepositoryModel& model) {
     std::string result;
     const std::vector<ClassSummary> classes = model.classes();

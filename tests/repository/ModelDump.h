@@ -10,9 +10,6 @@
 /// Puts root elements into an XMI document element that declares xmi, xsi and uml.
 std::string xmi(const std::string& roots);
 
-/// The text so many times.
-std::string repeat(std::string_view text, int count);
-
 /// One line an object, in document order, joined by " | ": its class and uid, its attributes as
 /// name=value and its associations as name->uid,uid, each sorted by name; what the document does
 /// not give the object is left out.

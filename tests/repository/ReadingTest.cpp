@@ -16,6 +16,7 @@
 #include "repository/Metamodel.h"
 #include "repository/ModelDump.h"
 #include "repository/ModelReader.h"
+#include "support/RepeatedText.h"
 
 namespace {
 

@@ -6,15 +6,9 @@
 #include <string>
 #include <vector>
 
-namespace {
+#include "support/RepeatedText.h"
 
-std::string repeat(const std::string& piece, int count) {
-    std::string result;
-    for (int i = 0; i < count; ++i) {
-        result += piece;
-    }
-    return result;
-}
+namespace {
 
 TEST(RWCRegexp, Status) {
     const std::string nested = std::string(1500, '(') + std::string(1500, ')');
