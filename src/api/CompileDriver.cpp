@@ -53,12 +53,13 @@ OrvCountedPtr<CompileResult> generate(SpecificationNode& root,
     return result;
 }
 
-// The phases, strictly in this order, each only after the one before it succeeded.
-OrvCountedPtr<CompileResult> runPhases(ExprParserDialogs& dialogs, const std::string& text,
-                                       const TypeRequirement& requirement, SourceMap* map) {
+// The phases, strictly in this order, each only after the one before it succeeded. In the end the
+// tree goes with its region, where nobody keeps it.
+OrvCountedPtr<CompileResult> runPhases(OrvCompilationMemory& memory, ExprParserDialogs& dialogs,
+                                       const std::string& text, const TypeRequirement& requirement,
+                                       SourceMap* map) {
     const CSignal2Exception guard;
-    const OrvCountedPtr<SpecificationNode> root =
-        SyntaxParser::parse(dialogs, text.c_str(), std::cerr);
+    OrvCountedPtr<SpecificationNode> root = SyntaxParser::parse(dialogs, text.c_str(), std::cerr);
     if (!root) {
         showProgress(dialogs, "Parse failed.");
         return {};
@@ -75,7 +76,13 @@ OrvCountedPtr<CompileResult> runPhases(ExprParserDialogs& dialogs, const std::st
     if (map != nullptr) {
         map->setRoot(root);
     }
-    return generate(*root, nameSpace, checker.getLetVariableUsage(), map);
+    OrvCountedPtr<CompileResult> result =
+        generate(*root, nameSpace, checker.getLetVariableUsage(), map);
+    if (map == nullptr && root.abandonInRegion()) {
+        nameSpace->abandonScopes();
+        memory.endNodesAtOnce();
+    }
+    return result;
 }
 
 void logCatch(const char* message) noexcept {
@@ -103,9 +110,9 @@ OrvCountedPtr<CompileResult> CompileDriver::compile(ExprParserDialogs& dialogs,
     if (map != nullptr) {
         map->clear();
     }
-    const OrvCompilationMemory memory;
+    OrvCompilationMemory memory;
     try {
-        return runPhases(dialogs, text, requirement, map);
+        return runPhases(memory, dialogs, text, requirement, map);
     } catch (const ParseException& exception) {
         logCatch(exception.what());
         reportParseException(dialogs, exception);

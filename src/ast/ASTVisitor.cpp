@@ -1,10 +1,5 @@
 #include "ast/ASTVisitor.h"
 
-#include <algorithm>
-#include <array>
-#include <iterator>
-#include <utility>
-
 #include "support/ParseException.h"
 
 ASTVisitor::~ASTVisitor() = default;
@@ -13,30 +8,6 @@ ASTNode::~ASTNode() = default;
 void ASTVisitor::failDepth(const ASTNode& node) {
     throwLogged(
         ParseException("Expression is nested too deeply.", node.getLine(), node.getColumn()));
-}
-
-const std::string& anchorName(AnchorKind anchorKind) {
-    static const std::array<std::string, 3> names = {std::string(anchorText(AnchorKind::THIS)),
-                                                     std::string(anchorText(AnchorKind::CURRENT)),
-                                                     std::string(anchorText(AnchorKind::MODEL))};
-    const auto index = static_cast<std::size_t>(anchorKind);
-    return names[index < names.size() ? index : 0];
-}
-
-void TupleExpressionNode::addElement(ExpressionPtr element) {
-    const std::size_t size = elements_.size();
-    if (size < pair_.size()) {
-        pair_[size] = std::move(element);
-        elements_ = std::span(pair_).first(size + 1);
-        return;
-    }
-    if (all_.empty()) {
-        all_.reserve(2 * pair_.size());
-        std::move(pair_.begin(), pair_.end(), std::back_inserter(all_));
-        elements_ = all_;
-    }
-    all_.push_back(std::move(element));
-    elements_ = all_;
 }
 
 void SpecificationNode::accept(ASTVisitor& visitor) { visitor.visitSpecification(*this); }

@@ -2,11 +2,11 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <string_view>
 #include <utility>
 
 #include "ast/ASTNode.h"
+#include "foundation/OrvRegionText.h"
 
 class LabelSymbol;
 
@@ -42,24 +42,24 @@ private:
 /// follows there.
 class ReferenceAssociationNode final : public AssociationNode {
 public:
-    explicit ReferenceAssociationNode(std::string_view name)
-        : AssociationNode(AssociationKind::reference), name_(name) {}
+    explicit ReferenceAssociationNode(OrvRegionText name)
+        : AssociationNode(AssociationKind::reference), name_(std::move(name)) {}
     void accept(ASTVisitor& visitor) override;
 
-    const std::string& getName() const { return name_; }
+    std::string_view getName() const { return name_.view(); }
 
 private:
-    std::string name_;
+    OrvRegionText name_;
 };
 
 /// A step along an association: "label: ^ _ [name] { condition }".
 class DefinitionAssociationNode final : public AssociationNode {
 public:
-    explicit DefinitionAssociationNode(std::string_view name)
-        : AssociationNode(AssociationKind::definition), name_(name) {}
+    explicit DefinitionAssociationNode(OrvRegionText name)
+        : AssociationNode(AssociationKind::definition), name_(std::move(name)) {}
     void accept(ASTVisitor& visitor) override;
 
-    const std::string& getName() const { return name_; }
+    std::string_view getName() const { return name_.view(); }
     /// Where the name stands, with its brackets; the node itself begins at its label.
     const SourceSpan& getNameSpan() const { return nameSpan_; }
     void setNameSpan(const SourceSpan& span) { nameSpan_ = span; }
@@ -70,8 +70,8 @@ public:
     }
 
     /// The label that the step declares; empty where it declares none.
-    const std::string& getLabel() const { return label_; }
-    void setLabel(std::string_view label) { label_ = label; }
+    std::string_view getLabel() const { return label_.view(); }
+    void setLabel(OrvRegionText label) { label_ = std::move(label); }
 
     /// Whether the objects reached belong to the result although a step follows.
     bool getAddToResult() const { return addToResult_; }
@@ -81,10 +81,10 @@ public:
     void setDepthFirstEvaluation(bool depthFirst) { depthFirstEvaluation_ = depthFirst; }
 
 private:
-    std::string name_;
+    OrvRegionText name_;
     SourceSpan nameSpan_;
     OrvCountedPtr<ExpressionNode> condition_;
-    std::string label_;
+    OrvRegionText label_;
     bool addToResult_ = false;
     bool depthFirstEvaluation_ = false;
 };

@@ -1,18 +1,16 @@
 // The twenty kinds of expressions.
 #pragma once
 
-#include <array>
-#include <cstddef>
 #include <cstdint>
 #include <span>
-#include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 #include "ast/ASTNode.h"
 #include "ast/AssociationNode.h"
-#include "foundation/OrvMemoryPool.h"
+#include "foundation/OrvMemoryRegion.h"
+#include "foundation/OrvRegionText.h"
+#include "foundation/SmallArray.h"
 
 class FunctionSymbol;
 class TypeExpression;
@@ -87,7 +85,7 @@ using AssociationPtr = OrvCountedPtr<AssociationNode>;
 /// A quantifier: a test of the objects of a source set, each bound to a variable in turn.
 class QuantifierNode : public ExpressionNode {
 public:
-    const std::string& getName() const { return name_; }
+    std::string_view getName() const { return name_.view(); }
     const ExpressionPtr& getSource() const { return source_; }
     const ExpressionPtr& getExpr() const { return expr_; }
 
@@ -96,12 +94,15 @@ public:
     void setBoundVariable(const OrvCountedPtr<VariableSymbol>& symbol) { boundVariable_ = symbol; }
 
 protected:
-    QuantifierNode(ExpressionKind kind, std::string_view name, ExpressionPtr source,
+    QuantifierNode(ExpressionKind kind, OrvRegionText name, ExpressionPtr source,
                    ExpressionPtr expr)
-        : ExpressionNode(kind), name_(name), source_(std::move(source)), expr_(std::move(expr)) {}
+        : ExpressionNode(kind),
+          name_(std::move(name)),
+          source_(std::move(source)),
+          expr_(std::move(expr)) {}
 
 private:
-    std::string name_;
+    OrvRegionText name_;
     ExpressionPtr source_;
     ExpressionPtr expr_;
     OrvCountedPtr<VariableSymbol> boundVariable_;
@@ -110,8 +111,8 @@ private:
 /// "for_all name in source => expr".
 class UniversalQuantifierNode final : public QuantifierNode {
 public:
-    UniversalQuantifierNode(std::string_view name, ExpressionPtr source, ExpressionPtr expr)
-        : QuantifierNode(ExpressionKind::universalQuantifier, name, std::move(source),
+    UniversalQuantifierNode(OrvRegionText name, ExpressionPtr source, ExpressionPtr expr)
+        : QuantifierNode(ExpressionKind::universalQuantifier, std::move(name), std::move(source),
                          std::move(expr)) {}
     void accept(ASTVisitor& visitor) override;
 };
@@ -119,8 +120,8 @@ public:
 /// "there_exists name in source => expr".
 class ExistentialQuantifierNode final : public QuantifierNode {
 public:
-    ExistentialQuantifierNode(std::string_view name, ExpressionPtr source, ExpressionPtr expr)
-        : QuantifierNode(ExpressionKind::existentialQuantifier, name, std::move(source),
+    ExistentialQuantifierNode(OrvRegionText name, ExpressionPtr source, ExpressionPtr expr)
+        : QuantifierNode(ExpressionKind::existentialQuantifier, std::move(name), std::move(source),
                          std::move(expr)) {}
     void accept(ASTVisitor& visitor) override;
 };
@@ -165,8 +166,8 @@ private:
 class ResolvedFunctionNode : public ExpressionNode {
 public:
     const OrvCountedPtr<FunctionSymbol>& getResolvedFunction() const { return resolvedFunction_; }
-    void setResolvedFunction(const OrvCountedPtr<FunctionSymbol>& symbol) {
-        resolvedFunction_ = symbol;
+    void setResolvedFunction(OrvCountedPtr<FunctionSymbol> symbol) {
+        resolvedFunction_ = std::move(symbol);
     }
 
 protected:
@@ -199,17 +200,17 @@ private:
 /// A function applied to its argument; several arguments are one tuple.
 class ApplicationExpressionNode final : public ResolvedFunctionNode {
 public:
-    ApplicationExpressionNode(std::string_view name, ExpressionPtr expr)
+    ApplicationExpressionNode(OrvRegionText name, ExpressionPtr expr)
         : ResolvedFunctionNode(ExpressionKind::applicationExpression),
-          name_(name),
+          name_(std::move(name)),
           expr_(std::move(expr)) {}
     void accept(ASTVisitor& visitor) override;
 
-    const std::string& getName() const { return name_; }
+    std::string_view getName() const { return name_.view(); }
     const ExpressionPtr& getExpr() const { return expr_; }
 
 private:
-    std::string name_;
+    OrvRegionText name_;
     ExpressionPtr expr_;
 };
 
@@ -283,23 +284,25 @@ private:
     OrvCountedPtr<VariableSymbol> boundVariable_;
 };
 
+using SortKeys = OrvRegionVector<SortKey>;
+
 /// "sort { key } & sortd { key } over source".
 class SortExpressionNode final : public ExpressionNode {
 public:
-    explicit SortExpressionNode(std::vector<SortKey> keys = {}, ExpressionPtr source = {})
+    explicit SortExpressionNode(SortKeys keys = SortKeys(), ExpressionPtr source = {})
         : ExpressionNode(ExpressionKind::sortExpression),
           keys_(std::move(keys)),
           source_(std::move(source)) {}
     void accept(ASTVisitor& visitor) override;
 
-    const std::vector<SortKey>& getKeys() const { return keys_; }
-    std::vector<SortKey>& getKeys() { return keys_; }
-    void setKeys(std::vector<SortKey> keys) { keys_ = std::move(keys); }
+    const SortKeys& getKeys() const { return keys_; }
+    SortKeys& getKeys() { return keys_; }
+    void setKeys(SortKeys keys) { keys_ = std::move(keys); }
     const ExpressionPtr& getSource() const { return source_; }
     void setSource(const ExpressionPtr& source) { source_ = source; }
 
 private:
-    std::vector<SortKey> keys_;
+    SortKeys keys_;
     ExpressionPtr source_;
 };
 
@@ -319,14 +322,14 @@ private:
 /// "let name = source in expr".
 class LetExpressionNode final : public ResultTypeNode {
 public:
-    LetExpressionNode(std::string_view name, ExpressionPtr source, ExpressionPtr expr)
+    LetExpressionNode(OrvRegionText name, ExpressionPtr source, ExpressionPtr expr)
         : ResultTypeNode(ExpressionKind::letExpression),
-          name_(name),
+          name_(std::move(name)),
           source_(std::move(source)),
           expr_(std::move(expr)) {}
     void accept(ASTVisitor& visitor) override;
 
-    const std::string& getName() const { return name_; }
+    std::string_view getName() const { return name_.view(); }
     const ExpressionPtr& getSource() const { return source_; }
     const ExpressionPtr& getExpr() const { return expr_; }
 
@@ -335,7 +338,7 @@ public:
     void setBoundVariable(const OrvCountedPtr<VariableSymbol>& symbol) { boundVariable_ = symbol; }
 
 private:
-    std::string name_;
+    OrvRegionText name_;
     ExpressionPtr source_;
     ExpressionPtr expr_;
     OrvCountedPtr<VariableSymbol> boundVariable_;
@@ -364,21 +367,23 @@ private:
 /// "(a, b, c)". Two elements, as most tuples have, stand in the node itself.
 class TupleExpressionNode final : public ExpressionNode {
 public:
-    TupleExpressionNode() : ExpressionNode(ExpressionKind::tupleExpression) {}
-    TupleExpressionNode(ExpressionPtr first, ExpressionPtr second)
-        : ExpressionNode(ExpressionKind::tupleExpression),
-          pair_{std::move(first), std::move(second)},
-          elements_(pair_) {}
+    /// What is beyond two elements comes from the region, where there is one.
+    explicit TupleExpressionNode(OrvMemoryRegion* region = nullptr)
+        : ExpressionNode(ExpressionKind::tupleExpression), elements_(region) {}
+    TupleExpressionNode(ExpressionPtr first, ExpressionPtr second) : TupleExpressionNode() {
+        addElement(std::move(first));
+        addElement(std::move(second));
+    }
     void accept(ASTVisitor& visitor) override;
 
     /// Valid until an element is added.
-    std::span<const ExpressionPtr> getElements() const { return elements_; }
-    void addElement(ExpressionPtr element);
+    std::span<const ExpressionPtr> getElements() const {
+        return {elements_.begin(), elements_.end()};
+    }
+    void addElement(ExpressionPtr element) { elements_.append(std::move(element)); }
 
 private:
-    std::array<ExpressionPtr, 2> pair_;  // the elements while there are no more
-    OrvPoolVector<ExpressionPtr> all_;   // the elements where there are more
-    std::span<const ExpressionPtr> elements_;
+    SmallArray<ExpressionPtr, 2> elements_;
 };
 
 /// "()".
@@ -391,27 +396,27 @@ public:
 /// A pattern, without its quotes.
 class RegExpConstantNode final : public ExpressionNode {
 public:
-    explicit RegExpConstantNode(std::string_view text)
-        : ExpressionNode(ExpressionKind::regExpConstant), text_(text) {}
+    explicit RegExpConstantNode(OrvRegionText text)
+        : ExpressionNode(ExpressionKind::regExpConstant), text_(std::move(text)) {}
     void accept(ASTVisitor& visitor) override;
 
-    const std::string& getText() const { return text_; }
+    std::string_view getText() const { return text_.view(); }
 
 private:
-    std::string text_;
+    OrvRegionText text_;
 };
 
 /// A text, without its quotes and with its escapes replaced.
 class StringConstantNode final : public ExpressionNode {
 public:
-    explicit StringConstantNode(std::string_view text)
-        : ExpressionNode(ExpressionKind::stringConstant), text_(text) {}
+    explicit StringConstantNode(OrvRegionText text)
+        : ExpressionNode(ExpressionKind::stringConstant), text_(std::move(text)) {}
     void accept(ASTVisitor& visitor) override;
 
-    const std::string& getText() const { return text_; }
+    std::string_view getText() const { return text_.view(); }
 
 private:
-    std::string text_;
+    OrvRegionText text_;
 };
 
 class IntegerConstantNode final : public ExpressionNode {
@@ -461,25 +466,23 @@ constexpr std::string_view anchorText(AnchorKind anchorKind) {
             return "this";
     }
 }
-/// The same as a string.
-const std::string& anchorName(AnchorKind anchorKind);
 
 /// A variable, or the objects that a path of associations reaches from it.
 class PathNode final : public ExpressionNode {
 public:
-    explicit PathNode(std::string_view anchor, AssociationPtr association = {})
+    explicit PathNode(OrvRegionText anchor, AssociationPtr association = {})
         : ExpressionNode(ExpressionKind::path),
-          anchor_(anchor),
+          anchor_(std::move(anchor)),
           association_(std::move(association)) {}
     /// A path from a predefined anchor; a kind that is none of the three stands for "this".
     explicit PathNode(AnchorKind anchorKind, AssociationPtr association = {})
-        : PathNode(anchorText(anchorKind), std::move(association)) {}
+        : PathNode(OrvRegionText::constant(anchorText(anchorKind)), std::move(association)) {}
     void accept(ASTVisitor& visitor) override;
 
     /// The name of the variable or label at which the path starts.
-    const std::string& getAnchor() const { return anchor_; }
+    std::string_view getAnchor() const { return anchor_.view(); }
     /// Whether the path starts at the predefined anchor of that kind, however it was built.
-    bool isAnchor(AnchorKind anchorKind) const { return anchor_ == anchorText(anchorKind); }
+    bool isAnchor(AnchorKind anchorKind) const { return anchor_.view() == anchorText(anchorKind); }
 
     const AssociationPtr& getAssociation() const { return association_; }
 
@@ -490,7 +493,7 @@ public:
     }
 
 private:
-    std::string anchor_;
+    OrvRegionText anchor_;
     AssociationPtr association_;
     OrvCountedPtr<VariableSymbol> anchorVariable_;
 };

@@ -4,7 +4,6 @@
 // symbol one target; the table of steps does the same for the steps of paths.
 #include "codegen/CodeGenVisitor.h"
 
-#include <iterator>
 #include <utility>
 
 #include "ast/LeftSpine.h"
@@ -33,7 +32,7 @@ class CodeGenVisitor::Retriever final : public ObjectVariableRetriever {
 public:
     Retriever(CodeGenVisitor& visitor, const ASTNode& node) : visitor_(visitor), node_(node) {}
 
-    OrvCyclicPtr<MMObjectVarExpr> retrieve(const std::string& name) override {
+    OrvCyclicPtr<MMObjectVarExpr> retrieve(std::string_view name) override {
         return visitor_.objectVariable(name, node_);
     }
 
@@ -44,16 +43,13 @@ private:
 
 CodeGenVisitor::CodeGenVisitor(const OrvCountedPtr<NameSpace>& nameSpace,
                                const LetVariableUsage& usage, SourceMap* map)
-    : nameSpace_(nameSpace), usage_(usage), map_(map) {
-    constexpr std::size_t usualDepth = 16;
-    stack_.reserve(usualDepth);
-}
+    : nameSpace_(nameSpace), usage_(usage), map_(map) {}
 
 // ---------------------------------------------------------------- results and variables
 
 TargetPtr CodeGenVisitor::pop() {
     TargetPtr target = std::move(stack_.back());
-    stack_.pop_back();
+    stack_.truncate(stack_.size() - 1);
     return target;
 }
 
@@ -68,16 +64,27 @@ TargetPtr CodeGenVisitor::generateTarget(ASTNode& node) {
 }
 
 // Pushes what the argument of a function stands for: nothing, one target, or those of a tuple.
-inline void CodeGenVisitor::visitOperands(ASTNode& node) {
-    checkVisitDepth(node);
-    if (map_ == nullptr) {
-        node.accept(*this);
-    } else {
+// Texts and paths, which are most of a tree, are told apart without a call through it.
+inline void CodeGenVisitor::visitOperands(ExpressionNode& node) {
+    if (map_ != nullptr) {
         visitAndNote(node);
+        return;
+    }
+    switch (node.getExpressionKind()) {
+        case ExpressionKind::stringConstant:
+            pushText(static_cast<StringConstantNode&>(node).getText());
+            break;
+        case ExpressionKind::path:
+            CodeGenVisitor::visitPath(static_cast<PathNode&>(node));
+            break;
+        default:
+            checkVisitDepth(node);
+            node.accept(*this);
     }
 }
 
 void CodeGenVisitor::visitAndNote(ASTNode& node) {
+    checkVisitDepth(node);
     const std::size_t height = stack_.size();
     node.accept(*this);
     if (stack_.size() == height + 1) {
@@ -107,7 +114,7 @@ OrvCyclicPtr<MMObjectVarExpr> CodeGenVisitor::objectVariable(
     return narrow<MMObjectVarExpr>(targetOf(symbol));
 }
 
-OrvCyclicPtr<MMObjectVarExpr> CodeGenVisitor::objectVariable(const std::string& name,
+OrvCyclicPtr<MMObjectVarExpr> CodeGenVisitor::objectVariable(std::string_view name,
                                                              const ASTNode& node) {
     const SymbolView found = nameSpace_->find(node, name, SymbolKind::variable);
     if (found.empty()) {
@@ -118,7 +125,7 @@ OrvCyclicPtr<MMObjectVarExpr> CodeGenVisitor::objectVariable(const std::string& 
 
 // The variable that a node binds as "current".
 OrvCyclicPtr<MMObjectVarExpr> CodeGenVisitor::currentVariable(const ASTNode& node) {
-    return boundVariable(node, objectVariable(anchorName(AnchorKind::CURRENT), node));
+    return boundVariable(node, objectVariable(anchorText(AnchorKind::CURRENT), node));
 }
 
 // The node as a function of the variable.
@@ -133,7 +140,7 @@ OrvCyclicPtr<MMValueAbsExpr> CodeGenVisitor::valueFunction(
 void CodeGenVisitor::visitSpecification(SpecificationNode& node) {
     const TargetPtr body = generateTarget(*node.getExpr());
     thisVariable_ =
-        boundVariable(node, objectVariable(anchorName(AnchorKind::THIS), *node.getExpr()));
+        boundVariable(node, objectVariable(anchorText(AnchorKind::THIS), *node.getExpr()));
     result_ = body;
 }
 
@@ -209,14 +216,13 @@ void CodeGenVisitor::visitUnaryExpression(UnaryExpressionNode& node) {
     Retriever retriever(*this, node);
     TargetPtr result;
     function.getGenerator()->generate(result, retriever, function.getName(), function.getType(),
-                                      TargetArguments(stack_).subspan(first));
+                                      {stack_.begin() + first, stack_.end()});
     if (stack_.size() == first) {
         push(std::move(result));
         return;
     }
-    const auto call = std::next(stack_.begin(), static_cast<std::ptrdiff_t>(first));
-    swap(*call, result);
-    stack_.erase(std::next(call), stack_.end());
+    swap(stack_[first], result);
+    stack_.truncate(first + 1);
 }
 
 void CodeGenVisitor::visitRelationalExpression(RelationalExpressionNode& node) {
@@ -384,12 +390,12 @@ void CodeGenVisitor::visitTupleExpression(TupleExpressionNode& node) {
 
 void CodeGenVisitor::visitUnitExpression(UnitExpressionNode& /*node*/) {}
 
-void CodeGenVisitor::visitRegExpConstant(RegExpConstantNode& node) {
-    push(TargetPtr(new MMConstantExpr(node.getText().c_str())));
+void CodeGenVisitor::pushText(std::string_view text) {
+    push(TargetPtr(new MMConstantExpr(text.data(), text.size())));
 }
-void CodeGenVisitor::visitStringConstant(StringConstantNode& node) {
-    push(TargetPtr(new MMConstantExpr(node.getText().c_str())));
-}
+
+void CodeGenVisitor::visitRegExpConstant(RegExpConstantNode& node) { pushText(node.getText()); }
+void CodeGenVisitor::visitStringConstant(StringConstantNode& node) { pushText(node.getText()); }
 void CodeGenVisitor::visitIntegerConstant(IntegerConstantNode& node) {
     push(TargetPtr(new MMConstantExpr(MMValue(node.getValue()))));
 }
@@ -431,7 +437,7 @@ void CodeGenVisitor::visitDefinitionAssociation(DefinitionAssociationNode& node)
         push(known);
         return;
     }
-    const OrvString name{std::string_view(node.getName())};
+    const OrvString name{node.getName()};
     OrvCyclicPtr<MMAssociationTraversal> traversal(
         new MMAssociationTraversal(name, node.getAddToResult()));
     known = traversal;

@@ -13,6 +13,7 @@
 #include "fliodram/MMAbsExpr.h"
 #include "fliodram/MMAssociationExpr.h"
 #include "foundation/OrvSimplePtr.h"
+#include "foundation/SmallArray.h"
 #include "namespace/NameSpace.h"
 #include "typecheck/LetVariableUsage.h"
 
@@ -64,14 +65,15 @@ public:
 private:
     class Retriever;
 
-    void push(TargetPtr&& target) { stack_.push_back(std::move(target)); }
+    void push(TargetPtr&& target) { stack_.append(std::move(target)); }
     TargetPtr pop();
     template <class Target>
     OrvCyclicPtr<Target> generate(ASTNode& node) {
         return narrow<Target>(generateTarget(node));
     }
     TargetPtr generateTarget(ASTNode& node);
-    void visitOperands(ASTNode& node);
+    void visitOperands(ExpressionNode& node);
+    void pushText(std::string_view text);
     void visitAndNote(ASTNode& node);
     void note(const ASTNode& node, const SourceSpan& span, OrvCyclicPtrBody& target) {
         if (map_ != nullptr) {
@@ -84,7 +86,7 @@ private:
 
     const TargetPtr& targetOf(const OrvCountedPtr<VariableSymbol>& symbol);
     OrvCyclicPtr<MMObjectVarExpr> objectVariable(const OrvCountedPtr<VariableSymbol>& symbol);
-    OrvCyclicPtr<MMObjectVarExpr> objectVariable(const std::string& name, const ASTNode& node);
+    OrvCyclicPtr<MMObjectVarExpr> objectVariable(std::string_view name, const ASTNode& node);
     OrvCyclicPtr<MMValueAbsExpr> valueFunction(ASTNode& body,
                                                const OrvCyclicPtr<MMObjectVarExpr>& variable);
 
@@ -106,7 +108,7 @@ private:
     SourceMap* map_;
     TargetTable<ASTNode, MMAssociationTraversal> steps_;
     TargetTable<VariableSymbol, OrvCyclicPtrBody> variables_;
-    OrvPoolVector<TargetPtr> stack_;
+    SmallArray<TargetPtr, 16> stack_;
     OrvCyclicPtr<MMObjectVarExpr> thisVariable_;
     TargetPtr result_;
 };

@@ -18,7 +18,7 @@ public:
     ObjectVariableRetriever& operator=(const ObjectVariableRetriever&) = delete;
 
     /// The object variable of that name, such as "this".
-    virtual OrvCyclicPtr<MMObjectVarExpr> retrieve(const std::string& name) = 0;
+    virtual OrvCyclicPtr<MMObjectVarExpr> retrieve(std::string_view name) = 0;
 
 protected:
     ~ObjectVariableRetriever() = default;
@@ -40,7 +40,7 @@ public:
 
     /// Sets `result` to the call of the function `name` of this type with these arguments.
     virtual void generate(TargetPtr& result, ObjectVariableRetriever& retriever,
-                          const std::string& name, const TypePtr& type,
+                          std::string_view name, const TypePtr& type,
                           TargetArguments arguments) const = 0;
 };
 

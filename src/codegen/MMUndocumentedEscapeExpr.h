@@ -15,5 +15,5 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMValueExpr> operand_;
+    OrvCyclicOperand<MMValueExpr> operand_;
 };

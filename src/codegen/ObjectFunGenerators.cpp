@@ -7,28 +7,28 @@
 #include "fliodram/MMTextExpr.h"
 
 void AllFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& retriever,
-                               const std::string& /*name*/, const TypePtr& /*type*/,
+                               std::string_view /*name*/, const TypePtr& /*type*/,
                                TargetArguments arguments) const {
     const OrvCyclicPtr<MMModelExpr> model(
-        new MMModelExpr(retriever.retrieve(anchorName(AnchorKind::THIS))));
+        new MMModelExpr(retriever.retrieve(anchorText(AnchorKind::THIS))));
     result = TargetPtr(new MMAllInstancesExpr(valueArgument(arguments, 0), model));
 }
 
 void ClassFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
-                                 const std::string& /*name*/, const TypePtr& /*type*/,
+                                 std::string_view /*name*/, const TypePtr& /*type*/,
                                  TargetArguments arguments) const {
     result = TargetPtr(new MMClassNameExpr(objectArgument(arguments, 0)));
 }
 
 void AttributeFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
-                                     const std::string& /*name*/, const TypePtr& /*type*/,
+                                     std::string_view /*name*/, const TypePtr& /*type*/,
                                      TargetArguments arguments) const {
     result = TargetPtr(new MMAttrExpr(valueArgument(arguments, 0), objectArgument(arguments, 1)));
 }
 
 void AttributeCollectionFunGenerator::generate(TargetPtr& result,
                                                ObjectVariableRetriever& /*retriever*/,
-                                               const std::string& /*name*/, const TypePtr& /*type*/,
+                                               std::string_view /*name*/, const TypePtr& /*type*/,
                                                TargetArguments arguments) const {
     const OrvCyclicPtr<MMObjectVarExpr> variable(new MMObjectVarExpr);
     const OrvCyclicPtr<MMValueExpr> attribute(
@@ -41,7 +41,7 @@ void AttributeCollectionFunGenerator::generate(TargetPtr& result,
 }
 
 void UidFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
-                               const std::string& /*name*/, const TypePtr& /*type*/,
+                               std::string_view /*name*/, const TypePtr& /*type*/,
                                TargetArguments arguments) const {
     result = TargetPtr(new MMUidExpr(objectArgument(arguments, 0)));
 }

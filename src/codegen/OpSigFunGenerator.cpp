@@ -20,7 +20,7 @@ const char* const signatureText =
 }  // namespace
 
 void OpSigFunGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
-                                 const std::string& /*name*/, const TypePtr& /*type*/,
+                                 std::string_view /*name*/, const TypePtr& /*type*/,
                                  TargetArguments arguments) const {
     CodeGeneratorDialogs dialogs;
     const OrvCountedPtr<MMValueAbsExpr> signature =

@@ -7,6 +7,6 @@
 /// of the built-in that is generated; nothing is shared between calls.
 class OpSigFunGenerator : public FunctionCodeGenerator {
 public:
-    void generate(TargetPtr& result, ObjectVariableRetriever& retriever, const std::string& name,
+    void generate(TargetPtr& result, ObjectVariableRetriever& retriever, std::string_view name,
                   const TypePtr& type, TargetArguments arguments) const override;
 };

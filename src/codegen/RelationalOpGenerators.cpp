@@ -33,7 +33,7 @@ struct SetRelation {
     bool isExchanged;
 };
 
-SetRelation setRelationOf(const std::string& name) {
+SetRelation setRelationOf(std::string_view name) {
     switch (relationOf(name)) {
         case MM_EQUAL:
             return {MM_SET_EQUAL, false};
@@ -55,7 +55,7 @@ SetRelation setRelationOf(const std::string& name) {
 
 void ArithmeticRelationalOpGenerator::generate(TargetPtr& result,
                                                ObjectVariableRetriever& /*retriever*/,
-                                               const std::string& name, const TypePtr& /*type*/,
+                                               std::string_view name, const TypePtr& /*type*/,
                                                TargetArguments arguments) const {
     result = TargetPtr(new MMRelationalExpr(valueArgument(arguments, 0), relationOf(name),
                                             valueArgument(arguments, 1)));
@@ -63,7 +63,7 @@ void ArithmeticRelationalOpGenerator::generate(TargetPtr& result,
 
 void ObjectRelationalOpGenerator::generate(TargetPtr& result,
                                            ObjectVariableRetriever& /*retriever*/,
-                                           const std::string& name, const TypePtr& /*type*/,
+                                           std::string_view name, const TypePtr& /*type*/,
                                            TargetArguments arguments) const {
     const MMRelOp relation = relationOf(name);
     const bool isIdentity = relation == MM_EQUAL || relation == MM_NOT_EQUAL;
@@ -73,7 +73,7 @@ void ObjectRelationalOpGenerator::generate(TargetPtr& result,
 }
 
 void SetRelationalOpGenerator::generate(TargetPtr& result, ObjectVariableRetriever& /*retriever*/,
-                                        const std::string& name, const TypePtr& /*type*/,
+                                        std::string_view name, const TypePtr& /*type*/,
                                         TargetArguments arguments) const {
     const SetRelation relation = setRelationOf(name);
     OrvCyclicPtr<MMObjectCollectionExpr> left = objectsArgument(arguments, 0);
@@ -86,7 +86,7 @@ void SetRelationalOpGenerator::generate(TargetPtr& result, ObjectVariableRetriev
 
 void RegExpRelationalOpGenerator::generate(TargetPtr& result,
                                            ObjectVariableRetriever& /*retriever*/,
-                                           const std::string& name, const TypePtr& /*type*/,
+                                           std::string_view name, const TypePtr& /*type*/,
                                            TargetArguments arguments) const {
     const OrvCyclicPtr<MMValueExpr> match(
         new MMRegExpMatchExpr(valueArgument(arguments, 1), valueArgument(arguments, 0)));

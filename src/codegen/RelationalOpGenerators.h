@@ -6,21 +6,21 @@
 /// Comparisons of strings, numbers and booleans.
 class ArithmeticRelationalOpGenerator : public FunctionCodeGenerator {
 public:
-    void generate(TargetPtr& result, ObjectVariableRetriever& retriever, const std::string& name,
+    void generate(TargetPtr& result, ObjectVariableRetriever& retriever, std::string_view name,
                   const TypePtr& type, TargetArguments arguments) const override;
 };
 
 /// Identity of objects.
 class ObjectRelationalOpGenerator : public FunctionCodeGenerator {
 public:
-    void generate(TargetPtr& result, ObjectVariableRetriever& retriever, const std::string& name,
+    void generate(TargetPtr& result, ObjectVariableRetriever& retriever, std::string_view name,
                   const TypePtr& type, TargetArguments arguments) const override;
 };
 
 /// Comparisons of collections of objects as sets. "Greater" is "less" with the operands exchanged.
 class SetRelationalOpGenerator : public FunctionCodeGenerator {
 public:
-    void generate(TargetPtr& result, ObjectVariableRetriever& retriever, const std::string& name,
+    void generate(TargetPtr& result, ObjectVariableRetriever& retriever, std::string_view name,
                   const TypePtr& type, TargetArguments arguments) const override;
 };
 
@@ -28,6 +28,6 @@ public:
 /// target.
 class RegExpRelationalOpGenerator : public FunctionCodeGenerator {
 public:
-    void generate(TargetPtr& result, ObjectVariableRetriever& retriever, const std::string& name,
+    void generate(TargetPtr& result, ObjectVariableRetriever& retriever, std::string_view name,
                   const TypePtr& type, TargetArguments arguments) const override;
 };

@@ -11,11 +11,11 @@ void throwWrongTarget() {
 
 VariableCodeGenerator::~VariableCodeGenerator() = default;
 
-TargetPtr ObjectVarGenerator::generate(const TypePtr& /*type*/, const std::string& /*name*/) const {
+TargetPtr ObjectVarGenerator::generate(const TypePtr& /*type*/, std::string_view /*name*/) const {
     return TargetPtr(new MMObjectVarExpr);
 }
 
-TargetPtr LetVarGenerator::generate(const TypePtr& type, const std::string& /*name*/) const {
+TargetPtr LetVarGenerator::generate(const TypePtr& type, std::string_view /*name*/) const {
     switch (resultKindOf(type)) {
         case ResultKind::value:
             return TargetPtr(new MMValueBindingExpr);

@@ -29,9 +29,10 @@ auto evaluateGuarded(MMEvaluationContext& context, const Evaluation& evaluation)
 
 MMValueAbsExpr::MMValueAbsExpr(const OrvCyclicPtr<MMObjectVarExpr>& variable,
                                const OrvCyclicPtr<MMValueExpr>& body)
-    : variable_(*this, variable), body_(*this, body) {}
+    : MMExpr(Ownership::nothing), variable_(*this, variable), body_(*this, body) {}
 
 const MMConjunction& MMValueAbsExpr::makeConjunction() const {
+    becomeOwner();
     conjunction_ = std::make_unique<const MMConjunction>(*body_, *variable_);
     mayHaveVerdicts_ = !conjunction_->isEmpty();
     return *conjunction_;
@@ -51,7 +52,7 @@ MMValue MMValueAbsExpr::apply(MMEvaluationContext& context, MMObject object) con
 
 MMObjectCollectionAbsExpr::MMObjectCollectionAbsExpr(
     const OrvCyclicPtr<MMObjectVarExpr>& variable, const OrvCyclicPtr<MMObjectCollectionExpr>& body)
-    : variable_(*this, variable), body_(*this, body) {}
+    : MMExpr(Ownership::nothing), variable_(*this, variable), body_(*this, body) {}
 
 void MMObjectCollectionAbsExpr::print(MMTargetPrinter& printer) const {
     printer.begin("MMObjectCollectionAbsExpr").operand(variable_.get()).operand(body_.get()).end();

@@ -9,7 +9,7 @@
 #include "fliodram/MMObjectVarExpr.h"
 
 /// A function of one object that yields a value: binds the variable and evaluates the body.
-class __attribute__((visibility("default"))) MMValueAbsExpr : public MMExpr {
+class __attribute__((visibility("default"))) MMValueAbsExpr final : public MMExpr {
 public:
     MMValueAbsExpr(const OrvCyclicPtr<MMObjectVarExpr>& variable,
                    const OrvCyclicPtr<MMValueExpr>& body);
@@ -83,14 +83,14 @@ private:
         return verdict;
     }
 
-    OrvCyclicMember<MMObjectVarExpr> variable_;
-    OrvCyclicMember<MMValueExpr> body_;
+    OrvCyclicOperand<MMObjectVarExpr> variable_;
+    OrvCyclicOperand<MMValueExpr> body_;
     mutable std::unique_ptr<const MMConjunction> conjunction_;  // once it is applied as a condition
     mutable bool mayHaveVerdicts_ = true;
 };
 
 /// A function of one object that yields a collection of objects.
-class __attribute__((visibility("default"))) MMObjectCollectionAbsExpr : public MMExpr {
+class __attribute__((visibility("default"))) MMObjectCollectionAbsExpr final : public MMExpr {
 public:
     MMObjectCollectionAbsExpr(const OrvCyclicPtr<MMObjectVarExpr>& variable,
                               const OrvCyclicPtr<MMObjectCollectionExpr>& body);
@@ -109,6 +109,6 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMObjectVarExpr> variable_;
-    OrvCyclicMember<MMObjectCollectionExpr> body_;
+    OrvCyclicOperand<MMObjectVarExpr> variable_;
+    OrvCyclicOperand<MMObjectCollectionExpr> body_;
 };

@@ -57,12 +57,16 @@ MMObjectRange distinct(MMEvaluationContext& context, MMTraversalState& state, MM
 }  // namespace
 
 MMAssociationTraversal::MMAssociationTraversal(const OrvString& associationName, bool addToResult)
-    : name_(associationName),
+    : MMTarget(Ownership::nothing),
+      name_(associationName),
       addToResult_(addToResult),
       condition_(*this),
       child_(*this),
       sibling_(*this) {
     addBodyKinds(MM_KIND_TRAVERSAL);
+    if (!isInside(*this, name_.data())) {
+        becomeOwner();
+    }
 }
 
 void MMAssociationTraversal::setChild(const OrvCyclicPtr<MMAssociationTraversal>& child) {
@@ -109,7 +113,9 @@ void MMAssociationTraversal::printCall(MMTargetPrinter& printer) const {
 
 MMAssociationExpr::MMAssociationExpr(const OrvCyclicPtr<MMAssociationTraversal>& traversal,
                                      const OrvCyclicPtr<MMObjectExpr>& object)
-    : traversal_(*this, traversal), object_(*this, object) {
+    : MMObjectCollectionExpr(Ownership::nothing),
+      traversal_(*this, traversal),
+      object_(*this, object) {
     addBodyKinds(MM_KIND_ASSOCIATION);
 }
 
@@ -117,6 +123,7 @@ MMAssociationExpr::~MMAssociationExpr() = default;
 
 MMTraversalState& MMAssociationExpr::state() const {
     if (state_ == nullptr) {
+        becomeOwner();
         state_ = std::make_unique<MMTraversalState>(*traversal_);
     }
     return *state_;

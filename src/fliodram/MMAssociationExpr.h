@@ -99,7 +99,8 @@ struct MMTraversalState;
 /// at its first reach. Breadth first: what a step reached is followed after all that was reached
 /// before it; below a step that is marked depth first, at once, whatever is marked there. A step
 /// follows an object once in one evaluation, the first time its turn comes, so cycles end.
-class __attribute__((visibility("default"))) MMAssociationExpr : public MMObjectCollectionExpr {
+class __attribute__((visibility("default"))) MMAssociationExpr final
+    : public MMObjectCollectionExpr {
 public:
     MMAssociationExpr(const OrvCyclicPtr<MMAssociationTraversal>& traversal,
                       const OrvCyclicPtr<MMObjectExpr>& object);
@@ -132,7 +133,7 @@ public:
 private:
     MMTraversalState& state() const;
 
-    OrvCyclicMember<MMAssociationTraversal> traversal_;
+    OrvCyclicOperand<MMAssociationTraversal> traversal_;
     MMObjectOperand object_;
     mutable std::unique_ptr<MMTraversalState> state_;  // once it is needed; all links are set then
 };

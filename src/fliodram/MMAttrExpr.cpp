@@ -19,7 +19,7 @@ MMValue valueOf(std::string_view text, std::string& buffer) {
 
 MMAttrExpr::MMAttrExpr(const OrvCyclicPtr<MMValueExpr>& name,
                        const OrvCyclicPtr<MMObjectExpr>& object)
-    : MMValueExpr(MMValue::Kind::text),
+    : MMValueExpr(MMValue::Kind::text, Ownership::nothing),
       object_(*this, object),
       name_(*this, name),
       constantName_(MMConstantExpr::textOf(name.get())) {}
@@ -28,11 +28,14 @@ std::string_view MMAttrExpr::computeName(MMEvaluationContext& context) const {
     std::string buffer;
     const std::string_view name = name_->evaluateText(context, buffer);
     context.countBytes(name.size());
-    if (name != computedName_) {
+    if (computedName_ == nullptr) {
+        becomeOwner();
+        computedName_ = std::make_unique<std::string>(name);
+    } else if (name != *computedName_) {
         reader_.reset();
-        computedName_ = name;
+        *computedName_ = name;
     }
-    return computedName_;
+    return *computedName_;
 }
 
 std::string_view MMAttrExpr::evaluateText(MMEvaluationContext& context, std::string& buffer) const {
@@ -53,7 +56,7 @@ void MMAttrExpr::print(MMTargetPrinter& printer) const {
 }
 
 MMClassNameExpr::MMClassNameExpr(const OrvCyclicPtr<MMObjectExpr>& object)
-    : MMValueExpr(MMValue::Kind::text), object_(*this, object) {}
+    : MMValueExpr(MMValue::Kind::text, Ownership::nothing), object_(*this, object) {}
 
 std::string_view MMClassNameExpr::evaluateText(MMEvaluationContext& context,
                                                std::string& /*buffer*/) const {
@@ -70,7 +73,7 @@ void MMClassNameExpr::print(MMTargetPrinter& printer) const {
 }
 
 MMUidExpr::MMUidExpr(const OrvCyclicPtr<MMObjectExpr>& object)
-    : MMValueExpr(MMValue::Kind::text), object_(*this, object) {}
+    : MMValueExpr(MMValue::Kind::text, Ownership::nothing), object_(*this, object) {}
 
 std::string_view MMUidExpr::evaluateText(MMEvaluationContext& context, std::string& buffer) const {
     const MMObject object = object_.evaluate(context);

@@ -1,13 +1,17 @@
 // What is read of an object: attributes, the name of its class, its identifier.
 #pragma once
 
+#include <memory>
+#include <string>
+#include <string_view>
+
 #include "fliodram/MMExpr.h"
 #include "fliodram/MMFeatureReader.h"
 #include "fliodram/MMObjectVarExpr.h"
 
 /// The value of the named attribute of an object, as a text; the empty text where there is no
 /// such attribute or no object.
-class __attribute__((visibility("default"))) MMAttrExpr : public MMValueExpr {
+class __attribute__((visibility("default"))) MMAttrExpr final : public MMValueExpr {
 public:
     MMAttrExpr(const OrvCyclicPtr<MMValueExpr>& name, const OrvCyclicPtr<MMObjectExpr>& object);
 
@@ -25,14 +29,14 @@ private:
     std::string_view computeName(MMEvaluationContext& context) const;
 
     MMObjectOperand object_;
-    OrvCyclicMember<MMValueExpr> name_;
+    OrvCyclicOperand<MMValueExpr> name_;
     std::string_view constantName_;  // without data where the name is computed
     mutable MMAttributeReader reader_;
-    mutable std::string computedName_;  // the last one
+    mutable std::unique_ptr<std::string> computedName_;  // the last one
 };
 
 /// The name of an object's class; the empty text for no object.
-class __attribute__((visibility("default"))) MMClassNameExpr : public MMValueExpr {
+class __attribute__((visibility("default"))) MMClassNameExpr final : public MMValueExpr {
 public:
     explicit MMClassNameExpr(const OrvCyclicPtr<MMObjectExpr>& object);
 
@@ -50,7 +54,7 @@ private:
 };
 
 /// The text that identifies an object; the empty text for no object.
-class __attribute__((visibility("default"))) MMUidExpr : public MMValueExpr {
+class __attribute__((visibility("default"))) MMUidExpr final : public MMValueExpr {
 public:
     explicit MMUidExpr(const OrvCyclicPtr<MMObjectExpr>& object);
 

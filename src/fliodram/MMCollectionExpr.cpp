@@ -109,7 +109,9 @@ private:
 
 MMFilterExpr::MMFilterExpr(const OrvCyclicPtr<MMValueAbsExpr>& predicate,
                            const OrvCyclicPtr<MMObjectCollectionExpr>& collection)
-    : predicate_(*this, predicate), collection_(*this, collection) {}
+    : MMObjectCollectionExpr(Ownership::nothing),
+      predicate_(*this, predicate),
+      collection_(*this, collection) {}
 
 bool MMFilterExpr::forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const {
     context.checkDepth();
@@ -123,7 +125,9 @@ void MMFilterExpr::print(MMTargetPrinter& printer) const {
 
 MMTraverseExpr::MMTraverseExpr(const OrvCyclicPtr<MMObjectCollectionAbsExpr>& function,
                                const OrvCyclicPtr<MMObjectCollectionExpr>& collection)
-    : function_(*this, function), collection_(*this, collection) {}
+    : MMObjectCollectionExpr(Ownership::nothing),
+      function_(*this, function),
+      collection_(*this, collection) {}
 
 bool MMTraverseExpr::forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const {
     context.checkDepth();
@@ -136,7 +140,9 @@ void MMTraverseExpr::print(MMTargetPrinter& printer) const {
 }
 
 MMUniqueExpr::MMUniqueExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection, bool isStable)
-    : collection_(*this, collection), isStable_(isStable) {}
+    : MMObjectCollectionExpr(Ownership::nothing),
+      collection_(*this, collection),
+      isStable_(isStable) {}
 
 bool MMUniqueExpr::forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const {
     context.checkDepth();
@@ -149,7 +155,7 @@ void MMUniqueExpr::print(MMTargetPrinter& printer) const {
 }
 
 MMReverseExpr::MMReverseExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection)
-    : collection_(*this, collection) {}
+    : MMObjectCollectionExpr(Ownership::nothing), collection_(*this, collection) {}
 
 bool MMReverseExpr::forEach(MMEvaluationContext& context, MMObjectConsumer& consumer) const {
     context.checkDepth();
@@ -198,7 +204,9 @@ void MMAllInstancesExpr::print(MMTargetPrinter& printer) const {
 
 MMMapExpr::MMMapExpr(const OrvCyclicPtr<MMValueAbsExpr>& function,
                      const OrvCyclicPtr<MMObjectCollectionExpr>& collection)
-    : function_(*this, function), collection_(*this, collection) {}
+    : MMStringCollectionExpr(Ownership::nothing),
+      function_(*this, function),
+      collection_(*this, collection) {}
 
 void MMMapExpr::forEach(MMEvaluationContext& context, MMTextConsumer& consumer) const {
     context.checkDepth();

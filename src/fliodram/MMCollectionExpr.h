@@ -8,7 +8,7 @@
 #include "fliodram/MMKeyCache.h"
 
 /// The objects for which the predicate is true, in order.
-class __attribute__((visibility("default"))) MMFilterExpr : public MMObjectCollectionExpr {
+class __attribute__((visibility("default"))) MMFilterExpr final : public MMObjectCollectionExpr {
 public:
     MMFilterExpr(const OrvCyclicPtr<MMValueAbsExpr>& predicate,
                  const OrvCyclicPtr<MMObjectCollectionExpr>& collection);
@@ -17,13 +17,13 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMValueAbsExpr> predicate_;
-    OrvCyclicMember<MMObjectCollectionExpr> collection_;
+    OrvCyclicOperand<MMValueAbsExpr> predicate_;
+    OrvCyclicOperand<MMObjectCollectionExpr> collection_;
 };
 
 /// The collections that the function yields for each object, one after the other, duplicates
 /// included.
-class __attribute__((visibility("default"))) MMTraverseExpr : public MMObjectCollectionExpr {
+class __attribute__((visibility("default"))) MMTraverseExpr final : public MMObjectCollectionExpr {
 public:
     MMTraverseExpr(const OrvCyclicPtr<MMObjectCollectionAbsExpr>& function,
                    const OrvCyclicPtr<MMObjectCollectionExpr>& collection);
@@ -32,13 +32,13 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMObjectCollectionAbsExpr> function_;
-    OrvCyclicMember<MMObjectCollectionExpr> collection_;
+    OrvCyclicOperand<MMObjectCollectionAbsExpr> function_;
+    OrvCyclicOperand<MMObjectCollectionExpr> collection_;
 };
 
 /// The collection without duplicates: the first of each stays, in order. The flag, which asks for
 /// the order to be kept, makes no difference.
-class __attribute__((visibility("default"))) MMUniqueExpr : public MMObjectCollectionExpr {
+class __attribute__((visibility("default"))) MMUniqueExpr final : public MMObjectCollectionExpr {
 public:
     MMUniqueExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection, bool isStable);
 
@@ -46,12 +46,12 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMObjectCollectionExpr> collection_;
+    OrvCyclicOperand<MMObjectCollectionExpr> collection_;
     bool isStable_;
 };
 
 /// The objects in reverse order.
-class __attribute__((visibility("default"))) MMReverseExpr : public MMObjectCollectionExpr {
+class __attribute__((visibility("default"))) MMReverseExpr final : public MMObjectCollectionExpr {
 public:
     explicit MMReverseExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection);
 
@@ -59,7 +59,7 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMObjectCollectionExpr> collection_;
+    OrvCyclicOperand<MMObjectCollectionExpr> collection_;
 };
 
 /// All objects of exactly the named class in the model that an object belongs to; none where there
@@ -75,13 +75,13 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMValueExpr> className_;
+    OrvCyclicOperand<MMValueExpr> className_;
     MMObjectOperand model_;
     mutable MMKeyCache key_;
 };
 
 /// The value of a function for each object, as strings, in order.
-class __attribute__((visibility("default"))) MMMapExpr : public MMStringCollectionExpr {
+class __attribute__((visibility("default"))) MMMapExpr final : public MMStringCollectionExpr {
 public:
     MMMapExpr(const OrvCyclicPtr<MMValueAbsExpr>& function,
               const OrvCyclicPtr<MMObjectCollectionExpr>& collection);
@@ -90,6 +90,6 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMValueAbsExpr> function_;
-    OrvCyclicMember<MMObjectCollectionExpr> collection_;
+    OrvCyclicOperand<MMValueAbsExpr> function_;
+    OrvCyclicOperand<MMObjectCollectionExpr> collection_;
 };

@@ -1,17 +1,24 @@
 // Constants.
 #pragma once
 
+#include <cstddef>
+#include <cstring>
 #include <optional>
 
 #include "fliodram/MMExpr.h"
 
 /// A value that is the same for every object.
-class __attribute__((visibility("default"))) MMConstantExpr : public MMValueExpr {
+class __attribute__((visibility("default"))) MMConstantExpr final : public MMValueExpr {
 public:
     explicit MMConstantExpr(const MMValue& value);
     /// A text.
-    explicit MMConstantExpr(const char* text) : MMValueExpr(MMValue::Kind::text), value_(text) {
+    explicit MMConstantExpr(const char* text) : MMConstantExpr(text, std::strlen(text)) {}
+    MMConstantExpr(const char* text, std::size_t size)
+        : MMValueExpr(MMValue::Kind::text, Ownership::nothing), value_(text, size) {
         addBodyKinds(MM_KIND_CONSTANT);
+        if (!isInside(*this, value_.getText().data())) {
+            becomeOwner();
+        }
     }
 
     const MMValue& getValue() const { return value_; }

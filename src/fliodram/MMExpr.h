@@ -31,6 +31,13 @@ enum MMTargetKind : std::uint16_t {
     MM_KIND_OPERATOR = 256
 };
 
+/// Whether a place is inside an object, as the bytes of a short text are in the object that has it.
+template <class Object>
+bool isInside(const Object& object, const void* place) {
+    return reinterpret_cast<std::uintptr_t>(place) - reinterpret_cast<std::uintptr_t>(&object) <
+           sizeof(Object);
+}
+
 /// The base of everything that a compilation builds: a body of its graph.
 ///
 /// Targets are made with new, handed at once to an OrvCyclicPtr, and live and die as a whole
@@ -42,7 +49,7 @@ public:
     virtual void print(MMTargetPrinter& printer) const = 0;
 
 protected:
-    MMTarget() = default;
+    explicit MMTarget(Ownership ownership = Ownership::something) : OrvCyclicPtrBody(ownership) {}
 
 private:
     void anchor() const override;
@@ -51,7 +58,7 @@ private:
 /// The base of all expressions.
 class __attribute__((visibility("default"))) MMExpr : public MMTarget {
 protected:
-    MMExpr() = default;
+    explicit MMExpr(Ownership ownership = Ownership::something) : MMTarget(ownership) {}
 
 private:
     void anchor() const override;
@@ -61,7 +68,9 @@ private:
 class __attribute__((visibility("default"))) MMValueExpr : public MMExpr {
 public:
     /// With the kind that all values of the expression have, where that is known beforehand.
-    explicit MMValueExpr(std::optional<MMValue::Kind> kind = std::nullopt) : kind_(kind) {
+    explicit MMValueExpr(std::optional<MMValue::Kind> kind = std::nullopt,
+                         Ownership ownership = Ownership::something)
+        : MMExpr(ownership), kind_(kind) {
         addBodyKinds(MM_KIND_VALUE);
     }
     static bool classof(const OrvCyclicPtrBody& body, std::type_identity<MMValueExpr> /*self*/) {
@@ -110,7 +119,9 @@ inline void ownText(MMEvaluationContext& context, MMValue& value) {
 /// An expression that yields one object, or none.
 class __attribute__((visibility("default"))) MMObjectExpr : public MMExpr {
 public:
-    MMObjectExpr() { addBodyKinds(MM_KIND_OBJECT); }
+    explicit MMObjectExpr(Ownership ownership = Ownership::something) : MMExpr(ownership) {
+        addBodyKinds(MM_KIND_OBJECT);
+    }
     static bool classof(const OrvCyclicPtrBody& body, std::type_identity<MMObjectExpr> /*self*/) {
         return (body.getBodyKinds() & MM_KIND_OBJECT) != 0;
     }
@@ -140,7 +151,10 @@ protected:
 /// An expression that yields an ordered collection of objects.
 class __attribute__((visibility("default"))) MMObjectCollectionExpr : public MMExpr {
 public:
-    MMObjectCollectionExpr() { addBodyKinds(MM_KIND_OBJECT_COLLECTION); }
+    explicit MMObjectCollectionExpr(Ownership ownership = Ownership::something)
+        : MMExpr(ownership) {
+        addBodyKinds(MM_KIND_OBJECT_COLLECTION);
+    }
     static bool classof(const OrvCyclicPtrBody& body,
                         std::type_identity<MMObjectCollectionExpr> /*self*/) {
         return (body.getBodyKinds() & MM_KIND_OBJECT_COLLECTION) != 0;
@@ -184,7 +198,10 @@ protected:
 /// An expression that yields an ordered collection of strings.
 class __attribute__((visibility("default"))) MMStringCollectionExpr : public MMExpr {
 public:
-    MMStringCollectionExpr() { addBodyKinds(MM_KIND_STRING_COLLECTION); }
+    explicit MMStringCollectionExpr(Ownership ownership = Ownership::something)
+        : MMExpr(ownership) {
+        addBodyKinds(MM_KIND_STRING_COLLECTION);
+    }
     static bool classof(const OrvCyclicPtrBody& body,
                         std::type_identity<MMStringCollectionExpr> /*self*/) {
         return (body.getBodyKinds() & MM_KIND_STRING_COLLECTION) != 0;

@@ -7,12 +7,12 @@ void MMIfBranches<Branch>::print(MMTargetPrinter& printer, const char* className
     printer.begin(className).operand(test_.get()).operand(then_.get()).operand(else_.get()).end();
 }
 
-MMIfValueExpr::MMIfValueExpr() : branches_(*this) {}
+MMIfValueExpr::MMIfValueExpr() : MMValueExpr(std::nullopt, Ownership::nothing), branches_(*this) {}
 
 MMIfValueExpr::MMIfValueExpr(const OrvCyclicPtr<MMValueExpr>& test,
                              const OrvCyclicPtr<MMValueExpr>& thenBranch,
                              const OrvCyclicPtr<MMValueExpr>& elseBranch)
-    : branches_(*this) {
+    : MMIfValueExpr() {
     branches_.setTest(test);
     branches_.setThen(thenBranch);
     branches_.setElse(elseBranch);
@@ -42,7 +42,7 @@ void MMIfValueExpr::appendText(MMEvaluationContext& context, std::string& text) 
     branches_.chosen(context).appendText(context, text);
 }
 
-MMIfObjectExpr::MMIfObjectExpr() : branches_(*this) {}
+MMIfObjectExpr::MMIfObjectExpr() : MMObjectExpr(Ownership::nothing), branches_(*this) {}
 
 void MMIfObjectExpr::testExpr(const OrvCyclicPtr<MMValueExpr>& test) { branches_.setTest(test); }
 void MMIfObjectExpr::thenExpr(const OrvCyclicPtr<MMObjectExpr>& branch) {
@@ -59,7 +59,8 @@ MMObject MMIfObjectExpr::evaluate(MMEvaluationContext& context) const {
     return branches_.chosen(context).evaluate(context);
 }
 
-MMIfObjectCollectionExpr::MMIfObjectCollectionExpr() : branches_(*this) {}
+MMIfObjectCollectionExpr::MMIfObjectCollectionExpr()
+    : MMObjectCollectionExpr(Ownership::nothing), branches_(*this) {}
 
 void MMIfObjectCollectionExpr::testExpr(const OrvCyclicPtr<MMValueExpr>& test) {
     branches_.setTest(test);
@@ -79,7 +80,8 @@ bool MMIfObjectCollectionExpr::forEach(MMEvaluationContext& context,
     return branches_.chosen(context).forEach(context, consumer);
 }
 
-MMIfStringCollectionExpr::MMIfStringCollectionExpr() : branches_(*this) {}
+MMIfStringCollectionExpr::MMIfStringCollectionExpr()
+    : MMStringCollectionExpr(Ownership::nothing), branches_(*this) {}
 
 void MMIfStringCollectionExpr::testExpr(const OrvCyclicPtr<MMValueExpr>& test) {
     branches_.setTest(test);

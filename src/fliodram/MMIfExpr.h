@@ -30,7 +30,7 @@ private:
 };
 
 /// A value by a test. Operands are given to the constructor or by setters.
-class __attribute__((visibility("default"))) MMIfValueExpr : public MMValueExpr {
+class __attribute__((visibility("default"))) MMIfValueExpr final : public MMValueExpr {
 public:
     MMIfValueExpr();
     MMIfValueExpr(const OrvCyclicPtr<MMValueExpr>& test,
@@ -51,7 +51,7 @@ private:
 };
 
 /// An object by a test.
-class __attribute__((visibility("default"))) MMIfObjectExpr : public MMObjectExpr {
+class __attribute__((visibility("default"))) MMIfObjectExpr final : public MMObjectExpr {
 public:
     MMIfObjectExpr();
     void testExpr(const OrvCyclicPtr<MMValueExpr>& test);
@@ -66,7 +66,7 @@ private:
 };
 
 /// A collection of objects by a test.
-class __attribute__((visibility("default"))) MMIfObjectCollectionExpr
+class __attribute__((visibility("default"))) MMIfObjectCollectionExpr final
     : public MMObjectCollectionExpr {
 public:
     MMIfObjectCollectionExpr();
@@ -82,7 +82,7 @@ private:
 };
 
 /// A collection of strings by a test.
-class __attribute__((visibility("default"))) MMIfStringCollectionExpr
+class __attribute__((visibility("default"))) MMIfStringCollectionExpr final
     : public MMStringCollectionExpr {
 public:
     MMIfStringCollectionExpr();

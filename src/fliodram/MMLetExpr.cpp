@@ -44,7 +44,7 @@ const MMTarget* targetOf(const MMCachedExpr* binding) {
 
 template <class Body>
 void printLet(MMTargetPrinter& printer, const char* className,
-              const OrvSimplePtr<MMCachedExpr>& binding, const OrvCyclicMember<Body>& body) {
+              const OrvSimplePtr<MMCachedExpr>& binding, const OrvCyclicOperand<Body>& body) {
     printer.begin(className).operand(targetOf(binding.get())).operand(body.get()).end();
 }
 

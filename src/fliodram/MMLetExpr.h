@@ -133,7 +133,7 @@ public:
 
 private:
     OrvSimplePtr<MMCachedExpr> binding_;
-    OrvCyclicMember<MMValueExpr> body_;
+    OrvCyclicOperand<MMValueExpr> body_;
 };
 
 /// A object with a binding, which it owns, evaluated at most once for each evaluation of the let.
@@ -147,7 +147,7 @@ public:
 
 private:
     OrvSimplePtr<MMCachedExpr> binding_;
-    OrvCyclicMember<MMObjectExpr> body_;
+    OrvCyclicOperand<MMObjectExpr> body_;
 };
 
 /// A collection of objects with a binding, which it owns, evaluated at most once for each
@@ -164,7 +164,7 @@ public:
 
 private:
     OrvSimplePtr<MMCachedExpr> binding_;
-    OrvCyclicMember<MMObjectCollectionExpr> body_;
+    OrvCyclicOperand<MMObjectCollectionExpr> body_;
 };
 
 /// A collection of strings with a binding, which it owns, evaluated at most once for each
@@ -181,5 +181,5 @@ public:
 
 private:
     OrvSimplePtr<MMCachedExpr> binding_;
-    OrvCyclicMember<MMStringCollectionExpr> body_;
+    OrvCyclicOperand<MMStringCollectionExpr> body_;
 };

@@ -24,7 +24,10 @@ std::vector<MMObject> sortedSet(MMEvaluationContext& context,
 
 MMObjectEqualityExpr::MMObjectEqualityExpr(const OrvCyclicPtr<MMObjectExpr>& lhs, MMRelOp op,
                                            const OrvCyclicPtr<MMObjectExpr>& rhs)
-    : MMValueExpr(MMValue::Kind::boolean), lhs_(*this, lhs), op_(op), rhs_(*this, rhs) {}
+    : MMValueExpr(MMValue::Kind::boolean, Ownership::nothing),
+      lhs_(*this, lhs),
+      op_(op),
+      rhs_(*this, rhs) {}
 
 bool MMObjectEqualityExpr::evaluateBoolean(MMEvaluationContext& context) const {
     context.checkDepth();
@@ -44,7 +47,10 @@ void MMObjectEqualityExpr::print(MMTargetPrinter& printer) const {
 
 MMObjectSetExpr::MMObjectSetExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& lhs, MMSetOp op,
                                  const OrvCyclicPtr<MMObjectCollectionExpr>& rhs)
-    : MMValueExpr(MMValue::Kind::boolean), lhs_(*this, lhs), op_(op), rhs_(*this, rhs) {}
+    : MMValueExpr(MMValue::Kind::boolean, Ownership::nothing),
+      lhs_(*this, lhs),
+      op_(op),
+      rhs_(*this, rhs) {}
 
 bool MMObjectSetExpr::evaluateBoolean(MMEvaluationContext& context) const {
     context.checkDepth();

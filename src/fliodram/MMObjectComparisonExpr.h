@@ -7,7 +7,7 @@
 
 /// Whether two objects are one and the same (MM_EQUAL) or not (MM_NOT_EQUAL). No object is the
 /// same as no object.
-class __attribute__((visibility("default"))) MMObjectEqualityExpr : public MMValueExpr {
+class __attribute__((visibility("default"))) MMObjectEqualityExpr final : public MMValueExpr {
 public:
     MMObjectEqualityExpr(const OrvCyclicPtr<MMObjectExpr>& lhs, MMRelOp op,
                          const OrvCyclicPtr<MMObjectExpr>& rhs);
@@ -26,7 +26,7 @@ private:
 enum MMSetOp { MM_SET_EQUAL = 1, MM_SET_NOT_EQUAL = 2, MM_PROPER_SUBSET = 3, MM_SUBSET = 4 };
 
 /// Comparison of two collections as sets: neither order nor duplicates count.
-class __attribute__((visibility("default"))) MMObjectSetExpr : public MMValueExpr {
+class __attribute__((visibility("default"))) MMObjectSetExpr final : public MMValueExpr {
 public:
     MMObjectSetExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& lhs, MMSetOp op,
                     const OrvCyclicPtr<MMObjectCollectionExpr>& rhs);
@@ -36,7 +36,7 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMObjectCollectionExpr> lhs_;
+    OrvCyclicOperand<MMObjectCollectionExpr> lhs_;
     MMSetOp op_;
-    OrvCyclicMember<MMObjectCollectionExpr> rhs_;
+    OrvCyclicOperand<MMObjectCollectionExpr> rhs_;
 };

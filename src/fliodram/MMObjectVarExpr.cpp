@@ -32,13 +32,16 @@ private:
 
 }  // namespace
 
-MMObjectVarExpr::MMObjectVarExpr() { addBodyKinds(MM_KIND_OBJECT_VARIABLE); }
+MMObjectVarExpr::MMObjectVarExpr() : MMObjectExpr(Ownership::nothing) {
+    addBodyKinds(MM_KIND_OBJECT_VARIABLE);
+}
 
 MMObject MMObjectVarExpr::evaluate(MMEvaluationContext& /*context*/) const { return object_; }
 
 void MMObjectVarExpr::print(MMTargetPrinter& printer) const { printer.variable(*this); }
 
-MMModelExpr::MMModelExpr(const OrvCyclicPtr<MMObjectExpr>& object) : object_(*this, object) {}
+MMModelExpr::MMModelExpr(const OrvCyclicPtr<MMObjectExpr>& object)
+    : MMObjectExpr(Ownership::nothing), object_(*this, object) {}
 
 MMObject MMModelExpr::evaluate(MMEvaluationContext& context) const {
     const MMObject object = object_.evaluate(context);
@@ -51,7 +54,7 @@ void MMModelExpr::print(MMTargetPrinter& printer) const {
 
 MMObjectExtractionExpr::MMObjectExtractionExpr(
     const OrvCyclicPtr<MMObjectCollectionExpr>& collection)
-    : collection_(*this, collection) {}
+    : MMObjectExpr(Ownership::nothing), collection_(*this, collection) {}
 
 void MMObjectExtractionExpr::choice(Choice choice) { choice_ = choice; }
 

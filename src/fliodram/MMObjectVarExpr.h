@@ -70,12 +70,12 @@ private:
         return isVariable ? static_cast<const MMObjectVarExpr*>(object) : nullptr;
     }
 
-    OrvCyclicMember<MMObjectExpr> object_;
+    OrvCyclicOperand<MMObjectExpr> object_;
     const MMObjectVarExpr* variable_;
 };
 
 /// The outermost object that contains an object: the root of its model. Of no object, no object.
-class __attribute__((visibility("default"))) MMModelExpr : public MMObjectExpr {
+class __attribute__((visibility("default"))) MMModelExpr final : public MMObjectExpr {
 public:
     explicit MMModelExpr(const OrvCyclicPtr<MMObjectExpr>& object);
 
@@ -89,7 +89,7 @@ private:
 /// One object out of a collection, or no object out of an empty one. The choice is first: the
 /// first object; or only, which is the choice where none was set: the one object that there is,
 /// and an error where there are more.
-class __attribute__((visibility("default"))) MMObjectExtractionExpr : public MMObjectExpr {
+class __attribute__((visibility("default"))) MMObjectExtractionExpr final : public MMObjectExpr {
 public:
     enum Choice { only = 0, first = 1 };
 
@@ -100,6 +100,6 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMObjectCollectionExpr> collection_;
+    OrvCyclicOperand<MMObjectCollectionExpr> collection_;
     std::optional<Choice> choice_;
 };

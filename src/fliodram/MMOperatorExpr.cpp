@@ -136,6 +136,7 @@ const std::vector<const MMOperatorExpr*>& MMOperatorExpr::chain() const {
         for (const MMOperatorExpr* next = this; next != nullptr; next = from(next->lhs_.get())) {
             chain->push_back(next);
         }
+        becomeOwner();
         chain_ = std::move(chain);
     }
     return *chain_;
@@ -335,15 +336,19 @@ void MMRelationalExpr::remember(const MMModel& model, bool verdict) const {
     if (column == nullptr || column->texts == nullptr || !column->read(owner_->object(), text)) {
         return;
     }
-    const bool isSame = verdicts_.model == model.identity() &&
-                        verdicts_.column.first == column->first &&
-                        verdicts_.column.texts == column->texts;
-    if (!isSame) {
-        verdicts_ = {model.identity(), *column, 0, 0};
+    if (verdicts_ == nullptr) {
+        becomeOwner();
+        verdicts_ = std::make_unique<Verdicts>();
     }
-    const std::uint64_t bit = verdicts_.bitOf(owner_->object());
-    verdicts_.known |= bit;
-    verdicts_.isTrue |= verdict ? bit : 0;
+    const bool isSame = verdicts_->model == model.identity() &&
+                        verdicts_->column.first == column->first &&
+                        verdicts_->column.texts == column->texts;
+    if (!isSame) {
+        *verdicts_ = {model.identity(), *column, 0, 0};
+    }
+    const std::uint64_t bit = verdicts_->bitOf(owner_->object());
+    verdicts_->known |= bit;
+    verdicts_->isTrue |= verdict ? bit : 0;
 }
 
 bool MMRelationalExpr::compareTexts(MMEvaluationContext& context) const {

@@ -30,15 +30,20 @@ public:
     }
     void print(MMTargetPrinter& printer) const override;
 
-    const OrvCyclicMember<MMValueExpr>& lhs() const { return lhs_; }
-    const OrvCyclicMember<MMValueExpr>& rhs() const { return rhs_; }
+    const OrvCyclicOperand<MMValueExpr>& lhs() const { return lhs_; }
+    const OrvCyclicOperand<MMValueExpr>& rhs() const { return rhs_; }
 
 protected:
     /// Both operands, of which the right one may be empty; the kind of all values, if it is known.
+    /// For final classes that own nothing.
     [[gnu::always_inline]] MMOperatorExpr(const OrvCyclicPtr<MMValueExpr>& lhs, int op,
                                           const OrvCyclicPtr<MMValueExpr>& rhs,
                                           std::optional<MMValue::Kind> kind)
-        : MMValueExpr(kind), lhs_(*this, lhs), op_(op), rhs_(*this, rhs), chainLength_(1) {
+        : MMValueExpr(kind, Ownership::nothing),
+          lhs_(*this, lhs),
+          op_(op),
+          rhs_(*this, rhs),
+          chainLength_(1) {
         const MMOperatorExpr* const left = from(lhs.get());
         chainLength_ += left != nullptr ? left->chainLength_ : 0;
         addBodyKinds(MM_KIND_OPERATOR);
@@ -61,9 +66,9 @@ protected:
 private:
     static constexpr std::size_t longestRecursion = 16;
 
-    OrvCyclicMember<MMValueExpr> lhs_;
+    OrvCyclicOperand<MMValueExpr> lhs_;
     int op_;
-    OrvCyclicMember<MMValueExpr> rhs_;
+    OrvCyclicOperand<MMValueExpr> rhs_;
     std::size_t chainLength_;
     mutable std::unique_ptr<std::vector<const MMOperatorExpr*>> chain_;  // once it is asked for
 };
@@ -75,7 +80,7 @@ enum MMArithOp { MM_ADD = 1, MM_SUBTRACT = 2, MM_MULTIPLY = 3, MM_DIVIDE = 4 };
 ///
 /// Integers have 32 bits; a result that does not fit, and division by zero, are errors, and
 /// division drops the fraction. Reals follow IEEE 754. An integer beside a real counts as a real.
-class __attribute__((visibility("default"))) MMArithmeticExpr : public MMOperatorExpr {
+class __attribute__((visibility("default"))) MMArithmeticExpr final : public MMOperatorExpr {
 public:
     /// With an empty `rhs` and MM_SUBTRACT, the negation of `lhs`.
     MMArithmeticExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMArithOp op,
@@ -99,7 +104,7 @@ private:
 enum MMLogOp { MM_AND = 1, MM_OR = 2, MM_NOT = 3, MM_IMPLIES = 4 };
 
 /// Logic. The right operand is evaluated only where the left one does not decide.
-class __attribute__((visibility("default"))) MMBooleanExpr : public MMOperatorExpr {
+class __attribute__((visibility("default"))) MMBooleanExpr final : public MMOperatorExpr {
 public:
     /// With an empty `rhs` and MM_NOT, the negation of `lhs`.
     MMBooleanExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMLogOp op,
@@ -131,7 +136,7 @@ enum MMRelOp {
 enum class MMVerdict : std::uint8_t { unknown, holds, fails };
 
 /// Comparison of two values, as MMValue::compare() has it.
-class __attribute__((visibility("default"))) MMRelationalExpr : public MMOperatorExpr {
+class __attribute__((visibility("default"))) MMRelationalExpr final : public MMOperatorExpr {
 public:
     MMRelationalExpr(const OrvCyclicPtr<MMValueExpr>& lhs, MMRelOp op,
                      const OrvCyclicPtr<MMValueExpr>& rhs);
@@ -145,11 +150,12 @@ public:
     /// What was found for another object that has the same text in the same column, if anything.
     /// Only for a comparison that has an owner.
     MMVerdict verdictOn(const MMModel& model, MMObject object) const {
-        const std::uint64_t bit =
-            verdicts_.model == model.identity() ? verdicts_.bitOf(object) & verdicts_.known : 0;
-        return bit == 0                        ? MMVerdict::unknown
-               : (verdicts_.isTrue & bit) != 0 ? MMVerdict::holds
-                                               : MMVerdict::fails;
+        const std::uint64_t bit = verdicts_ != nullptr && verdicts_->model == model.identity()
+                                      ? verdicts_->bitOf(object) & verdicts_->known
+                                      : 0;
+        return bit == 0                         ? MMVerdict::unknown
+               : (verdicts_->isTrue & bit) != 0 ? MMVerdict::holds
+                                                : MMVerdict::fails;
     }
 
 protected:
@@ -195,5 +201,5 @@ private:
     std::string_view constantRight_;   // the right operand where it is a text constant
     std::optional<int> integerRight_;  // an integer constant with which integers are compared
     const MMObjectVarExpr* owner_;     // whose text is compared with it, if that is all
-    mutable Verdicts verdicts_;
+    mutable std::unique_ptr<Verdicts> verdicts_;  // once there are any
 };

@@ -35,7 +35,7 @@ private:
 MMQuantifierExpr::MMQuantifierExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection,
                                    const OrvCyclicPtr<MMValueExpr>& predicate,
                                    const OrvCyclicPtr<MMObjectVarExpr>& variable, bool decisive)
-    : MMValueExpr(MMValue::Kind::boolean),
+    : MMValueExpr(MMValue::Kind::boolean, Ownership::nothing),
       collection_(*this, collection),
       association_(MMAssociationExpr::from(collection.get())),
       predicate_(*this, predicate),

@@ -21,15 +21,15 @@ protected:
                      const OrvCyclicPtr<MMObjectVarExpr>& variable, bool decisive);
 
 private:
-    OrvCyclicMember<MMObjectCollectionExpr> collection_;
+    OrvCyclicOperand<MMObjectCollectionExpr> collection_;
     const MMAssociationExpr* association_;  // the collection, if it is one
-    OrvCyclicMember<MMValueExpr> predicate_;
-    OrvCyclicMember<MMObjectVarExpr> variable_;
+    OrvCyclicOperand<MMValueExpr> predicate_;
+    OrvCyclicOperand<MMObjectVarExpr> variable_;
     bool decisive_;
 };
 
 /// True when the predicate holds for every object.
-class __attribute__((visibility("default"))) MMAllExpr : public MMQuantifierExpr {
+class __attribute__((visibility("default"))) MMAllExpr final : public MMQuantifierExpr {
 public:
     MMAllExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection,
               const OrvCyclicPtr<MMValueExpr>& predicate,
@@ -38,7 +38,7 @@ public:
 };
 
 /// True when the predicate holds for at least one object.
-class __attribute__((visibility("default"))) MMSomeExpr : public MMQuantifierExpr {
+class __attribute__((visibility("default"))) MMSomeExpr final : public MMQuantifierExpr {
 public:
     MMSomeExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection,
                const OrvCyclicPtr<MMValueExpr>& predicate,

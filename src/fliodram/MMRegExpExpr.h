@@ -38,7 +38,7 @@ private:
         }
     }
 
-    OrvCyclicMember<MMValueExpr> pattern_;
+    OrvCyclicOperand<MMValueExpr> pattern_;
     bool isConstant_;
     mutable bool isReady_ = false;  // the pattern is a constant, and well formed
     mutable std::string text_;      // of which the following was made
@@ -62,7 +62,7 @@ public:
 
 private:
     MMPatternOperand pattern_;
-    OrvCyclicMember<MMValueExpr> text_;
+    OrvCyclicOperand<MMValueExpr> text_;
 };
 
 /// The first match of the pattern in the text, or the empty text.
@@ -76,7 +76,7 @@ public:
 
 private:
     MMPatternOperand pattern_;
-    OrvCyclicMember<MMValueExpr> text_;
+    OrvCyclicOperand<MMValueExpr> text_;
 };
 
 /// The text with the first match of the pattern replaced, or every match: matches that do not
@@ -94,7 +94,7 @@ public:
 
 private:
     MMPatternOperand pattern_;
-    OrvCyclicMember<MMValueExpr> text_;
-    OrvCyclicMember<MMValueExpr> replacement_;
+    OrvCyclicOperand<MMValueExpr> text_;
+    OrvCyclicOperand<MMValueExpr> replacement_;
     bool replaceAll_ = false;
 };

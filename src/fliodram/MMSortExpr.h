@@ -24,7 +24,7 @@ private:
         Key(const OrvCyclicPtrBody& holder, const OrvCyclicPtr<MMValueAbsExpr>& keyFunction,
             bool ascending)
             : function(holder, keyFunction), isAscending(ascending) {}
-        OrvCyclicMember<MMValueAbsExpr> function;
+        OrvCyclicOperand<MMValueAbsExpr> function;
         bool isAscending;
     };
 

@@ -105,7 +105,7 @@ std::string changeCase(MMEvaluationContext& context, std::string_view text,
 }  // namespace
 
 MMCountExpr::MMCountExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection)
-    : MMValueExpr(MMValue::Kind::integer),
+    : MMValueExpr(MMValue::Kind::integer, Ownership::nothing),
       collection_(*this, collection),
       association_(MMAssociationExpr::from(collection.get())) {}
 
@@ -134,7 +134,9 @@ void MMCountExpr::print(MMTargetPrinter& printer) const {
 
 MMDelimiterExpr::MMDelimiterExpr(const OrvCyclicPtr<MMValueExpr>& delimiter,
                                  const OrvCyclicPtr<MMStringCollectionExpr>& strings)
-    : MMValueExpr(MMValue::Kind::text), delimiter_(*this, delimiter), strings_(*this, strings) {}
+    : MMValueExpr(MMValue::Kind::text, Ownership::nothing),
+      delimiter_(*this, delimiter),
+      strings_(*this, strings) {}
 
 MMValue MMDelimiterExpr::evaluate(MMEvaluationContext& context) const {
     std::string joined;
@@ -155,7 +157,7 @@ void MMDelimiterExpr::print(MMTargetPrinter& printer) const {
 
 MMStringManipulationExpr::MMStringManipulationExpr(MMStringOp op,
                                                    const OrvCyclicPtr<MMValueExpr>& text)
-    : MMValueExpr(MMValue::Kind::text), op_(op), text_(*this, text) {}
+    : MMValueExpr(MMValue::Kind::text, Ownership::nothing), op_(op), text_(*this, text) {}
 
 MMValue MMStringManipulationExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
@@ -174,7 +176,7 @@ void MMStringManipulationExpr::print(MMTargetPrinter& printer) const {
 }
 
 MMConversionExpr::MMConversionExpr(const OrvCyclicPtr<MMValueExpr>& value, MMValueType type)
-    : MMValueExpr(kindOf(type)), value_(*this, value), type_(type) {}
+    : MMValueExpr(kindOf(type), Ownership::nothing), value_(*this, value), type_(type) {}
 
 MMValue MMConversionExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();
@@ -201,7 +203,9 @@ void MMConversionExpr::print(MMTargetPrinter& printer) const {
 
 MMApplyValueExpr::MMApplyValueExpr(const OrvCyclicPtr<MMValueAbsExpr>& function,
                                    const OrvCyclicPtr<MMObjectExpr>& object)
-    : function_(*this, function), object_(*this, object) {}
+    : MMValueExpr(std::nullopt, Ownership::nothing),
+      function_(*this, function),
+      object_(*this, object) {}
 
 MMValue MMApplyValueExpr::evaluate(MMEvaluationContext& context) const {
     context.checkDepth();

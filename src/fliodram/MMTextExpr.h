@@ -7,7 +7,7 @@
 class MMAssociationExpr;
 
 /// The number of objects of a collection.
-class __attribute__((visibility("default"))) MMCountExpr : public MMValueExpr {
+class __attribute__((visibility("default"))) MMCountExpr final : public MMValueExpr {
 public:
     explicit MMCountExpr(const OrvCyclicPtr<MMObjectCollectionExpr>& collection);
 
@@ -16,12 +16,12 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMObjectCollectionExpr> collection_;
+    OrvCyclicOperand<MMObjectCollectionExpr> collection_;
     const MMAssociationExpr* association_;  // the collection, if it is one
 };
 
 /// The strings of a collection joined, with the delimiter between each two.
-class __attribute__((visibility("default"))) MMDelimiterExpr : public MMValueExpr {
+class __attribute__((visibility("default"))) MMDelimiterExpr final : public MMValueExpr {
 public:
     MMDelimiterExpr(const OrvCyclicPtr<MMValueExpr>& delimiter,
                     const OrvCyclicPtr<MMStringCollectionExpr>& strings);
@@ -31,15 +31,15 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMValueExpr> delimiter_;
-    OrvCyclicMember<MMStringCollectionExpr> strings_;
+    OrvCyclicOperand<MMValueExpr> delimiter_;
+    OrvCyclicOperand<MMStringCollectionExpr> strings_;
 };
 
 enum MMStringOp { MM_LOWER = 1, MM_UPPER = 2, MM_TRIM = 3 };
 
 /// A text in lower or upper case (ASCII letters; other bytes stay), or without the white space at
 /// both ends.
-class __attribute__((visibility("default"))) MMStringManipulationExpr : public MMValueExpr {
+class __attribute__((visibility("default"))) MMStringManipulationExpr final : public MMValueExpr {
 public:
     MMStringManipulationExpr(MMStringOp op, const OrvCyclicPtr<MMValueExpr>& text);
 
@@ -48,11 +48,11 @@ public:
 
 private:
     MMStringOp op_;
-    OrvCyclicMember<MMValueExpr> text_;
+    OrvCyclicOperand<MMValueExpr> text_;
 };
 
 /// A value converted: see MMValue::convertedTo().
-class __attribute__((visibility("default"))) MMConversionExpr : public MMValueExpr {
+class __attribute__((visibility("default"))) MMConversionExpr final : public MMValueExpr {
 public:
     MMConversionExpr(const OrvCyclicPtr<MMValueExpr>& value, MMValueType type);
 
@@ -61,12 +61,12 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMValueExpr> value_;
+    OrvCyclicOperand<MMValueExpr> value_;
     MMValueType type_;
 };
 
 /// A function of one object applied to an object.
-class __attribute__((visibility("default"))) MMApplyValueExpr : public MMValueExpr {
+class __attribute__((visibility("default"))) MMApplyValueExpr final : public MMValueExpr {
 public:
     MMApplyValueExpr(const OrvCyclicPtr<MMValueAbsExpr>& function,
                      const OrvCyclicPtr<MMObjectExpr>& object);
@@ -77,6 +77,6 @@ public:
     void print(MMTargetPrinter& printer) const override;
 
 private:
-    OrvCyclicMember<MMValueAbsExpr> function_;
+    OrvCyclicOperand<MMValueAbsExpr> function_;
     MMObjectOperand object_;
 };

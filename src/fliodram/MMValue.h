@@ -2,6 +2,7 @@
 #pragma once
 
 #include <compare>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -26,6 +27,8 @@ public:
     explicit MMValue(const OrvString& text)
         : content_(std::in_place_type<std::string>, text.view()) {}
     explicit MMValue(const char* text) : content_(std::in_place_type<std::string>, text) {}
+    MMValue(const char* text, std::size_t size)
+        : content_(std::in_place_type<std::string>, text, size) {}
     explicit MMValue(std::string&& text) : content_(std::move(text)) {}
     MMValue(const MMValue& other);
     MMValue(MMValue&& other) noexcept = default;

@@ -145,6 +145,18 @@ public:
         return *this;
     }
 
+    /// Lets go of an object that stands in a region, and ends nothing: that is left to the region
+    /// (OrvCompilationMemory::endNodesAtOnce()). Returns false, and does nothing, where the object
+    /// stands elsewhere.
+    bool abandonInRegion() noexcept {
+        const bool isInRegion = block_ != nullptr && block_->region != nullptr;
+        if (isInRegion) {
+            block_ = nullptr;
+            object_ = nullptr;
+        }
+        return isInRegion;
+    }
+
     T* get() const noexcept { return object_; }
     explicit operator bool() const noexcept { return object_ != nullptr; }
     T* operator->() const { return checked(); }

@@ -104,27 +104,19 @@ private:
     OrvCyclicPtr<T> lent_;
 };
 
-/// A pointer to a body that is a member of another body, its holder.
+/// A pointer from one body to another, its holder's operand, that is set once: with the holder.
 ///
-/// Setting it joins the groups of both bodies and counts nothing; destroying it touches nothing.
-/// So it is neither copied nor moved: a holder that is copied makes its members anew. Lists of
-/// members are filled in place in a std::deque. Dereferencing an empty one throws as an
-/// OrvCyclicPtr does.
+/// Making it joins the groups of both bodies and counts nothing; destroying it touches nothing. So
+/// it is neither copied nor moved: a holder that is copied makes its members anew. Dereferencing an
+/// empty one throws as an OrvCyclicPtr does.
 template <class T>
-class OrvCyclicMember {
+class OrvCyclicOperand {
 public:
-    explicit OrvCyclicMember(const OrvCyclicPtrBody& holder) noexcept : holder_(holder) {}
-    OrvCyclicMember(const OrvCyclicPtrBody& holder, const OrvCyclicPtr<T>& target) noexcept
-        : holder_(holder) {
-        set(target.get());
+    OrvCyclicOperand(const OrvCyclicPtrBody& holder, const OrvCyclicPtr<T>& target) noexcept {
+        set(holder, target.get());
     }
-    OrvCyclicMember(const OrvCyclicMember&) = delete;
-    OrvCyclicMember& operator=(const OrvCyclicMember&) = delete;
-
-    OrvCyclicMember& operator=(const OrvCyclicPtr<T>& target) noexcept {
-        set(target.get());
-        return *this;
-    }
+    OrvCyclicOperand(const OrvCyclicOperand&) = delete;
+    OrvCyclicOperand& operator=(const OrvCyclicOperand&) = delete;
 
     // NOLINTNEXTLINE(google-explicit-constructor): a member reads like any pointer to its target
     operator OrvCyclicPtr<T>() const noexcept { return OrvCyclicPtr<T>(target_); }
@@ -134,14 +126,34 @@ public:
     T* operator->() const { return target_ != nullptr ? target_ : OrvCyclicPtr<T>().operator->(); }
     T& operator*() const { return target_ != nullptr ? *target_ : *OrvCyclicPtr<T>(); }
 
-private:
-    void set(T* target) noexcept {
+protected:
+    OrvCyclicOperand() = default;
+
+    void set(const OrvCyclicPtrBody& holder, T* target) noexcept {
         if (target != nullptr) {
-            holder_.join(*target);
+            holder.join(*target);
         }
         target_ = target;
     }
 
-    const OrvCyclicPtrBody& holder_;
+private:
     T* target_ = nullptr;
+};
+
+/// The same where it may be set again and begins empty: it keeps its holder. Lists of members are
+/// filled in place in a std::deque.
+template <class T>
+class OrvCyclicMember : public OrvCyclicOperand<T> {
+public:
+    explicit OrvCyclicMember(const OrvCyclicPtrBody& holder) noexcept : holder_(holder) {}
+    OrvCyclicMember(const OrvCyclicPtrBody& holder, const OrvCyclicPtr<T>& target) noexcept
+        : OrvCyclicOperand<T>(holder, target), holder_(holder) {}
+
+    OrvCyclicMember& operator=(const OrvCyclicPtr<T>& target) noexcept {
+        this->set(holder_, target.get());
+        return *this;
+    }
+
+private:
+    const OrvCyclicPtrBody& holder_;
 };

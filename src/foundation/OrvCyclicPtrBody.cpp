@@ -12,8 +12,9 @@ thread_local OrvCyclicPtrBody** pendingBodies = nullptr;
 
 void OrvCyclicPtrBody::anchor() const {}
 
-OrvCyclicPtrBody::OrvCyclicPtrBody(const OrvCyclicPtrBody& other) noexcept
-    : parent_(this), next_(this), kinds_(other.kinds_) {}
+OrvCyclicPtrBody::OrvCyclicPtrBody(const OrvCyclicPtrBody& other) noexcept : OrvCyclicPtrBody() {
+    kinds_ = other.kinds_;
+}
 
 // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): there is nothing to copy
 OrvCyclicPtrBody& OrvCyclicPtrBody::operator=(const OrvCyclicPtrBody& /*other*/) noexcept {
@@ -34,6 +35,7 @@ void OrvCyclicPtrBody::joinGroups(OrvCyclicPtrBody& targetGroup) const noexcept 
     lower->parent_ = upper;
     upper->holds_ += lower->holds_;
     upper->size_ += lower->size_;
+    upper->hasOwners_ = upper->hasOwners_ || lower->hasOwners_;
     std::swap(upper->next_, lower->next_);
     if (this != upper) {
         parent_ = upper;
@@ -44,6 +46,10 @@ void OrvCyclicPtrBody::joinGroups(OrvCyclicPtrBody& targetGroup) const noexcept 
 // that a destructor does to a pointer reaches a body that is gone, or begins a second deletion. A
 // sweep that begins inside another one only adds its ring to the bodies that wait.
 void OrvCyclicPtrBody::sweep() const noexcept {
+    if (!hasOwners_) {
+        giveBackAll();
+        return;
+    }
     OrvCyclicPtrBody* body = next_;
     do {
         body->parent_ = body;
@@ -56,6 +62,7 @@ void OrvCyclicPtrBody::sweep() const noexcept {
     }
     OrvCyclicPtrBody* pending = next_;
     pendingBodies = &pending;
+    OrvBodyReturn memory;
     while (pending != nullptr) {
         OrvCyclicPtrBody* const doomed = pending->next_;
         if (doomed == pending) {
@@ -64,9 +71,27 @@ void OrvCyclicPtrBody::sweep() const noexcept {
             pending->next_ = doomed->next_;
             doomed->next_ = doomed;
         }
-        delete doomed;
+        if (doomed->isOwner_) {
+            delete doomed;
+        } else {
+            memory.add(doomed->place());
+        }
     }
     pendingBodies = nullptr;
+}
+
+// Of a group in which no destructor has anything to do.
+void OrvCyclicPtrBody::giveBackAll() const noexcept {
+    OrvBodyReturn memory;
+    for (const OrvCyclicPtrBody* body = next_; body != this;) {
+        memory.add(std::exchange(body, body->next_)->place());
+    }
+    memory.add(place());
+}
+
+// Where the memory begins: with the whole object.
+void* OrvCyclicPtrBody::place() const noexcept {
+    return dynamic_cast<void*>(const_cast<OrvCyclicPtrBody*>(this));
 }
 
 // Makes one ring of two, of which the first may be empty.
@@ -85,6 +110,7 @@ void OrvCyclicPtrBody::leaveGroup() noexcept {
     OrvCyclicPtrBody* const heir = group == this ? next_ : group;
     heir->holds_ = group->holds_;
     heir->size_ = group->size_ - 1;
+    heir->hasOwners_ = group->hasOwners_;
     OrvCyclicPtrBody* last = this;
     while (last->next_ != this) {
         last = last->next_;

@@ -13,7 +13,8 @@
 /// member of a body (OrvCyclicMember) joins the two groups and holds nothing. When the last hold
 /// goes, every body of the group is deleted, in one loop without recursion or allocation. So
 /// cycles are freed like trees, at any depth. While a group is swept, a destructor must not look
-/// at other bodies of its group.
+/// at other bodies of its group; where a body says that its destructor has nothing to do, it does
+/// not run.
 ///
 /// Groups are a union-find forest over private fields, and a ring of the bodies of each group:
 /// making, copying and dropping pointers never allocates and never throws. Groups never split.
@@ -63,12 +64,18 @@ public:
     }
 
     static void* operator new(std::size_t size) { return OrvCompilationMemory::allocateBody(size); }
-    static void operator delete(void* body, std::size_t size) noexcept {
-        OrvCompilationMemory::deallocateBody(body, size);
-    }
+    static void operator delete(void* body) noexcept { OrvCompilationMemory::deallocateBody(body); }
 
 protected:
-    OrvCyclicPtrBody() noexcept : parent_(this), next_(this) {}
+    /// What there is for a destructor to do: nothing in an object of a final class that owns no
+    /// memory or anything else. Of such a body the memory alone is given back.
+    enum class Ownership : bool { nothing, something };
+
+    explicit OrvCyclicPtrBody(Ownership ownership = Ownership::something) noexcept
+        : parent_(this),
+          next_(this),
+          isOwner_(ownership == Ownership::something),
+          hasOwners_(isOwner_) {}
     /// A copy is a new body, alone in its group, unclaimed.
     OrvCyclicPtrBody(const OrvCyclicPtrBody& other) noexcept;
     /// Changes nothing: groups and claims are an object's own.
@@ -77,6 +84,12 @@ protected:
         if (next_ != this) {
             leaveGroup();
         }
+    }
+
+    /// From here on there is something for the destructor to do.
+    void becomeOwner() const noexcept {
+        isOwner_ = true;
+        root()->hasOwners_ = true;
     }
 
     /// Adds kinds; for the constructors of the classes that these stand for.
@@ -99,10 +112,13 @@ private:
         group.next_ = self;
         group.holds_ += holds_;
         ++group.size_;
+        group.hasOwners_ = group.hasOwners_ || hasOwners_;
     }
     virtual void anchor() const;  // as in OrvObject
     void joinGroups(OrvCyclicPtrBody& targetGroup) const noexcept;
     void sweep() const noexcept;
+    void giveBackAll() const noexcept;
+    void* place() const noexcept;
     static void addPending(OrvCyclicPtrBody*& pending, OrvCyclicPtrBody* ring) noexcept;
     void leaveGroup() noexcept;
 
@@ -111,5 +127,7 @@ private:
     mutable std::uint32_t holds_ = 0;   // of the whole group; valid in a root
     mutable std::uint32_t size_ = 1;    // of the whole group; valid in a root
     mutable bool owned_ = false;
+    mutable bool isOwner_;
+    mutable bool hasOwners_;  // in the whole group; valid in a root
     std::uint16_t kinds_ = 0;
 };

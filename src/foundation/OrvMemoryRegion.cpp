@@ -13,7 +13,7 @@
 namespace {
 
 constexpr std::size_t firstNodeChunk = 2048;
-constexpr std::size_t firstBodyChunk = 512;
+constexpr std::size_t firstBodyChunk = 1024;
 
 // Trivially destructible, so that unloading the library leaves nothing behind in a thread.
 thread_local OrvCompilationMemory* currentMemory = nullptr;
@@ -23,8 +23,12 @@ struct BodyHeader {
     OrvMemoryRegion* region;  // null where it came from the pool
 };
 
-// Before a body from the pool, whose header follows a gap: the body is aligned as the piece.
-constexpr std::size_t frontInPool = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
+/// What stands in front of a body from the pool, which is aligned as the piece.
+struct PieceFront {
+    std::size_t size;  // of the piece
+    BodyHeader header;
+};
+static_assert(sizeof(PieceFront) % __STDCPP_DEFAULT_NEW_ALIGNMENT__ == 0);
 
 // A body with its header where there is no region yet, or none at all, or a chunk is full.
 void* allocateSlowly(std::size_t size) {
@@ -32,8 +36,8 @@ void* allocateSlowly(std::size_t size) {
     if (region != nullptr) {
         return new (region->allocate(sizeof(BodyHeader) + size)) BodyHeader{region} + 1;
     }
-    auto* const memory = static_cast<char*>(OrvMemoryPool::allocate(frontInPool + size));
-    return new (memory + frontInPool - sizeof(BodyHeader)) BodyHeader{nullptr} + 1;
+    const std::size_t whole = sizeof(PieceFront) + size;
+    return new (OrvMemoryPool::allocate(whole)) PieceFront{whole, {nullptr}} + 1;
 }
 
 }  // namespace
@@ -76,6 +80,9 @@ OrvCompilationMemory::OrvCompilationMemory() noexcept
 
 OrvCompilationMemory::~OrvCompilationMemory() {
     currentMemory = outer_;
+    if (nodesEndAtOnce_ && nodes_ != nullptr) {
+        std::exchange(nodes_, nullptr)->giveBack();
+    }
     for (OrvMemoryRegion* const region : {nodes_, bodies_}) {
         if (region != nullptr) {
             region->release();
@@ -112,14 +119,23 @@ void* OrvCompilationMemory::allocateBody(std::size_t size) {
     return new (region->allocate(whole)) BodyHeader{region} + 1;
 }
 
-void OrvCompilationMemory::deallocateBody(void* body, std::size_t size) noexcept {
-    if (body == nullptr) {
+void OrvCompilationMemory::deallocateBody(void* body) noexcept {
+    if (body != nullptr) {
+        OrvBodyReturn().add(body);
+    }
+}
+
+void OrvBodyReturn::add(void* body) noexcept {
+    OrvMemoryRegion* const region = (static_cast<BodyHeader*>(body) - 1)->region;
+    if (region == nullptr) {
+        PieceFront* const front = static_cast<PieceFront*>(body) - 1;
+        OrvMemoryPool::deallocate(front, front->size);
         return;
     }
-    BodyHeader* const header = static_cast<BodyHeader*>(body) - 1;
-    if (header->region != nullptr) {
-        header->region->release();
-    } else {
-        OrvMemoryPool::deallocate(static_cast<char*>(body) - frontInPool, frontInPool + size);
+    if (region != region_) {
+        release();
+        region_ = region;
+        bodies_ = 0;
     }
+    ++bodies_;
 }

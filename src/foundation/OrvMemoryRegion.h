@@ -2,6 +2,10 @@
 #pragma once
 
 #include <cstddef>
+#include <limits>
+#include <vector>
+
+#include "foundation/OrvMemoryPool.h"
 
 /// Memory for many objects of one lifetime, which stand one behind the other in chunks.
 ///
@@ -35,9 +39,20 @@ public:
         ++objects_;
         return memory;
     }
-    /// One object less: its own memory is not touched any more. With the last one the region goes.
-    void release() noexcept {
-        if (--objects_ == 0) {
+    /// Bytes that go with the region and are not released by themselves, where nobody minds how
+    /// they are aligned: from the end of a chunk. Throws std::bad_alloc.
+    char* allocateBytes(std::size_t size) {
+        if (size > static_cast<std::size_t>(end_ - free_)) {
+            addChunk(aligned(size));
+        }
+        end_ -= size;
+        return end_;
+    }
+    /// Some objects less: their own memory is not touched any more. With the last one the region
+    /// goes.
+    void release(std::size_t objects = 1) noexcept {
+        objects_ -= objects;
+        if (objects_ == 0) {
             giveBack();
         }
     }
@@ -54,6 +69,8 @@ private:
         return (size + alignment - 1) / alignment * alignment;
     }
 
+    friend class OrvCompilationMemory;
+
     OrvMemoryRegion(Chunk* chunk, std::size_t front);
     char* placeFrom(void* begin) const;
     void addChunk(std::size_t bytes);
@@ -65,6 +82,39 @@ private:
     char* end_;
     std::size_t objects_ = 1;
 };
+
+/// The allocator of containers that are members of an object of a region, or of one that stands by
+/// itself: then the region is null, and their memory the pool's.
+template <class T>
+struct OrvRegionAllocator {
+    using value_type = T;
+
+    explicit OrvRegionAllocator(OrvMemoryRegion* memory = nullptr) noexcept : region(memory) {}
+    template <class U>
+    // NOLINTNEXTLINE(google-explicit-constructor): containers convert their allocators
+    OrvRegionAllocator(const OrvRegionAllocator<U>& other) noexcept : region(other.region) {}
+
+    T* allocate(std::size_t count) {
+        return region != nullptr && count <= std::numeric_limits<std::size_t>::max() / sizeof(T)
+                   ? static_cast<T*>(region->allocate(count * sizeof(T)))
+                   : OrvPoolAllocator<T>().allocate(count);
+    }
+    void deallocate(T* memory, std::size_t count) noexcept {
+        if (region != nullptr) {
+            region->release();
+        } else {
+            OrvPoolAllocator<T>().deallocate(memory, count);
+        }
+    }
+
+    friend bool operator==(const OrvRegionAllocator& left,
+                           const OrvRegionAllocator& right) = default;
+
+    OrvMemoryRegion* region;
+};
+
+template <class T>
+using OrvRegionVector = std::vector<T, OrvRegionAllocator<T>>;
 
 /// The two regions of a compilation: one for its nodes, scopes and symbols, which go with it, and
 /// one for its targets, which go as late as its host wants.
@@ -81,6 +131,10 @@ public:
     OrvCompilationMemory& operator=(const OrvCompilationMemory&) = delete;
     ~OrvCompilationMemory();
 
+    /// Has the region of nodes end as a whole with this object, without a walk over its objects:
+    /// for when nobody looks at one of them any more, and none of them owns anything elsewhere.
+    void endNodesAtOnce() noexcept { nodesEndAtOnce_ = true; }
+
     /// The region of this thread for nodes, or bodies; null outside a compilation. Throws
     /// std::bad_alloc.
     static OrvMemoryRegion* nodes();
@@ -88,8 +142,8 @@ public:
 
     /// Memory for a body, which remembers its region; throws std::bad_alloc.
     static void* allocateBody(std::size_t size);
-    /// Gives back what allocateBody() returned for the same size.
-    static void deallocateBody(void* body, std::size_t size) noexcept;
+    /// Gives back what allocateBody() returned; null is nothing.
+    static void deallocateBody(void* body) noexcept;
 
 private:
     static OrvMemoryRegion* madeRegion(OrvMemoryRegion*& region, std::size_t firstChunk,
@@ -98,4 +152,28 @@ private:
     OrvCompilationMemory* outer_;
     OrvMemoryRegion* nodes_ = nullptr;
     OrvMemoryRegion* bodies_ = nullptr;
+    bool nodesEndAtOnce_ = false;
+};
+
+/// Gives back the memory of bodies one after the other: where they stand in one region, as most
+/// do, once for all of them. Made on the stack.
+class OrvBodyReturn {
+public:
+    OrvBodyReturn() = default;
+    OrvBodyReturn(const OrvBodyReturn&) = delete;
+    OrvBodyReturn& operator=(const OrvBodyReturn&) = delete;
+    ~OrvBodyReturn() { release(); }
+
+    /// The memory of a body, as allocateBody() returned it.
+    void add(void* body) noexcept;
+
+private:
+    void release() noexcept {
+        if (region_ != nullptr) {
+            region_->release(bodies_);
+        }
+    }
+
+    OrvMemoryRegion* region_ = nullptr;  // of the bodies that were added last
+    std::size_t bodies_ = 0;
 };

@@ -20,19 +20,26 @@ const VariableGeneratorPtr& sharedGenerator() {
     return generator;
 }
 
+// The name of a predefined anchor as that of a symbol.
+OrvRegionText anchor(AnchorKind anchorKind) {
+    return OrvRegionText::constant(anchorText(anchorKind));
+}
+
 }  // namespace
 
 CreateNameSpaceVisitor::CreateNameSpaceVisitor(const ScopePtr& top)
-    : top_(top), region_(OrvCompilationMemory::nodes()), nameSpace_(new (region_) NameSpace) {}
+    : top_(top),
+      region_(OrvCompilationMemory::nodes()),
+      nameSpace_(new (region_) NameSpace(region_)) {}
 
-VariablePtr CreateNameSpaceVisitor::makeObjectVariable(const std::string& name) const {
-    return VariablePtr(new (region_) VariableSymbol(name, TypeExpression::objectType(),
+VariablePtr CreateNameSpaceVisitor::makeObjectVariable(OrvRegionText name) const {
+    return VariablePtr(new (region_) VariableSymbol(std::move(name), TypeExpression::objectType(),
                                                     sharedGenerator<ObjectVarGenerator>()));
 }
 
 void CreateNameSpaceVisitor::registerNode(ASTNode& node) {
     checkVisitDepth(node);
-    nameSpace_.get()->setScope(node, current_);
+    nameSpace_.get()->setFirstScope(node, current_);
 }
 
 // Paths and constants, which are most of a tree, are told apart without a call through it.
@@ -58,13 +65,13 @@ void CreateNameSpaceVisitor::visitStep(const AssociationPtr& step) {
 
 Scope& CreateNameSpaceVisitor::openScope(const char* name) {
     Scope* const scope = new (region_)
-        Scope(name, current_ == NameSpace::noScope ? top_ : nameSpace_->scope(current_));
+        Scope(name, current_ == NameSpace::noScope ? top_ : nameSpace_->scope(current_), region_);
     current_ = nameSpace_->addScope(ScopePtr(scope), current_);
     return *scope;
 }
 
 void CreateNameSpaceVisitor::visitSpecification(SpecificationNode& node) {
-    const SymbolPtr object = makeObjectVariable(anchorName(AnchorKind::THIS));
+    const SymbolPtr object = makeObjectVariable(anchor(AnchorKind::THIS));
     Scope& scope = openScope("Specification");
     for (const AnchorKind anchor : {AnchorKind::CURRENT, AnchorKind::MODEL, AnchorKind::THIS}) {
         scope.insert(anchorText(anchor), object);
@@ -77,7 +84,7 @@ void CreateNameSpaceVisitor::visitSpecification(SpecificationNode& node) {
 void CreateNameSpaceVisitor::visitQuantifier(QuantifierNode& node, const char* scopeName) {
     checkVisitDepth(node);
     visitChild(node.getSource());
-    const VariablePtr variable = makeObjectVariable(node.getName());
+    const VariablePtr variable = makeObjectVariable({region_, node.getName()});
     node.setBoundVariable(variable);
     Scope& scope = openScope(scopeName);
     scope.insert(variable->getName(), variable);
@@ -127,8 +134,8 @@ void CreateNameSpaceVisitor::visitIteration(ASTNode& node, const char* scopeName
                                             const ExpressionPtr& inner) {
     checkVisitDepth(node);
     visitChild(source);
-    const std::string& current = anchorName(AnchorKind::CURRENT);
-    openScope(scopeName).insert(current, makeObjectVariable(current));
+    openScope(scopeName).insert(anchorText(AnchorKind::CURRENT),
+                                makeObjectVariable(anchor(AnchorKind::CURRENT)));
     registerNode(node);
     visitChild(inner);
     closeScope();
@@ -151,9 +158,8 @@ void CreateNameSpaceVisitor::visitSortExpression(SortExpressionNode& node) {
     registerNode(node);
     visitChild(node.getSource());
     for (SortKey& key : node.getKeys()) {
-        const std::string& current = anchorName(AnchorKind::CURRENT);
-        key.setBoundVariable(makeObjectVariable(current));
-        openScope("SortKey").insert(current, key.getBoundVariable());
+        key.setBoundVariable(makeObjectVariable(anchor(AnchorKind::CURRENT)));
+        openScope("SortKey").insert(anchorText(AnchorKind::CURRENT), key.getBoundVariable());
         visitChild(key.getExpr());
         closeScope();
     }
@@ -163,8 +169,9 @@ void CreateNameSpaceVisitor::visitSortExpression(SortExpressionNode& node) {
 void CreateNameSpaceVisitor::visitLetExpression(LetExpressionNode& node) {
     checkVisitDepth(node);
     visitChild(node.getSource());
-    const VariablePtr variable(new (region_) VariableSymbol(
-        node.getName(), TypeExpression::typeError(), sharedGenerator<LetVarGenerator>()));
+    const VariablePtr variable(new (region_) VariableSymbol(OrvRegionText(region_, node.getName()),
+                                                            TypeExpression::typeError(),
+                                                            sharedGenerator<LetVarGenerator>()));
     node.setBoundVariable(variable);
     openScope("Let").insert(variable->getName(), variable);
     registerNode(node);
@@ -221,12 +228,13 @@ void CreateNameSpaceVisitor::visitDefinitionAssociation(DefinitionAssociationNod
         return;
     }
     if (!node.getLabel().empty()) {
-        const SymbolPtr label(new (region_) LabelSymbol(node.getLabel(), node));
+        const SymbolPtr label(new (region_) LabelSymbol({region_, node.getLabel()}, node));
         nameSpace_->scope(current_)->insert(label->getName(), label);
     }
     if (node.getCondition()) {
-        const std::string& current = anchorName(AnchorKind::CURRENT);
-        openScope("DefinitionAssociation").insert(current, makeObjectVariable(current));
+        openScope("DefinitionAssociation")
+            .insert(anchorText(AnchorKind::CURRENT),
+                    makeObjectVariable(anchor(AnchorKind::CURRENT)));
         registerNode(node);
         visitChild(node.getCondition());
         closeScope();

@@ -47,7 +47,7 @@ private:
     void registerNode(ASTNode& node);
     void visitChild(const ExpressionPtr& child);
     void visitStep(const AssociationPtr& step);
-    OrvCountedPtr<VariableSymbol> makeObjectVariable(const std::string& name) const;
+    OrvCountedPtr<VariableSymbol> makeObjectVariable(OrvRegionText name) const;
     Scope& openScope(const char* name);
     void closeScope() { current_ = nameSpace_.get()->parentOf(current_); }
     void visitQuantifier(QuantifierNode& node, const char* scopeName);

@@ -9,9 +9,9 @@
 #include <vector>
 
 #include "ast/ASTNode.h"
+#include "foundation/SmallArray.h"
 #include "namespace/NameResolver.h"
 #include "namespace/Scope.h"
-#include "namespace/SmallArray.h"
 
 /// For each node of a tree, the scope in which names used at that node are looked up.
 ///
@@ -31,7 +31,8 @@ public:
 
     using Entries = SmallArray<Entry, 16>;
 
-    NameSpace() = default;
+    /// Scopes that it makes itself come from the region, where there is one.
+    explicit NameSpace(OrvMemoryRegion* region = nullptr) : region_(region) {}
     NameSpace(const NameSpace&) = delete;
     NameSpace& operator=(const NameSpace&) = delete;
 
@@ -52,9 +53,13 @@ public:
     }
     void setScope(ASTNode& node, ScopeNumber scope) {
         if (!hasScope(node)) {
-            node.setScopeEntry(static_cast<std::int32_t>(entries_.size()));
-            entries_.append(&node, scope);
+            setFirstScope(node, scope);
         }
+    }
+    /// The same for a node that has none yet.
+    void setFirstScope(ASTNode& node, ScopeNumber scope) {
+        node.setScopeEntry(static_cast<std::int32_t>(entries_.size()));
+        entries_.append(&node, scope);
     }
     bool hasScope(const ASTNode& node) const { return findEntry(node) != nullptr; }
 
@@ -75,6 +80,9 @@ public:
         const Entry* const entry = findEntry(node);
         return entry != nullptr ? searchedScope(places_[entry->scope]) : nullptr;
     }
+
+    /// Forgets the scopes, which all stand in a region and end with it.
+    void abandonScopes() { scopes_.abandon(); }
 
     /// All entries, in the order in which they were recorded.
     const Entries& entries() const { return entries_; }
@@ -110,6 +118,7 @@ private:
     Entries entries_;
     mutable SmallArray<Place, 8> places_;
     mutable SmallArray<ScopePtr, 2> scopes_;
+    OrvMemoryRegion* region_;
 };
 
 /// A scope with the scopes inside it, in the order in which they were attached; made for printing.

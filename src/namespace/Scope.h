@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "foundation/OrvCountedPtr.h"
+#include "foundation/SmallArray.h"
 #include "namespace/SameName.h"
-#include "namespace/SmallArray.h"
 #include "namespace/Symbol.h"
 
 /// One region of declarations: a multimap from names to symbols.
@@ -30,9 +30,10 @@ public:
     /// its variable under three.
     using Entries = SmallArray<Entry, 3>;
 
-    /// `name` is a constant.
-    explicit Scope(std::string_view name, OrvCountedPtr<Scope> parent = {})
-        : name_(name), parent_(std::move(parent)) {}
+    /// `name` is a constant. Where there is a region, the scope stands in it, with its entries.
+    explicit Scope(std::string_view name, OrvCountedPtr<Scope> parent = {},
+                   OrvMemoryRegion* region = nullptr)
+        : name_(name), parent_(std::move(parent)), entries_(region) {}
     Scope(const Scope&) = delete;
     Scope& operator=(const Scope&) = delete;
 

@@ -7,6 +7,19 @@ void FunctionSymbol::accept(SymbolVisitor& visitor) { visitor.visitFunctionSymbo
 void VariableSymbol::accept(SymbolVisitor& visitor) { visitor.visitVariableSymbol(*this); }
 void LabelSymbol::accept(SymbolVisitor& visitor) { visitor.visitLabelSymbol(*this); }
 
+TypeStructures FunctionSymbol::parametersOf(const TypeExpression& type) {
+    const TypePtr& domain = static_cast<const TEFunction&>(type).getDomain();
+    TypeStructures parameters;
+    if (!TEProduct::classof(*domain)) {
+        parameters.add(*domain);
+        return parameters;
+    }
+    for (const TypePtr& component : static_cast<const TEProduct&>(*domain).components()) {
+        parameters.add(*component);
+    }
+    return parameters;
+}
+
 std::size_t FunctionSymbol::getArity() const {
     const TypePtr& domain = static_cast<const TEFunction&>(*getType()).getDomain();
     switch (domain->getTypeKind()) {

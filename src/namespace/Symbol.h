@@ -4,9 +4,11 @@
 #include <cstddef>
 #include <cstdint>
 #include <set>
-#include <string>
+#include <string_view>
+#include <utility>
 
 #include "foundation/OrvCountedPtr.h"
+#include "foundation/OrvRegionText.h"
 #include "types/TypeExpression.h"
 
 class DefinitionAssociationNode;
@@ -29,18 +31,18 @@ public:
     virtual void accept(SymbolVisitor& visitor) = 0;
 
     SymbolKind getKind() const { return kind_; }
-    const std::string& getName() const { return name_; }
+    std::string_view getName() const { return name_.view(); }
     const TypePtr& getType() const { return type_; }
     /// Replaces the type: a let variable has that of its defining expression, once it is known.
     void setType(const TypePtr& type) { type_ = type; }
 
 protected:
-    Symbol(SymbolKind kind, const std::string& name, const TypePtr& type)
-        : kind_(kind), name_(name), type_(type) {}
+    Symbol(SymbolKind kind, OrvRegionText name, const TypePtr& type)
+        : kind_(kind), name_(std::move(name)), type_(type) {}
 
 private:
     SymbolKind kind_;
-    std::string name_;
+    OrvRegionText name_;
     TypePtr type_;
 };
 
@@ -50,11 +52,15 @@ using SymbolPtr = OrvCountedPtr<Symbol>;
 /// the target of a call.
 class FunctionSymbol : public Symbol {
 public:
-    FunctionSymbol(const std::string& name, const TypePtr& type,
+    FunctionSymbol(OrvRegionText name, const TypePtr& type,
                    const OrvCountedPtr<FunctionCodeGenerator>& generator)
-        : Symbol(SymbolKind::function, name, type), generator_(generator) {}
+        : Symbol(SymbolKind::function, std::move(name), type),
+          generator_(generator),
+          parameters_(parametersOf(*type)) {}
     void accept(SymbolVisitor& visitor) override;
 
+    /// The types of the parameters: the components of a product, else the domain.
+    const TypeStructures& getParameters() const { return parameters_; }
     const OrvCountedPtr<FunctionCodeGenerator>& getGenerator() const { return generator_; }
     /// The number of arguments: none for the domain unit, the components of a product, else one.
     std::size_t getArity() const;
@@ -62,15 +68,18 @@ public:
     static bool classof(const Symbol& symbol) { return symbol.getKind() == SymbolKind::function; }
 
 private:
+    static TypeStructures parametersOf(const TypeExpression& type);
+
     OrvCountedPtr<FunctionCodeGenerator> generator_;
+    TypeStructures parameters_;
 };
 
 /// A variable: of an iteration, of a let, or one of the pervasive ones.
 class VariableSymbol : public Symbol {
 public:
-    VariableSymbol(const std::string& name, const TypePtr& type,
+    VariableSymbol(OrvRegionText name, const TypePtr& type,
                    const OrvCountedPtr<VariableCodeGenerator>& generator)
-        : Symbol(SymbolKind::variable, name, type), generator_(generator) {}
+        : Symbol(SymbolKind::variable, std::move(name), type), generator_(generator) {}
     void accept(SymbolVisitor& visitor) override;
 
     const OrvCountedPtr<VariableCodeGenerator>& getGenerator() const { return generator_; }
@@ -85,8 +94,8 @@ private:
 /// always the collection of objects. Borrows the step, which the syntax tree keeps.
 class LabelSymbol : public Symbol {
 public:
-    LabelSymbol(const std::string& name, DefinitionAssociationNode& declaration)
-        : Symbol(SymbolKind::label, name, TypeExpression::objectCollectionType()),
+    LabelSymbol(OrvRegionText name, DefinitionAssociationNode& declaration)
+        : Symbol(SymbolKind::label, std::move(name), TypeExpression::objectCollectionType()),
           declaration_(declaration) {}
     void accept(SymbolVisitor& visitor) override;
 

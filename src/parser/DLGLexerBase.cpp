@@ -65,14 +65,12 @@ inline const char* DLGLexerBase::beginLexeme() {
             ++rest;
         }
     }
-    beginOffset_ = input_->offsetOf(rest);
-    beginColumn_ = numberBehind(beginOffset_ - columnOrigin_);
     return rest;
 }
 
-// Reads from `begin` while there are transitions; returns the state reached. Most bytes leave the
-// automaton where it is: the inner loop passes over them without waiting for a state.
-inline std::size_t DLGLexerBase::runAutomaton(const char* begin) {
+// Reads from `begin` while there are transitions. Most bytes leave the automaton where it is: the
+// inner loop passes over them without waiting for a state.
+inline DLGLexerBase::Run DLGLexerBase::runAutomaton(const char* begin) {
     const auto* const rows = automaton_.next.data();
     auto state = static_cast<std::size_t>(mode_);
     const char* end = begin;
@@ -85,9 +83,8 @@ inline std::size_t DLGLexerBase::runAutomaton(const char* begin) {
             to = row[static_cast<unsigned char>(*end)];
         } while (to == state);
     }
-    lexeme_ = std::string_view(begin, static_cast<std::size_t>(end - begin));
     input_->advanceTo(end);
-    return state;
+    return {state, begin, end};
 }
 
 void DLGLexerBase::reportInvalid(const InvalidToken& invalid) {
@@ -121,15 +118,20 @@ DLGLexerBase::Outcome DLGLexerBase::endLexeme(std::size_t state, int& number) {
     return Outcome::skip;
 }
 
-// Ends the lexeme that the automaton left in `state`, and the token of which it is a part, if it
-// is: then `token` becomes that, else there is none yet.
-bool DLGLexerBase::endByAction(std::size_t state, ColumnToken& token) {
-    int number = automaton_.token[state];
-    Outcome outcome = endLexeme(state, number);
+// Ends the lexeme that the automaton left in a state that asks for an action, and the token of
+// which it is a part, if it is: then `token`, which has its place, becomes that; else there is none
+// yet.
+bool DLGLexerBase::endByAction(Run run, ColumnToken& token) {
+    beginOffset_ = token.getOffset();
+    beginColumn_ = token.getColumn();
+    lexeme_ = run.lexeme();
+    int number = automaton_.token[run.state];
+    Outcome outcome = endLexeme(run.state, number);
     while (outcome == Outcome::more) {
-        const std::size_t next = runAutomaton(input_->rest());
-        number = automaton_.token[next];
-        outcome = endLexeme(next, number);
+        const Run next = runAutomaton(input_->rest());
+        lexeme_ = next.lexeme();
+        number = automaton_.token[next.state];
+        outcome = endLexeme(next.state, number);
     }
     if (outcome != Outcome::token) {
         return false;
@@ -143,22 +145,24 @@ bool DLGLexerBase::endByAction(std::size_t state, ColumnToken& token) {
     return true;
 }
 
-// Reads one lexeme; most are a whole token.
+// Reads one lexeme; most are a whole token, and leave nothing behind but that.
 inline bool DLGLexerBase::recognize(ColumnToken& token) {
-    const std::size_t state = runAutomaton(beginLexeme());
-    token.setPlace(line_, beginColumn_, beginOffset_, beginOffset_ + lexeme_.size());
-    const DLGAutomaton::Effect effect = automaton_.effect[state];
-    if (effect == DLGAutomaton::Effect::token) {
-        token.becomeBorrowed(automaton_.token[state], lexeme_);
-    } else if (effect == DLGAutomaton::Effect::word) {
-        token.becomeBorrowed(wordNumber(lexeme_), lexeme_);
-    } else if (effect == DLGAutomaton::Effect::quoted) {
-        lexeme_.remove_prefix(1);
-        token.becomeBorrowed(automaton_.token[state], lexeme_.substr(0, lexeme_.size() - 1));
-    } else {
-        return endByAction(state, token);
+    const Run run = runAutomaton(beginLexeme());
+    const std::size_t offset = input_->offsetOf(run.begin);
+    token.setPlace(line_, numberBehind(offset - columnOrigin_), offset, input_->offset());
+    switch (automaton_.effect[run.state]) {
+        case DLGAutomaton::Effect::token:
+            token.becomeBorrowed(automaton_.token[run.state], run.lexeme());
+            return true;
+        case DLGAutomaton::Effect::word:
+            token.becomeBorrowed(wordNumber(run.lexeme()), run.lexeme());
+            return true;
+        case DLGAutomaton::Effect::quoted:
+            token.becomeBorrowed(automaton_.token[run.state], run.unquoted());
+            return true;
+        default:
+            return endByAction(run, token);
     }
-    return true;
 }
 
 TokenPtr DLGLexerBase::nextToken(const ColumnToken& tokenTemplate) {

@@ -77,7 +77,7 @@ public:
         mode_ = mode;
     }
 
-    /// The place of the current token, for what is thrown while it is scanned. A line or a column
+    /// The place of the token that is scanned by actions, for what these throw. A line or a column
     /// past the largest number is that number.
     int line() const { return line_; }
     int beginColumn() const { return beginColumn_; }
@@ -119,15 +119,27 @@ protected:
     void tab();
 
 private:
+    /// The state that the automaton reached, and what it read on the way.
+    struct Run {
+        std::size_t state;
+        const char* begin;
+        const char* end;
+
+        std::string_view lexeme() const { return {begin, static_cast<std::size_t>(end - begin)}; }
+        std::string_view unquoted() const {
+            return {begin + 1, static_cast<std::size_t>(end - begin) - 2};
+        }
+    };
+
     static constexpr int modeCount = 5;
 
     [[noreturn]] void failMode(int mode) const;
     void appendToOwnText(std::string_view text);
     void dropText();
     const char* beginLexeme();
-    std::size_t runAutomaton(const char* begin);
+    Run runAutomaton(const char* begin);
     Outcome endLexeme(std::size_t state, int& number);
-    bool endByAction(std::size_t state, ColumnToken& token);
+    bool endByAction(Run run, ColumnToken& token);
     bool recognize(ColumnToken& token);
     void dropInvalid();
     std::string textSoFar() const;
@@ -143,7 +155,7 @@ private:
     std::ostream& errorStream_;
     const DLGAutomaton& automaton_;
     std::size_t bufferSize_;
-    std::string_view lexeme_;
+    std::string_view lexeme_;  // on which an action works
     // What actions made of the token before that: one piece as it stands where it came from, or
     // several.
     std::string_view text_;

@@ -11,7 +11,6 @@
 #include <charconv>
 #include <string>
 #include <utility>
-#include <vector>
 
 #include "foundation/TextOutput.h"
 #include "parser/DLGLexer.h"
@@ -152,22 +151,22 @@ OrvCountedPtr<SpecificationNode> SyntaxParser::parse(ExprParserDialogs& dialogs,
 }
 
 template <class Node, class... Fields>
-OrvCountedPtr<Node> SyntaxParser::makeSpanned(const SourceSpan& span, Fields&&... fields) {
+OrvCountedPtr<Node> SyntaxParser::makeSpanned(std::size_t offset, Position position,
+                                              Fields&&... fields) {
     OrvCountedPtr<Node> node(new (memory_) Node(std::forward<Fields>(fields)...));
-    node->setSpan(span);
+    node->setSpan(spanFrom(offset, position));
     return node;
 }
 
 template <class Node, class... Fields>
 OrvCountedPtr<Node> SyntaxParser::makeNode(Position position, Fields&&... fields) {
-    return makeSpanned<Node>(spanFrom(position.offset, position), std::forward<Fields>(fields)...);
+    return makeSpanned<Node>(position.offset, position, std::forward<Fields>(fields)...);
 }
 
 template <class Node, class... Fields>
 OrvCountedPtr<Node> SyntaxParser::makeOperation(const ExpressionNode& first, Position position,
                                                 Fields&&... fields) {
-    return makeSpanned<Node>(spanFrom(first.getSpan().offset, position),
-                             std::forward<Fields>(fields)...);
+    return makeSpanned<Node>(first.getSpan().offset, position, std::forward<Fields>(fields)...);
 }
 
 // ---------------------------------------------------------------- tokens, levels and errors
@@ -254,7 +253,8 @@ ExpressionPtr SyntaxParser::expression() {
     const Position at = skip();
     ExpressionPtr right = quantified();
     ExpressionPtr operands = makeOperation<TupleExpressionNode>(*left, at, left, std::move(right));
-    return makeOperation<ApplicationExpressionNode>(*left, at, "alternation", std::move(operands));
+    return makeOperation<ApplicationExpressionNode>(
+        *left, at, OrvRegionText::constant("alternation"), std::move(operands));
 }
 
 ExpressionPtr SyntaxParser::nestedExpression() {
@@ -297,7 +297,7 @@ ExpressionPtr SyntaxParser::quantifier() {
     ExpressionPtr source = nestedExpression();
     expect(TOKEN_DOUBLE_ARROW, true);
     ExpressionPtr body = nestedQuantified();
-    return makeNode<Quantifier>(at, name, std::move(source), std::move(body));
+    return makeNode<Quantifier>(at, kept(name), std::move(source), std::move(body));
 }
 
 ExpressionPtr SyntaxParser::letExpression() {
@@ -307,7 +307,7 @@ ExpressionPtr SyntaxParser::letExpression() {
     ExpressionPtr source = nestedExpression();
     expect(TOKEN_IN, true);
     ExpressionPtr body = nestedQuantified();
-    return makeNode<LetExpressionNode>(at, name, std::move(source), std::move(body));
+    return makeNode<LetExpressionNode>(at, kept(name), std::move(source), std::move(body));
 }
 
 ExpressionPtr SyntaxParser::ifExpression() {
@@ -465,7 +465,7 @@ ExpressionPtr SyntaxParser::parentheses() {
         first->setSpan(spanFrom(at.offset, {inner.line, inner.column, inner.offset}));
         return first;
     }
-    const auto tuple = makeNode<TupleExpressionNode>(at);
+    const auto tuple = makeNode<TupleExpressionNode>(at, memory_);
     tuple->addElement(std::move(first));
     while (isNext(TOKEN_COMMA)) {
         skip();
@@ -485,9 +485,9 @@ ExpressionPtr SyntaxParser::constant() {
     const Position at = positionOf(token);
     switch (token.getNumber()) {
         case TOKEN_STRING_LITERAL:
-            return makeNode<StringConstantNode>(at, token.text());
+            return makeNode<StringConstantNode>(at, kept(token.text()));
         case TOKEN_REGULAR_EXPRESSION:
-            return makeNode<RegExpConstantNode>(at, token.text());
+            return makeNode<RegExpConstantNode>(at, kept(token.text()));
         default:
             return makeNode<BooleanConstantNode>(at, token.getNumber() == TOKEN_TRUE);
     }
@@ -523,18 +523,21 @@ ExpressionPtr SyntaxParser::realLiteral() {
 
 // The object whose attribute is meant where none is written: it has a place and no bytes.
 inline ExpressionPtr SyntaxParser::currentAt(Position at) {
+    OrvCountedPtr<PathNode> node(new (memory_) PathNode(AnchorKind::CURRENT));
     const auto offset = static_cast<std::uint32_t>(at.offset);
-    return makeSpanned<PathNode>({at.line, at.column, offset, offset}, AnchorKind::CURRENT);
+    node->setSpan({at.line, at.column, offset, offset});
+    return node;
 }
 
 // attribute: "$" NAME [ "of" primary ]
 ExpressionPtr SyntaxParser::attribute() {
     const Position at = skip();
     const ColumnToken& name = identifier();
-    ExpressionPtr text = makeNode<StringConstantNode>(positionOf(name), name.text());
+    ExpressionPtr text = makeNode<StringConstantNode>(positionOf(name), kept(name.text()));
     ExpressionPtr object = isNext(TOKEN_OF) ? ownerOfAttribute() : currentAt(at);
     ExpressionPtr arguments = makeNode<TupleExpressionNode>(at, std::move(text), std::move(object));
-    return makeNode<ApplicationExpressionNode>(at, "attribute", std::move(arguments));
+    return makeNode<ApplicationExpressionNode>(at, OrvRegionText::constant("attribute"),
+                                               std::move(arguments));
 }
 
 ExpressionPtr SyntaxParser::ownerOfAttribute() {
@@ -547,7 +550,7 @@ ExpressionPtr SyntaxParser::application() {
     const Position at = positionOf(function);
     const std::string_view name = function.text();
     ExpressionPtr argument = nestedPrimary();
-    return makeNode<ApplicationExpressionNode>(at, name, std::move(argument));
+    return makeNode<ApplicationExpressionNode>(at, kept(name), std::move(argument));
 }
 
 ExpressionPtr SyntaxParser::bracedExpression() {
@@ -570,7 +573,7 @@ ExpressionPtr SyntaxParser::iteration() {
 // sort: sort-key ( "&" sort-key )* "over" primary
 ExpressionPtr SyntaxParser::sort() {
     const Position at = position();
-    std::vector<SortKey> keys;
+    SortKeys keys{OrvRegionAllocator<SortKey>(memory_)};
     keys.push_back(sortKey());
     while (isNext(TOKEN_AMPERSAND)) {
         skip();
@@ -612,11 +615,11 @@ ExpressionPtr SyntaxParser::anchoredPath() {
     const Position at = positionOf(token);
     const std::string_view anchor = token.text();
     if (!isNext(TOKEN_ARROW)) {
-        return makeNode<PathNode>(at, anchor);
+        return makeNode<PathNode>(at, kept(anchor));
     }
     skip();
     AssociationPtr steps = chain();
-    return makeNode<PathNode>(at, anchor, std::move(steps));
+    return makeNode<PathNode>(at, kept(anchor), std::move(steps));
 }
 
 ExpressionPtr SyntaxParser::unanchoredPath() {
@@ -711,7 +714,7 @@ void SyntaxParser::addEnds(Chain& chain, const Chain& alternative) {
 SyntaxParser::Chain SyntaxParser::reference() {
     const Position at = skip();
     const std::string_view name = identifier().text();
-    return chainOf(makeNode<ReferenceAssociationNode>(at, name));
+    return chainOf(makeNode<ReferenceAssociationNode>(at, kept(name)));
 }
 
 // definition: [ NAME ":" ] [ "^" ] [ "_" ] AssociationName [ "{" expression "}" ]
@@ -735,10 +738,10 @@ SyntaxParser::Chain SyntaxParser::definition() {
     }
     const ColumnToken& name = take();
     const Position nameAt = positionOf(name);
-    auto node = makeNode<DefinitionAssociationNode>(at, name.text());
+    auto node = makeNode<DefinitionAssociationNode>(at, kept(name.text()));
     node->setNameSpan(spanFrom(nameAt.offset, nameAt));
     if (!label.empty()) {
-        node->setLabel(label);
+        node->setLabel(kept(label));
     }
     node->setAddToResult(addToResult);
     node->setDepthFirstEvaluation(depthFirst);

@@ -132,11 +132,13 @@ private:
         lastEnd_ = token.getEndOffset();
         return token;
     }
+    /// A text for a node.
+    OrvRegionText kept(std::string_view text) { return {memory_, text}; }
     /// A node at `position`, of all that was taken since then.
     template <class Node, class... Fields>
     OrvCountedPtr<Node> makeNode(Position position, Fields&&... fields);
     template <class Node, class... Fields>
-    OrvCountedPtr<Node> makeSpanned(const SourceSpan& span, Fields&&... fields);
+    OrvCountedPtr<Node> makeSpanned(std::size_t offset, Position position, Fields&&... fields);
     /// The same for an operator that stands at `position`, behind its first operand.
     template <class Node, class... Fields>
     OrvCountedPtr<Node> makeOperation(const ExpressionNode& first, Position position,

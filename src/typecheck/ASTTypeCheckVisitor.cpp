@@ -18,13 +18,11 @@ namespace {
 
 using Type = TypeExpression;
 
-// Of the base types, those from string to object.
+// Of the base types, those from string to object; and both collections.
 bool isValueType(const TypePtr& type) {
-    if (!TEBaseType::classof(*type)) {
-        return Type::isObjectCollection(type) || Type::isStringCollection(type);
-    }
-    const BaseTypeKind kind = static_cast<const TEBaseType&>(*type).getBaseKind();
-    return kind >= BaseTypeKind::string && kind <= BaseTypeKind::object;
+    const Type::Structure structure = type->getStructure();
+    return (structure >= Type::Structure::string && structure <= Type::Structure::object) ||
+           structure >= Type::Structure::objectCollection;
 }
 
 // Whether a comparison is with a pattern that stands there as a text.
@@ -64,12 +62,18 @@ bool isDomain(const TypePtr& domain, std::span<const TypePtr* const> arguments) 
                       });
 }
 
+// A message about a name.
+std::string named(std::string_view before, std::string_view name, std::string_view behind) {
+    return std::string(before).append(name).append(behind);
+}
+
 // The end of a message about an overload that does not exist: the overloads that do, a line each.
 std::string listed(SymbolView candidates) {
     std::string text = "\nThese are the existing declarations:\n";
     for (; !candidates.empty(); candidates = candidates.rest()) {
         const SymbolPtr& candidate = candidates.front();
-        text += "\t" + candidate->getName() + " : " + printedType(candidate->getType()) + "\n";
+        text.append("\t").append(candidate->getName()).append(" : ");
+        text += printedType(candidate->getType()) + "\n";
     }
     return text;
 }
@@ -274,7 +278,7 @@ void ASTTypeCheckVisitor::visitApplicationExpression(ApplicationExpressionNode& 
     const SymbolView& candidates = functionsNamed(node.getName());
     give(Type::typeError());
     if (candidates.empty()) {
-        reportError(node, "Function " + node.getName() + " is not defined.");
+        reportError(node, named("Function ", node.getName(), " is not defined."));
     } else if (isTyped) {
         const Arguments arguments = argumentsFrom(first);
         if (resolve(node, candidates, arguments)) {
@@ -286,9 +290,29 @@ void ASTTypeCheckVisitor::visitApplicationExpression(ApplicationExpressionNode& 
     arguments_.truncate(first);
 }
 
-// Binds a call to the overload for these arguments; returns false where there is none.
-bool ASTTypeCheckVisitor::resolve(ResolvedFunctionNode& node, const SymbolView& candidates,
-                                  Arguments arguments) {
+// Binds a call to the overload for these arguments; returns false where there is none. Types that
+// no function takes are compared as a whole.
+inline bool ASTTypeCheckVisitor::resolve(ResolvedFunctionNode& node, const SymbolView& candidates,
+                                         Arguments arguments) {
+    TypeStructures structures;
+    for (const TypePtr* const argument : arguments) {
+        structures.add(**argument);
+    }
+    if (!structures.isExact()) {
+        return resolveByTypes(node, candidates, arguments);
+    }
+    for (SymbolView rest = candidates; !rest.empty(); rest = rest.rest()) {
+        const auto& function = static_cast<const FunctionSymbol&>(*rest.front().get());
+        if (function.getParameters() == structures) {
+            node.setResolvedFunction(OrvConverter<FunctionSymbol, Symbol>::toCounted(rest.front()));
+            return true;
+        }
+    }
+    return false;
+}
+
+bool ASTTypeCheckVisitor::resolveByTypes(ResolvedFunctionNode& node, const SymbolView& candidates,
+                                         Arguments arguments) {
     for (SymbolView rest = candidates; !rest.empty(); rest = rest.rest()) {
         if (isDomain(functionType(*rest.front()).getDomain(), arguments)) {
             node.setResolvedFunction(OrvConverter<FunctionSymbol, Symbol>::toCounted(rest.front()));
@@ -301,7 +325,7 @@ bool ASTTypeCheckVisitor::resolve(ResolvedFunctionNode& node, const SymbolView& 
 void ASTTypeCheckVisitor::reportNoOverload(const ApplicationExpressionNode& node,
                                            const SymbolView& candidates, Arguments arguments) {
     report(node, [&] {
-        return "There is no function " + node.getName() + " that takes {" +
+        return named("There is no function ", node.getName(), " that takes {") +
                printedType(arguments.size() == 1 ? *arguments.front() : product(arguments)) + "}." +
                listed(candidates);
     });
@@ -455,7 +479,7 @@ void ASTTypeCheckVisitor::visitRegExpConstant(RegExpConstantNode& node) {
     if (!checkPatternWeight(node, node.getText())) {
         return;
     }
-    const RWCRegexp::StatVal status = RWCRegexp(node.getText()).status();
+    const RWCRegexp::StatVal status = RWCRegexp(std::string(node.getText())).status();
     if (status == RWCRegexp::ok) {
         give(Type::regexpType());
     } else {
@@ -466,8 +490,7 @@ void ASTTypeCheckVisitor::visitRegExpConstant(RegExpConstantNode& node) {
 
 // What constant patterns weigh above their bytes is bounded for all of them together, since a few
 // bytes may keep the engine busy for 100 ms. One that is too heavy by itself costs nothing.
-bool ASTTypeCheckVisitor::checkPatternWeight(const ExpressionNode& node,
-                                             const std::string& pattern) {
+bool ASTTypeCheckVisitor::checkPatternWeight(const ExpressionNode& node, std::string_view pattern) {
     constexpr std::size_t mostTogether = 2 * RWCRegexp::heaviest;
     const std::size_t weight = RWCRegexp::weigh(pattern);
     const std::size_t excess = weight - std::min(weight, pattern.size());
@@ -524,8 +547,8 @@ OrvCountedPtr<VariableSymbol> ASTTypeCheckVisitor::findVariable(const PathNode& 
         scope != nullptr ? NameResolver::find(*scope, node.getAnchor(), SymbolKind::variable)
                          : SymbolView();
     if (!found.isSingle()) {
-        reportError(node, "Variable " + node.getAnchor() +
-                              (found.empty() ? " doesn't exist." : " is multiply defined."));
+        reportError(node, named("Variable ", node.getAnchor(),
+                                found.empty() ? " doesn't exist." : " is multiply defined."));
         return {};
     }
     return OrvConverter<VariableSymbol, Symbol>::toCounted(found.front());
@@ -555,8 +578,8 @@ void ASTTypeCheckVisitor::visitReferenceAssociation(ReferenceAssociationNode& no
         node.setLabelSymbol(label);
         typeOf(label->getDeclaration());
     } else {
-        reportError(node, "Label " + node.getName() +
-                              (found.empty() ? " doesn't exist." : " is multiply defined."));
+        reportError(node, named("Label ", node.getName(),
+                                found.empty() ? " doesn't exist." : " is multiply defined."));
     }
     give(Type::objectCollectionType());
 }
@@ -566,7 +589,7 @@ void ASTTypeCheckVisitor::checkLabel(DefinitionAssociationNode& node) {
     if (found.isSingle()) {
         node.setLabelSymbol(OrvConverter<LabelSymbol, Symbol>::toCounted(found.front()));
     } else {
-        reportError(node, "Label " + node.getLabel() + " is multiply defined.");
+        reportError(node, named("Label ", node.getLabel(), " is multiply defined."));
     }
 }
 

@@ -107,7 +107,7 @@ private:
     const OrvCountedPtr<VariableSymbol>& variableOf(const PathNode& node);
     OrvCountedPtr<VariableSymbol> findVariable(const PathNode& node, const Scope* scope);
     const TypePtr& checkAnchor(PathNode& node);
-    bool checkPatternWeight(const ExpressionNode& node, const std::string& pattern);
+    bool checkPatternWeight(const ExpressionNode& node, std::string_view pattern);
     bool isFirstVisit(const DefinitionAssociationNode& node);
 
     bool pushArguments(ExpressionNode& argument);
@@ -116,6 +116,8 @@ private:
     const SymbolView& functionsNamed(std::string_view name);
     static bool resolve(ResolvedFunctionNode& node, const SymbolView& candidates,
                         Arguments arguments);
+    [[gnu::noinline]] static bool resolveByTypes(ResolvedFunctionNode& node,
+                                                 const SymbolView& candidates, Arguments arguments);
     void reportNoOverload(const ApplicationExpressionNode& node, const SymbolView& candidates,
                           Arguments arguments);
     void reportNoOverload(const RelationalExpressionNode& node, const SymbolView& candidates,

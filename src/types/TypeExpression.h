@@ -38,6 +38,21 @@ enum class BaseTypeKind : std::uint32_t {
 /// first use, pinned, and may be used by any number of threads.
 class TypeExpression : public OrvCountedObject {
 public:
+    /// A number for each structure that a canonical instance has, and another one for all others.
+    enum class Structure : std::uint8_t {
+        other,
+        typeError,
+        regexp,
+        string,
+        integer,
+        real,
+        boolean,
+        object,
+        unit,
+        objectCollection,
+        stringCollection
+    };
+
     TypeExpression(const TypeExpression&) = delete;
     TypeExpression& operator=(const TypeExpression&) = delete;
     virtual ~TypeExpression();
@@ -47,6 +62,7 @@ public:
     virtual void accept(TypeExpressionVisitor& visitor) const = 0;
 
     TypeKind getTypeKind() const { return typeKind_; }
+    Structure getStructure() const { return structure_; }
 
     /// The canonical instances.
     static const OrvCountedPtr<TypeExpression>& typeError() { return canonical().typeError; }
@@ -72,38 +88,39 @@ public:
 
     /// Whether a type equals the canonical instance, wherever it was made.
     static bool isTypeError(const OrvCountedPtr<TypeExpression>& type) {
-        return type->getTypeKind() == TypeKind::typeError;
+        return type->structure_ == Structure::typeError;
     }
     static bool isBoolean(const OrvCountedPtr<TypeExpression>& type) {
-        return isBase(type, BaseTypeKind::boolean);
+        return type->structure_ == Structure::boolean;
     }
     static bool isRegexp(const OrvCountedPtr<TypeExpression>& type) {
-        return isBase(type, BaseTypeKind::regexp);
+        return type->structure_ == Structure::regexp;
     }
     static bool isString(const OrvCountedPtr<TypeExpression>& type) {
-        return isBase(type, BaseTypeKind::string);
+        return type->structure_ == Structure::string;
     }
     static bool isInteger(const OrvCountedPtr<TypeExpression>& type) {
-        return isBase(type, BaseTypeKind::integer);
+        return type->structure_ == Structure::integer;
     }
     static bool isReal(const OrvCountedPtr<TypeExpression>& type) {
-        return isBase(type, BaseTypeKind::real);
+        return type->structure_ == Structure::real;
     }
     static bool isObject(const OrvCountedPtr<TypeExpression>& type) {
-        return isBase(type, BaseTypeKind::object);
+        return type->structure_ == Structure::object;
     }
     static bool isUnit(const OrvCountedPtr<TypeExpression>& type) {
-        return isBase(type, BaseTypeKind::unit);
+        return type->structure_ == Structure::unit;
     }
     static bool isObjectCollection(const OrvCountedPtr<TypeExpression>& type) {
-        return isCollectionOf(type, BaseTypeKind::object);
+        return type->structure_ == Structure::objectCollection;
     }
     static bool isStringCollection(const OrvCountedPtr<TypeExpression>& type) {
-        return isCollectionOf(type, BaseTypeKind::string);
+        return type->structure_ == Structure::stringCollection;
     }
 
 protected:
-    explicit TypeExpression(TypeKind typeKind) : typeKind_(typeKind) {}
+    explicit TypeExpression(TypeKind typeKind, Structure structure = Structure::other)
+        : typeKind_(typeKind), structure_(structure) {}
 
 private:
     struct Canonical {
@@ -116,10 +133,8 @@ private:
         return types;
     }
 
-    static bool isBase(const OrvCountedPtr<TypeExpression>& type, BaseTypeKind kind);
-    static bool isCollectionOf(const OrvCountedPtr<TypeExpression>& type, BaseTypeKind kind);
-
     TypeKind typeKind_;
+    Structure structure_;
 };
 
 using TypePtr = OrvCountedPtr<TypeExpression>;
@@ -127,7 +142,7 @@ using TypePtr = OrvCountedPtr<TypeExpression>;
 /// The type of an expression that failed to check: no rule complains about it again.
 class TETypeError : public TypeExpression {
 public:
-    TETypeError() : TypeExpression(TypeKind::typeError) {}
+    TETypeError() : TypeExpression(TypeKind::typeError, Structure::typeError) {}
     bool equals(const TypePtr& other) const override;
     void accept(TypeExpressionVisitor& visitor) const override;
 };
@@ -136,7 +151,7 @@ public:
 class TEBaseType : public TypeExpression {
 public:
     explicit TEBaseType(BaseTypeKind baseKind)
-        : TypeExpression(TypeKind::baseType), baseKind_(baseKind) {}
+        : TypeExpression(TypeKind::baseType, structureOf(baseKind)), baseKind_(baseKind) {}
     bool equals(const TypePtr& other) const override;
     void accept(TypeExpressionVisitor& visitor) const override;
 
@@ -146,6 +161,12 @@ public:
     }
 
 private:
+    // The structures of the base types follow each other as their kinds do.
+    static Structure structureOf(BaseTypeKind baseKind) {
+        return static_cast<Structure>(static_cast<std::uint32_t>(Structure::regexp) +
+                                      static_cast<std::uint32_t>(baseKind));
+    }
+
     BaseTypeKind baseKind_;
 };
 
@@ -153,7 +174,8 @@ private:
 class TECollection : public TypeExpression {
 public:
     explicit TECollection(const TypePtr& elementType)
-        : TypeExpression(TypeKind::collection), elementType_(elementType) {}
+        : TypeExpression(TypeKind::collection, structureOf(elementType)),
+          elementType_(elementType) {}
     bool equals(const TypePtr& other) const override;
     void accept(TypeExpressionVisitor& visitor) const override;
 
@@ -163,18 +185,19 @@ public:
     }
 
 private:
+    static Structure structureOf(const TypePtr& elementType) {
+        switch (elementType ? elementType->getStructure() : Structure::other) {
+            case Structure::object:
+                return Structure::objectCollection;
+            case Structure::string:
+                return Structure::stringCollection;
+            default:
+                return Structure::other;
+        }
+    }
+
     TypePtr elementType_;
 };
-
-inline bool TypeExpression::isBase(const TypePtr& type, BaseTypeKind kind) {
-    return TEBaseType::classof(*type) &&
-           static_cast<const TEBaseType&>(*type).getBaseKind() == kind;
-}
-
-inline bool TypeExpression::isCollectionOf(const TypePtr& type, BaseTypeKind kind) {
-    return TECollection::classof(*type) &&
-           isBase(static_cast<const TECollection&>(*type).getElementType(), kind);
-}
 
 /// The type of a tuple, and the domain of a function of several arguments. Components are added
 /// while it is built, before it is shared.
@@ -214,6 +237,30 @@ public:
 private:
     TypePtr domain_;
     TypePtr range_;
+};
+
+/// The structures of a list of types as one number, by which lists are compared at once.
+///
+/// It stands for the list unless that is too long, or a type in it has the structure of no
+/// canonical instance.
+class TypeStructures {
+public:
+    void add(const TypeExpression& type) {
+        isExact_ = isExact_ && type.getStructure() != TypeExpression::Structure::other &&
+                   (number_ >> (bits - bitsOfOne)) == 0;
+        number_ = number_ << bitsOfOne | static_cast<std::uint64_t>(type.getStructure());
+    }
+
+    /// Whether the number stands for the list. Two lists of which it does are equal if it is.
+    bool isExact() const { return isExact_; }
+    friend bool operator==(const TypeStructures& left, const TypeStructures& right) = default;
+
+private:
+    static constexpr unsigned bits = 64;
+    static constexpr unsigned bitsOfOne = 4;
+
+    std::uint64_t number_ = 0;
+    bool isExact_ = true;
 };
 
 /// One operation for each class of type expression.

@@ -59,7 +59,7 @@ TEST(PrintVisitor, Nodes) {
     const ExpressionPtr one = at(1, 2, make<IntegerConstantNode>(1));
     const ExpressionPtr two = make<IntegerConstantNode>(-2147483647 - 1);
     const AssociationPtr step = reference({}, {});
-    const std::vector<SortKey> keys = {SortKey(one), SortKey(none, false)};
+    const SortKeys keys = {SortKey(one), SortKey(none, false)};
     const ExpressionPtr conjunction =
         at(2, 5, make<BinaryExpressionNode>(BinaryOperator::AND, one, none));
     const std::vector<std::pair<NodePtr, std::string>> cases = {

@@ -90,7 +90,7 @@ struct Checked {
 /// Makes a binding for a variable of any type.
 class BindingForAnyType : public VariableCodeGenerator {
 public:
-    TargetPtr generate(const TypePtr& /*type*/, const std::string& /*name*/) const override {
+    TargetPtr generate(const TypePtr& /*type*/, std::string_view /*name*/) const override {
         return TargetPtr(new MMValueBindingExpr);
     }
 };
@@ -158,7 +158,7 @@ TEST(CodeGenAssertions, UnknownOperators) {
 /// Gives a variable of its own, and remembers what it was asked for.
 class OneVariable final : public ObjectVariableRetriever {
 public:
-    OrvCyclicPtr<MMObjectVarExpr> retrieve(const std::string& name) override {
+    OrvCyclicPtr<MMObjectVarExpr> retrieve(std::string_view name) override {
         asked += name;
         return variable;
     }

@@ -39,7 +39,7 @@ Step resolve(AssociationNode& node, const Frame* frame) {
     if (node.getAssociationKind() == AssociationKind::definition) {
         return {&dynamic_cast<DefinitionAssociationNode&>(node), frame};
     }
-    const std::string& label = dynamic_cast<ReferenceAssociationNode&>(node).getName();
+    const std::string label(dynamic_cast<ReferenceAssociationNode&>(node).getName());
     while (frame->labels.count(label) == 0) {
         frame = frame->outer;
     }
@@ -66,7 +66,7 @@ void collectLabels(AssociationNode* node, std::set<AssociationNode*>& met, Frame
     if (node != nullptr && met.insert(node).second) {
         auto* definition = dynamic_cast<DefinitionAssociationNode*>(node);
         if (definition != nullptr && !definition->getLabel().empty()) {
-            frame.labels[definition->getLabel()] = definition;
+            frame.labels[std::string(definition->getLabel())] = definition;
         }
         collectLabels(node->getChild().get(), met, frame);
         collectLabels(node->getSibling().get(), met, frame);
@@ -150,7 +150,7 @@ private:
                 return;
             }
             const ExpressionPtr& condition = step.node->getCondition();
-            for (const Thing* target : naive::targets(object, step.node->getName())) {
+            for (const Thing* target : naive::targets(object, std::string(step.node->getName()))) {
                 if (condition && !evaluator_.getFor<bool>(target, condition, step.frame)) {
                     continue;
                 }
@@ -203,7 +203,7 @@ private:
 
     void visitPath(PathNode& node) override {
         const bool isModel = node.isAnchor(AnchorKind::MODEL);
-        NaiveValue anchor = variable(isModel ? "this" : node.getAnchor());
+        NaiveValue anchor = variable(isModel ? "this" : std::string(node.getAnchor()));
         if (isModel) {
             const auto*& object = std::get<const Thing*>(anchor);
             while (object->parent != nullptr) {
@@ -223,7 +223,7 @@ private:
     bool isDecided(const QuantifierNode& node, bool decisive) {
         const auto source = get<NaiveObjects>(node.getSource());
         for (const Thing* object : source.elements) {
-            const Frame named{frame_, node.getName(), object};
+            const Frame named{frame_, std::string(node.getName()), object};
             if (getFor<bool>(object, node.getExpr(), &named) == decisive) {
                 return true;
             }
@@ -280,7 +280,7 @@ private:
             for (std::size_t i = arguments.size() - 1; i-- > 0;) {
                 values.insert(values.begin(), evaluateIn(*arguments[i], frame_));
             }
-            result_ = naive::apply(node.getName(), values);
+            result_ = naive::apply(std::string(node.getName()), values);
         }
     }
 
@@ -357,7 +357,8 @@ private:
     }
 
     void visitLetExpression(LetExpressionNode& node) override {
-        const Frame binding{frame_, node.getName(), std::nullopt, node.getSource().get()};
+        const Frame binding{frame_, std::string(node.getName()), std::nullopt,
+                            node.getSource().get()};
         result_ = evaluateIn(*node.getExpr(), &binding);
     }
 
@@ -365,8 +366,12 @@ private:
         result_ = evaluateIn(get<bool>(node.getTest()) ? *node.getThen() : *node.getElse(), frame_);
     }
 
-    void visitRegExpConstant(RegExpConstantNode& node) override { result_ = node.getText(); }
-    void visitStringConstant(StringConstantNode& node) override { result_ = node.getText(); }
+    void visitRegExpConstant(RegExpConstantNode& node) override {
+        result_ = std::string(node.getText());
+    }
+    void visitStringConstant(StringConstantNode& node) override {
+        result_ = std::string(node.getText());
+    }
     void visitIntegerConstant(IntegerConstantNode& node) override { result_ = node.getValue(); }
     void visitRealConstant(RealConstantNode& node) override { result_ = node.getValue(); }
     void visitBooleanConstant(BooleanConstantNode& node) override { result_ = node.getValue(); }

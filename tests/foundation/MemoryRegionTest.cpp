@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <functional>
 #include <new>
@@ -16,6 +17,7 @@
 #include "api/RecordingDialogs.h"
 #include "foundation/OrvCyclicPtr.h"
 #include "foundation/OrvMemoryPool.h"
+#include "foundation/OrvRegionText.h"
 #include "support/AllocationCounter.h"
 #include "support/Corpus.h"
 #include "support/SilentErrors.h"
@@ -110,6 +112,115 @@ TEST(MemoryRegion, CompilationsGiveBackWhatTheyTook) {
         }
     };
     EXPECT_EQ(leftBy(compileCorpus), 0);
+}
+
+// The tree of a text that compiles goes with its region, whatever it consists of: names and texts
+// of any length, long tuples, many keys, labels, steps with several parents.
+TEST(MemoryRegion, TreesLeaveNothing) {
+    const std::string name = "aNameThatIsLongerThanMost";
+    const std::vector<std::string> texts = {
+        "$" + name + " = \"a text that is longer than most\"",
+        "for_all " + name + " in [" + name + "] => $" + name + " of " + name + " ~= \"a.*\"",
+        "let " + name + " = replace_all (`a long pattern|another`, $" + name + ", \"" + name +
+            "\") in " + name + " + " + name,
+        "sort {$" + name + "} & sortd {$a} & sort {$b} & sort {$c} over [" + name + "]",
+        "this -> (" + name + ": [" + name + "]{$a = \"b\"}; b: [b]; c: [c]; d: [d]; e: [e]) -> [" +
+            name + "] -> (@" + name + "; @e; [f])"};
+    std::size_t compiled = 0;
+    const auto compileAll = [&] {
+        compiled = 0;
+        for (const std::string& text : texts) {
+            RecordingDialogs dialogs;
+            compiled += ExprParser::parseCondition(dialogs, text) ? 1 : 0;
+            compiled += ExprParser::parseAssociatedAttribute(dialogs, text) ? 1 : 0;
+            compiled += ExprParser::parseComplexAssociation(dialogs, text) ? 1 : 0;
+        }
+    };
+    EXPECT_EQ(leftBy(compileAll), 0);
+    EXPECT_EQ(compiled, 7U);
+}
+
+/// Says that it owns nothing, and tells how many of its kind were destroyed.
+class Idle final : public OrvCyclicPtrBody {
+public:
+    Idle() : OrvCyclicPtrBody(Ownership::nothing), link_(*this) {}
+    ~Idle() override { ++destroyed; }
+
+    void own() { becomeOwner(); }
+    void setLink(const OrvCyclicPtr<Idle>& target) { link_ = target; }
+
+    static inline int destroyed = 0;
+
+private:
+    OrvCyclicMember<Idle> link_;
+};
+
+// Makes a group of two pairs; the bodies whose bits are set in `owners` become owners, before the
+// pairs are joined or behind that. Returns how many bodies were destroyed.
+int destroyedOf(unsigned owners, bool isBefore) {
+    std::array<OrvCyclicPtr<Idle>, 4> bodies;
+    const auto own = [&] {
+        for (std::size_t i = 0; i < bodies.size(); ++i) {
+            if ((owners >> i & 1U) != 0) {
+                bodies[i]->own();
+            }
+        }
+    };
+    for (OrvCyclicPtr<Idle>& body : bodies) {
+        body = OrvCyclicPtr<Idle>(new Idle);
+    }
+    bodies[0]->setLink(bodies[1]);
+    bodies[3]->setLink(bodies[2]);
+    if (isBefore) {
+        own();
+    }
+    bodies[1]->setLink(bodies[3]);
+    if (!isBefore) {
+        own();
+    }
+    Idle::destroyed = 0;
+    bodies.fill(nullptr);
+    return Idle::destroyed;
+}
+
+TEST(MemoryRegion, BodiesThatOwnNothingAreNotDestroyed) {
+    const auto tryAll = [](const std::string& where) {
+        for (unsigned owners = 0; owners < 16; ++owners) {
+            for (const bool isBefore : {false, true}) {
+                EXPECT_EQ(destroyedOf(owners, isBefore), std::popcount(owners))
+                    << where << ' ' << owners << ' ' << isBefore;
+            }
+        }
+    };
+    EXPECT_EQ(leftBy([&] {
+                  tryAll("outside a compilation");
+                  const OrvCompilationMemory memory;
+                  tryAll("in a compilation");
+              }),
+              0);
+}
+
+// Of every length around those at which copying changes.
+TEST(MemoryRegion, TextsAreCopied) {
+    const std::string source = "0123456789 abcdefghijklmnopqrstuvwxyz";
+    EXPECT_EQ(leftBy([&source] {
+                  const OrvCompilationMemory memory;
+                  OrvMemoryRegion* const none = nullptr;
+                  for (auto* const region : {OrvCompilationMemory::nodes(), none}) {
+                      std::vector<OrvRegionText> texts;
+                      for (std::size_t size = 0; size <= source.size(); ++size) {
+                          texts.emplace_back(region, source.substr(0, size));
+                      }
+                      texts.front() = std::move(texts.back());
+                      EXPECT_EQ(texts.front().view(), source);
+                      for (std::size_t size = 1; size < source.size(); ++size) {
+                          EXPECT_EQ(texts[size].view(), source.substr(0, size));
+                          EXPECT_EQ(texts[size].view().data()[size], '\0');
+                      }
+                  }
+              }),
+              0);
+    EXPECT_EQ(OrvRegionText::constant(source).view().data(), source.data());
 }
 
 // The compiled expression is dropped by another thread than the one that made it.

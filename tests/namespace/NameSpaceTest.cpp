@@ -29,7 +29,7 @@ TEST(TopLevelEnvironment, HoldsTheCatalogue) {
         const auto& [name, domain, range, generatorClass] = builtIns[i];
         using Functions = OrvConverter<FunctionSymbol, Symbol>;
         const auto function = Functions::toCounted(scope->entries()[i].symbol);
-        EXPECT_EQ(function->getName() + " : " + printedType(function->getType()),
+        EXPECT_EQ(std::string(function->getName()) + " : " + printedType(function->getType()),
                   name + " : " + builtIns[i].type());
         EXPECT_EQ(scope->entries()[i].name, name);
         EXPECT_EQ(function->getArity(), split(domain, " * ").size()) << name;

@@ -14,12 +14,12 @@ public:
 
     void takeAttribute(const StringConstantNode& name, const ClassSet& classes) override {
         if (name.getSpan().offset == offset_) {
-            use_ = {name.getText(), ReadAs::attribute, classes};
+            use_ = {std::string(name.getText()), ReadAs::attribute, classes};
         }
     }
     void takeAssociation(const DefinitionAssociationNode& step, const ClassSet& classes) override {
         if (step.getNameSpan().offset == offset_) {
-            use_ = {step.getName(), ReadAs::association, classes};
+            use_ = {std::string(step.getName()), ReadAs::association, classes};
         }
     }
     void takeReference(const AssociationNode& /*reference*/,

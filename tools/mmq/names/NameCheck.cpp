@@ -272,7 +272,7 @@ void NameVisitor::visitRelationalExpression(RelationalExpressionNode& node) {
 void NameVisitor::takeClassNames(const PossibleTexts& texts, const PossibleTexts& other) {
     const Letters letters = texts.letters != Letters::asTheyAre ? texts.letters : other.letters;
     for (const StringConstantNode* constant : texts.constants) {
-        const std::string& text = constant->getText();
+        const std::string_view text = constant->getText();
         if (other.isClassName() && !text.empty() && !other.hasConstant(text)) {
             receiver_.takeClass(*constant, letters);
         }
@@ -323,7 +323,8 @@ ClassSet NameVisitor::visitAll(const ExpressionNode& name) {
     bool isKnown = !texts.constants.empty() && !texts.hasClassName && !texts.hasOthers;
     ClassSet classes;
     for (const StringConstantNode* constant : texts.constants) {
-        const std::optional<ClassNumber> number = vocabulary_.findClass(constant->getText());
+        const std::optional<ClassNumber> number =
+            vocabulary_.findClass(std::string(constant->getText()));
         isKnown = isKnown && number && texts.letters == Letters::asTheyAre;
         if (texts.letters == Letters::asTheyAre) {
             receiver_.takeClass(*constant, texts.letters);

@@ -54,24 +54,25 @@ std::string hintForClass(const std::string& name, const NameVocabulary& vocabula
 // ---------------------------------------------------------------- judging
 
 void NameJudge::takeAttribute(const StringConstantNode& name, const ClassSet& classes) {
-    judge({name.getText(), name.getSpan(), Kind::attribute, !isBare(name), classes});
+    judge({std::string(name.getText()), name.getSpan(), Kind::attribute, !isBare(name), classes});
 }
 
 void NameJudge::takeAssociation(const DefinitionAssociationNode& step, const ClassSet& classes) {
-    judge({step.getName(), step.getNameSpan(), Kind::association, false, classes});
+    judge({std::string(step.getName()), step.getNameSpan(), Kind::association, false, classes});
 }
 
 void NameJudge::takeReference(const AssociationNode& reference,
                               const DefinitionAssociationNode& step, const ClassSet& classes) {
-    judge({step.getName(), reference.getSpan(), Kind::association, false, classes});
+    judge({std::string(step.getName()), reference.getSpan(), Kind::association, false, classes});
 }
 
 void NameJudge::takeClass(const StringConstantNode& name, Letters letters) {
     const bool isKnown = letters == Letters::asTheyAre
-                             ? vocabulary_.findClass(name.getText()).has_value()
-                             : vocabulary_.hasClassInAnyCase(name.getText());
+                             ? vocabulary_.findClass(std::string(name.getText())).has_value()
+                             : vocabulary_.hasClassInAnyCase(std::string(name.getText()));
     if (!isKnown) {
-        wrong_.push_back({name.getText(), name.getSpan(), Kind::classOfObjects, true, {}, letters});
+        wrong_.push_back(
+            {std::string(name.getText()), name.getSpan(), Kind::classOfObjects, true, {}, letters});
     }
 }
 

@@ -23,9 +23,9 @@ void add(const StringConstantNode& constant, PossibleTexts& texts) {
 
 }  // namespace
 
-bool PossibleTexts::hasConstant(const std::string& text) const {
+bool PossibleTexts::hasConstant(std::string_view text) const {
     return std::any_of(constants.begin(), constants.end(),
-                       [&text](const auto* constant) { return constant->getText() == text; });
+                       [text](const auto* constant) { return constant->getText() == text; });
 }
 
 void TextFollower::enter(const LetExpressionNode& let) {
@@ -63,7 +63,7 @@ void TextFollower::collect(const ExpressionNode& node, PossibleTexts& texts) con
 }
 
 void TextFollower::collectCall(const ApplicationExpressionNode& node, PossibleTexts& texts) const {
-    const std::string& name = node.getName();
+    const std::string_view name = node.getName();
     const ExpressionNode& argument = *node.getExpr();
     const bool isSmall = name == "tolower";
     if (name == "class") {

@@ -20,7 +20,7 @@ struct PossibleTexts {
 
     /// Whether it is the name of a class, unless it is a constant.
     bool isClassName() const { return hasClassName && !hasOthers; }
-    bool hasConstant(const std::string& text) const;
+    bool hasConstant(std::string_view text) const;
 };
 
 /// Follows texts through variables of lets, both branches of an "if", both sides of "|=>", and the

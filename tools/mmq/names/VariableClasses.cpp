@@ -117,8 +117,9 @@ void VariableClasses::collectTested(ExpressionNode& condition,
 ConditionOutcome VariableClasses::judgeTest(const RelationalExpressionNode& test,
                                             std::size_t variable, const ClassSet& classes) const {
     const std::optional<ClassNumber> number =
-        testedBy(test) == variable ? vocabulary_.findClass(classTestOf(test).className->getText())
-                                   : std::nullopt;
+        testedBy(test) == variable
+            ? vocabulary_.findClass(std::string(classTestOf(test).className->getText()))
+            : std::nullopt;
     if (!number) {
         return {classes, classes};
     }

@@ -6,7 +6,7 @@ namespace {
 
 // Functions of collections that keep their objects.
 bool isRearrangement(const ApplicationExpressionNode& node) {
-    const std::string& name = node.getName();
+    const std::string_view name = node.getName();
     return name == "unique" || name == "unique_stable" || name == "reverse";
 }
 

@@ -159,7 +159,7 @@ void Explainer::visitRelationalExpression(RelationalExpressionNode& node) {
 }
 
 void Explainer::visitApplicationExpression(ApplicationExpressionNode& node) {
-    const std::string& name = node.getName();
+    const std::string_view name = node.getName();
     const Operands arguments = argumentsOf(node);
     if (name == "alternation" && !isEmptyText(parts_.evaluate(*arguments[0]))) {
         explainOperand(*arguments[0]);
@@ -232,7 +232,7 @@ void Explainer::explainQuantifier(QuantifierNode& node, bool decisive) {
     if (source.hasFound || (source.isComplete() && source.objects.size() == 1)) {
         const MMObject object = source.objects.back();
         const MMVariableBinding binding(variable, object);
-        explanation_.line().bind(EvidenceLine::Kind::binding, node.getName(), object);
+        explanation_.line().bind(EvidenceLine::Kind::binding, std::string(node.getName()), object);
         ElementExplainer(explanation_, false).explain(*node.getSource(), object);
         explain(*node.getExpr());
     } else if (source.isComplete() && !source.objects.empty()) {
@@ -256,8 +256,8 @@ bool Explainer::explainFailingBody(const MMObjectVarExpr& variable, ExpressionNo
     if (elements.hasFound) {
         const MMObject object = elements.objects.back();
         const MMVariableBinding binding(variable, object);
-        explanation_.line().bind(EvidenceLine::Kind::binding, anchorName(AnchorKind::CURRENT),
-                                 object);
+        explanation_.line().bind(EvidenceLine::Kind::binding,
+                                 std::string(anchorText(AnchorKind::CURRENT)), object);
         explain(body);
     }
     return elements.hasFound;

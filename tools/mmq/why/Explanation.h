@@ -49,8 +49,9 @@ struct Explanation {
 
     /// Adds that what follows about `body` is about the object, which is its "current".
     bool addSubject(const ExpressionNode& body, MMObject object) {
+        static const std::string current(anchorText(AnchorKind::CURRENT));
         EvidenceLine subject(body.getSpan(), object);
-        subject.bind(EvidenceLine::Kind::subject, anchorName(AnchorKind::CURRENT), object);
+        subject.bind(EvidenceLine::Kind::subject, current, object);
         return add(std::move(subject));
     }
 

@@ -7,18 +7,20 @@
 #include <type_traits>
 #include <utility>
 
-#include "foundation/OrvMemoryPool.h"
+#include "foundation/OrvMemoryRegion.h"
 
 /// An array for values that are appended one by one, `inside` of them without memory of their own.
 ///
 /// Growing is kept out of the way, so that appending is a store and a comparison wherever it is
-/// called. Not copied; belongs to one thread.
+/// called. What stands outside comes from a region, or from the pool where there is none. Not
+/// copied; belongs to one thread.
 template <class T, std::size_t inside>
 class SmallArray {
     static_assert(std::is_nothrow_move_constructible_v<T> && inside > 0);
 
 public:
-    SmallArray() : begin_(own()), end_(begin_), limit_(begin_ + inside) {}
+    explicit SmallArray(OrvMemoryRegion* region = nullptr)
+        : begin_(own()), end_(begin_), limit_(begin_ + inside), memory_(region) {}
     SmallArray(const SmallArray&) = delete;
     SmallArray& operator=(const SmallArray&) = delete;
     ~SmallArray() {
@@ -32,6 +34,7 @@ public:
     T* end() { return end_; }
     const T* begin() const { return begin_; }
     const T* end() const { return end_; }
+    T& back() { return end_[-1]; }
     const T& back() const { return end_[-1]; }
     const T& operator[](std::size_t index) const { return begin_[index]; }
     T& operator[](std::size_t index) { return begin_[index]; }
@@ -50,6 +53,8 @@ public:
         std::destroy(begin_ + size, end_);
         end_ = begin_ + size;
     }
+    /// Forgets the values, which are ended by somebody else.
+    void abandon() { end_ = begin_; }
 
 private:
     T* own() { return reinterpret_cast<T*>(&own_); }
@@ -57,7 +62,7 @@ private:
 
     void giveBack() noexcept {
         if (begin_ != own()) {
-            OrvPoolAllocator<T>().deallocate(begin_, capacity());
+            memory_.deallocate(begin_, capacity());
         }
     }
 
@@ -66,7 +71,7 @@ private:
         constexpr std::size_t small = 256;
         const std::size_t held = size();
         const std::size_t larger = held * (held < small ? 4 : 2);
-        T* const values = OrvPoolAllocator<T>().allocate(larger);
+        T* const values = memory_.allocate(larger);
         std::uninitialized_move(begin_, end_, values);
         std::destroy(begin_, end_);
         giveBack();
@@ -78,6 +83,7 @@ private:
     T* begin_;
     T* end_;
     T* limit_;
+    OrvRegionAllocator<T> memory_;
     struct alignas(T) {
         // NOLINTNEXTLINE(bugprone-sizeof-expression): of a pointer, too, that is what is meant
         std::byte bytes[inside * sizeof(T)];
