@@ -1,11 +1,12 @@
 # The two shapes of target in this tree: a folder of sources, and a library made of folders.
 
-# Compiles one folder of src/ as an object library of the folder's name. Two fields are not moved as
-# one vector: pointers and places are mostly read soon after their parts were written one by one, and
-# a load of more than was stored at once has to wait until all of it has left the processor.
+# Compiles one folder of src/ as an object library of the folder's name. Calls within a library are
+# not meant to be replaced by somebody else's. Two fields are not moved as one vector: pointers and
+# places are mostly read soon after their parts were written one by one, and a load of more than was
+# stored at once has to wait until all of it has left the processor.
 function(add_source_folder name)
   add_library(folder_${name} OBJECT ${ARGN})
-  target_compile_options(folder_${name} PRIVATE -fno-tree-slp-vectorize)
+  target_compile_options(folder_${name} PRIVATE -fno-tree-slp-vectorize -fno-semantic-interposition)
   target_include_directories(folder_${name} PUBLIC "${PROJECT_SOURCE_DIR}/src")
 endfunction()
 

@@ -370,10 +370,9 @@ public:
     /// What is beyond two elements comes from the region, where there is one.
     explicit TupleExpressionNode(OrvMemoryRegion* region = nullptr)
         : ExpressionNode(ExpressionKind::tupleExpression), elements_(region) {}
-    TupleExpressionNode(ExpressionPtr first, ExpressionPtr second) : TupleExpressionNode() {
-        addElement(std::move(first));
-        addElement(std::move(second));
-    }
+    TupleExpressionNode(ExpressionPtr first, ExpressionPtr second)
+        : ExpressionNode(ExpressionKind::tupleExpression),
+          elements_(nullptr, std::in_place, std::move(first), std::move(second)) {}
     void accept(ASTVisitor& visitor) override;
 
     /// Valid until an element is added.

@@ -1,11 +1,10 @@
 // The chain of binary expressions that leans to the left below one of them.
 #pragma once
 
-#include <cstddef>
 #include <iterator>
-#include <vector>
 
 #include "ast/ExpressionNode.h"
+#include "foundation/SmallArray.h"
 
 /// The binary expressions from `top` down through left operands, as long as these are binary
 /// expressions too. Chains of left-associative operators are as long as a text, and visitors
@@ -14,13 +13,8 @@
 class LeftSpine {
 public:
     explicit LeftSpine(BinaryExpressionNode& top) {
-        std::size_t length = 0;
-        for (const BinaryExpressionNode* node = &top; node != nullptr; node = below(*node)) {
-            ++length;
-        }
-        nodes_.reserve(length);
         for (BinaryExpressionNode* node = &top; node != nullptr; node = below(*node)) {
-            nodes_.push_back(node);
+            nodes_.append(node);
         }
     }
 
@@ -28,8 +22,8 @@ public:
     auto begin() const { return nodes_.begin(); }
     auto end() const { return nodes_.end(); }
     /// The nodes from the innermost up.
-    auto rbegin() const { return nodes_.rbegin(); }
-    auto rend() const { return nodes_.rend(); }
+    auto rbegin() const { return std::make_reverse_iterator(nodes_.end()); }
+    auto rend() const { return std::make_reverse_iterator(nodes_.begin()); }
 
     /// The left operand of the innermost node.
     const ExpressionPtr& innermostOperand() const { return nodes_.back()->getLhs(); }
@@ -42,5 +36,5 @@ private:
                    : nullptr;
     }
 
-    std::vector<BinaryExpressionNode*> nodes_;
+    SmallArray<BinaryExpressionNode*, 16> nodes_;
 };

@@ -74,6 +74,10 @@ public:
         blockOf(object)->free();
     }
 
+    /// Memory that begins with a block: of a region, or of the pool where it is null.
+    static void* memoryFor(std::size_t size, OrvMemoryRegion* region) {
+        return region != nullptr ? region->allocate(size) : OrvMemoryPool::allocate(size);
+    }
     /// The block in front of an object.
     static OrvCountedBlock* blockOf(void* object) noexcept {
         return static_cast<OrvCountedBlock*>(object) - 1;
@@ -86,9 +90,7 @@ protected:
 private:
     static void* allocate(std::size_t bytes, OrvMemoryRegion* region) {
         const std::size_t size = sizeof(OrvCountedBlock) + bytes;
-        void* const memory =
-            region != nullptr ? region->allocate(size) : OrvMemoryPool::allocate(size);
-        auto* const block = new (memory) OrvCountedBlock;
+        auto* const block = new (memoryFor(size, region)) OrvCountedBlock;
         block->size = static_cast<std::uint32_t>(size);
         block->region = region;
         return block + 1;
@@ -229,14 +231,18 @@ void beginOwned(T* object) noexcept {
     }
 }
 
-/// A block of its own for an object; where it cannot be had, the object is ended.
+/// A block of its own for an object, of a body beside the bodies of a compilation; where it cannot
+/// be had, the object is ended.
 template <class T>
 OrvCountedBlock* makeSeparateBlock(T* object) {
+    constexpr bool isBody = std::is_base_of_v<OrvCyclicPtrBody, T>;
+    constexpr std::size_t size = sizeof(OrvSeparateCountedBlock);
     beginOwned(object);
     try {
-        auto* const block =
-            new (OrvMemoryPool::allocate(sizeof(OrvSeparateCountedBlock))) OrvSeparateCountedBlock;
-        block->size = sizeof(OrvSeparateCountedBlock);
+        OrvMemoryRegion* const region = isBody ? OrvCompilationMemory::findBodies() : nullptr;
+        auto* const block = new (OrvCountedObject::memoryFor(size, region)) OrvSeparateCountedBlock;
+        block->size = size;
+        block->region = region;
         block->dispose = &disposeSeparate<T>;
         block->object = object;
         return block;

@@ -72,7 +72,7 @@ private:
             copyEnds(std::uint64_t{});
         } else if (text.size() >= sizeof(std::uint32_t) && text.size() < sizeof(std::uint64_t)) {
             copyEnds(std::uint32_t{});
-        } else {
+        } else if (!text.empty()) {
             std::memcpy(bytes, text.data(), text.size());
         }
     }

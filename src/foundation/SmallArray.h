@@ -21,6 +21,13 @@ class SmallArray {
 public:
     explicit SmallArray(OrvMemoryRegion* region = nullptr)
         : begin_(own()), end_(begin_), limit_(begin_ + inside), memory_(region) {}
+    /// An array of the first values, which stand inside.
+    template <class... Values>
+    SmallArray(OrvMemoryRegion* region, std::in_place_t /*values*/, Values&&... values)
+        : SmallArray(region) {
+        static_assert(sizeof...(Values) <= inside);
+        (new (static_cast<void*>(end_++)) T(std::forward<Values>(values)), ...);
+    }
     SmallArray(const SmallArray&) = delete;
     SmallArray& operator=(const SmallArray&) = delete;
     ~SmallArray() {

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "ast/ASTNode.h"
+#include "foundation/SegmentedArray.h"
 #include "foundation/SmallArray.h"
 #include "namespace/NameResolver.h"
 #include "namespace/Scope.h"
@@ -29,7 +30,7 @@ public:
         ScopeNumber scope;
     };
 
-    using Entries = SmallArray<Entry, 16>;
+    using Entries = SegmentedArray<Entry, 16>;
 
     /// Scopes that it makes itself come from the region, where there is one.
     explicit NameSpace(OrvMemoryRegion* region = nullptr) : region_(region) {}
@@ -116,7 +117,7 @@ private:
     }
 
     Entries entries_;
-    mutable SmallArray<Place, 8> places_;
+    mutable SegmentedArray<Place, 8> places_;
     mutable SmallArray<ScopePtr, 2> scopes_;
     OrvMemoryRegion* region_;
 };

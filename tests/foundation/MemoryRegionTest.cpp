@@ -18,6 +18,7 @@
 #include "foundation/OrvCyclicPtr.h"
 #include "foundation/OrvMemoryPool.h"
 #include "foundation/OrvRegionText.h"
+#include "foundation/SegmentedArray.h"
 #include "support/AllocationCounter.h"
 #include "support/Corpus.h"
 #include "support/SilentErrors.h"
@@ -221,6 +222,28 @@ TEST(MemoryRegion, TextsAreCopied) {
               }),
               0);
     EXPECT_EQ(OrvRegionText::constant(source).view().data(), source.data());
+}
+
+// Of several segments.
+TEST(SegmentedArray, ValuesStayWhereTheyAre) {
+    EXPECT_EQ(leftBy([] {
+                  const std::size_t count = 30000;
+                  SegmentedArray<std::uint64_t, 3> array;
+                  std::vector<const std::uint64_t*> places;
+                  for (std::size_t i = 0; i < count; ++i) {
+                      array.append(i * i);
+                      places.push_back(&array[i]);
+                  }
+                  ASSERT_EQ(array.size(), count);
+                  std::size_t i = 0;
+                  for (const std::uint64_t& value : array) {
+                      EXPECT_EQ(value, i * i);
+                      EXPECT_EQ(&value, places[i]);
+                      ++i;
+                  }
+                  EXPECT_EQ(i, count);
+              }),
+              0);
 }
 
 // The compiled expression is dropped by another thread than the one that made it.
