@@ -20,6 +20,7 @@
 #include "ScriptEngine.h"
 #include "SilentDialogs.h"
 #include "api/ExprParser.h"
+#include "foundation/OrvMemoryRegion.h"
 #include "parser/DLGLexer.h"
 #include "parser/SyntaxParser.h"
 
@@ -109,7 +110,9 @@ std::string longExpression(std::size_t size) {
     return text + "1";
 }
 
+// In the memory of a compilation.
 void parse(const std::string& text) {
+    const OrvCompilationMemory memory;
     SilentDialogs dialogs;
     std::ostringstream dropped;
     benchmark::DoNotOptimize(SyntaxParser::parse(dialogs, text.c_str(), dropped));

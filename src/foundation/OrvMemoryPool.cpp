@@ -40,9 +40,10 @@ thread_local ThreadPieces* threadPieces = nullptr;
 
 std::size_t steps(std::size_t size) { return (size + step - 1) / step; }
 
-// The list for pieces of a size, and how large they really are.
+// The list for pieces of a size, how large they really are, and the room that there has to be where
+// one is kept: the chunks of a long text leave some for those of short ones.
 struct SizeClass {
-    explicit SizeClass(std::size_t asked) : list(steps(asked)), size(list * step) {
+    explicit SizeClass(std::size_t asked) : list(steps(asked)), size(list * step), room(size) {
         if (asked > largestSmallSize) {
             setLarge(asked);
         }
@@ -50,6 +51,7 @@ struct SizeClass {
 
     std::size_t list;
     std::size_t size;
+    std::size_t room;
 
 private:
     void setLarge(std::size_t asked) {
@@ -57,6 +59,7 @@ private:
         list = isChunk ? smallLists + std::bit_width(asked) - std::bit_width(largestSmallSize) - 1
                        : noList;
         size = asked;
+        room = 8 * size;
     }
 };
 
@@ -146,7 +149,7 @@ void OrvMemoryPool::deallocate(void* memory, std::size_t size) noexcept {
     const SizeClass sizeClass(size);
     ThreadPieces* const pieces = threadPieces;
     if (sizeClass.list == noList || memory == nullptr || pieces == nullptr ||
-        pieces->bytes + sizeClass.size > limit.load(std::memory_order_relaxed)) {
+        pieces->bytes + sizeClass.room > limit.load(std::memory_order_relaxed)) {
         deallocateFirst(memory, size);
         return;
     }

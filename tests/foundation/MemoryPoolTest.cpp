@@ -67,4 +67,22 @@ TEST(MemoryPool, GivesAPieceAgainAndBackWithItsThread) {
     EXPECT_EQ(AllocationCounter::live(), before - static_cast<std::ptrdiff_t>(pieces));
 }
 
+// However many of the largest chunks come back, smaller ones are kept as well.
+TEST(MemoryPool, LeavesRoomForSmallerChunks) {
+    std::thread([] {
+        constexpr std::size_t small = 2048;
+        OrvMemoryPool::setLimit(std::size_t{1} << 20);
+        for (int i = 0; i < 100; ++i) {
+            OrvMemoryPool::deallocate(::operator new(OrvMemoryPool::largestChunk),
+                                      OrvMemoryPool::largestChunk);
+        }
+        OrvMemoryPool::deallocate(OrvMemoryPool::allocate(small), small);
+        const std::ptrdiff_t kept = AllocationCounter::live();
+        void* const again = OrvMemoryPool::allocate(small);
+        EXPECT_EQ(AllocationCounter::live(), kept);
+        OrvMemoryPool::deallocate(again, small);
+        OrvMemoryPool::setLimit(0);
+    }).join();
+}
+
 }  // namespace
