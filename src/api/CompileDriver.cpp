@@ -46,7 +46,7 @@ OrvCountedPtr<CompileResult> generate(SpecificationNode& root,
                                       const LetVariableUsage& usage, SourceMap* map) {
     CodeGenVisitor visitor(nameSpace, usage, map);
     root.accept(visitor);
-    OrvCountedPtr<CompileResult> result(new (OrvCompilationMemory::findBodies()) CompileResult);
+    OrvCountedPtr<CompileResult> result(new CompileResult);
     result->objectVariable =
         OrvConverter<MMObjectVarExpr, MMObjectVarExpr>::toCounted(visitor.getThisVariable());
     result->body = OrvConverter<OrvCyclicPtrBody, OrvCyclicPtrBody>::toCounted(visitor.getResult());

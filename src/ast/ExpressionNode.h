@@ -370,9 +370,10 @@ public:
     /// What is beyond two elements comes from the region, where there is one.
     explicit TupleExpressionNode(OrvMemoryRegion* region = nullptr)
         : ExpressionNode(ExpressionKind::tupleExpression), elements_(region) {}
-    TupleExpressionNode(ExpressionPtr first, ExpressionPtr second)
+    TupleExpressionNode(ExpressionPtr first, ExpressionPtr second,
+                        OrvMemoryRegion* region = nullptr)
         : ExpressionNode(ExpressionKind::tupleExpression),
-          elements_(nullptr, std::in_place, std::move(first), std::move(second)) {}
+          elements_(region, std::in_place, std::move(first), std::move(second)) {}
     void accept(ASTVisitor& visitor) override;
 
     /// Valid until an element is added.

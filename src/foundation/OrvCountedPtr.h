@@ -74,10 +74,6 @@ public:
         blockOf(object)->free();
     }
 
-    /// Memory that begins with a block: of a region, or of the pool where it is null.
-    static void* memoryFor(std::size_t size, OrvMemoryRegion* region) {
-        return region != nullptr ? region->allocate(size) : OrvMemoryPool::allocate(size);
-    }
     /// The block in front of an object.
     static OrvCountedBlock* blockOf(void* object) noexcept {
         return static_cast<OrvCountedBlock*>(object) - 1;
@@ -90,7 +86,9 @@ protected:
 private:
     static void* allocate(std::size_t bytes, OrvMemoryRegion* region) {
         const std::size_t size = sizeof(OrvCountedBlock) + bytes;
-        auto* const block = new (memoryFor(size, region)) OrvCountedBlock;
+        void* const memory =
+            region != nullptr ? region->allocate(size) : OrvMemoryPool::allocate(size);
+        auto* const block = new (memory) OrvCountedBlock;
         block->size = static_cast<std::uint32_t>(size);
         block->region = region;
         return block + 1;
@@ -231,18 +229,14 @@ void beginOwned(T* object) noexcept {
     }
 }
 
-/// A block of its own for an object, of a body beside the bodies of a compilation; where it cannot
-/// be had, the object is ended.
+/// A block of its own for an object; where it cannot be had, the object is ended.
 template <class T>
 OrvCountedBlock* makeSeparateBlock(T* object) {
-    constexpr bool isBody = std::is_base_of_v<OrvCyclicPtrBody, T>;
-    constexpr std::size_t size = sizeof(OrvSeparateCountedBlock);
     beginOwned(object);
     try {
-        OrvMemoryRegion* const region = isBody ? OrvCompilationMemory::findBodies() : nullptr;
-        auto* const block = new (OrvCountedObject::memoryFor(size, region)) OrvSeparateCountedBlock;
-        block->size = size;
-        block->region = region;
+        auto* const block =
+            new (OrvMemoryPool::allocate(sizeof(OrvSeparateCountedBlock))) OrvSeparateCountedBlock;
+        block->size = sizeof(OrvSeparateCountedBlock);
         block->dispose = &disposeSeparate<T>;
         block->object = object;
         return block;

@@ -11,8 +11,8 @@
 /// A pointer to a body that is held from outside the graph: by a local, a table, a host.
 ///
 /// Each is a hold on the body's whole group. As a member of a body it would keep the graph alive
-/// for ever; there OrvCyclicMember stands. Dereferencing an empty pointer throws OrvException
-/// with a text that names the operation.
+/// for ever; there OrvCyclicOperand or OrvCyclicMember stands. Dereferencing an empty pointer
+/// throws OrvException with a text that names the operation.
 template <class T>
 class OrvCyclicPtr {
 public:

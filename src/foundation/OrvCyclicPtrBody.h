@@ -10,11 +10,11 @@
 ///
 /// Bodies that refer to each other belong to one group. Every OrvCyclicPtr, OrvCountedPtr or
 /// OrvSimplePtr held outside the graph is a hold on its body's whole group; a pointer that is a
-/// member of a body (OrvCyclicMember) joins the two groups and holds nothing. When the last hold
-/// goes, every body of the group is deleted, in one loop without recursion or allocation. So
-/// cycles are freed like trees, at any depth. While a group is swept, a destructor must not look
-/// at other bodies of its group; where a body says that its destructor has nothing to do, it does
-/// not run.
+/// member of a body (OrvCyclicOperand, OrvCyclicMember) joins the two groups and holds nothing.
+/// When the last hold goes, every body of the group is deleted, in one loop without recursion or
+/// allocation. So cycles are freed like trees, at any depth. While a group is swept, a destructor
+/// must not look at other bodies of its group; where a body says that its destructor has nothing to
+/// do, it does not run.
 ///
 /// Groups are a union-find forest over private fields, and a ring of the bodies of each group:
 /// making, copying and dropping pointers never allocates and never throws. Groups never split.

@@ -12,7 +12,8 @@
 /// It stands behind the operator new of counted objects, counts and bodies, and behind the regions
 /// in which most of them lie (OrvMemoryRegion). It changes nothing of what these promise: every
 /// piece is an allocation of the global operator new, may be given back by another thread than the
-/// one that took it, and is then kept by that one. A thread keeps no more than the limit; what is
+/// one that took it, and is then kept by that one. A thread keeps no more than the limit, and of
+/// the pieces of powers of two only those that leave room for seven more of their size; what is
 /// over goes back at once, and all of it when the thread ends or the library is unloaded. Builds
 /// that look for faults of memory use keep nothing, since a piece that is used again would hide
 /// them.

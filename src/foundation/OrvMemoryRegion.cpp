@@ -110,13 +110,9 @@ OrvMemoryRegion* OrvCompilationMemory::bodies() {
                              : nullptr;
 }
 
-OrvMemoryRegion* OrvCompilationMemory::findBodies() noexcept {
-    return currentMemory != nullptr ? currentMemory->bodies_ : nullptr;
-}
-
 void* OrvCompilationMemory::allocateBody(std::size_t size) {
     const std::size_t whole = sizeof(BodyHeader) + size;
-    OrvMemoryRegion* const region = findBodies();
+    OrvMemoryRegion* const region = currentMemory != nullptr ? currentMemory->bodies_ : nullptr;
     if (region == nullptr || !region->hasRoom(whole)) [[unlikely]] {
         return allocateSlowly(size);
     }

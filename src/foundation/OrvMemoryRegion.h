@@ -139,8 +139,6 @@ public:
     /// std::bad_alloc.
     static OrvMemoryRegion* nodes();
     static OrvMemoryRegion* bodies();
-    /// The region for bodies, if there is one already.
-    static OrvMemoryRegion* findBodies() noexcept;
 
     /// Memory for a body, which remembers its region; throws std::bad_alloc.
     static void* allocateBody(std::size_t size);

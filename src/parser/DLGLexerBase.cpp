@@ -119,12 +119,8 @@ DLGLexerBase::Outcome DLGLexerBase::endLexeme(std::size_t state, int& number) {
 }
 
 // Ends the lexeme that the automaton left in a state that asks for an action, and the token of
-// which it is a part, if it is: then `token`, which has its place, becomes that; else there is none
-// yet.
+// which it is a part, if it is: then `token` becomes that; else there is none yet.
 bool DLGLexerBase::endByAction(Run run, ColumnToken& token) {
-    beginOffset_ = token.getOffset();
-    beginColumn_ = token.getColumn();
-    lexeme_ = run.lexeme();
     int number = automaton_.token[run.state];
     Outcome outcome = endLexeme(run.state, number);
     while (outcome == Outcome::more) {
@@ -145,11 +141,13 @@ bool DLGLexerBase::endByAction(Run run, ColumnToken& token) {
     return true;
 }
 
-// Reads one lexeme; most are a whole token, and leave nothing behind but that.
+// Reads one lexeme; most are a whole token.
 inline bool DLGLexerBase::recognize(ColumnToken& token) {
     const Run run = runAutomaton(beginLexeme());
-    const std::size_t offset = input_->offsetOf(run.begin);
-    token.setPlace(line_, numberBehind(offset - columnOrigin_), offset, input_->offset());
+    lexeme_ = run.lexeme();
+    beginOffset_ = input_->offsetOf(run.begin);
+    beginColumn_ = numberBehind(beginOffset_ - columnOrigin_);
+    token.setPlace(line_, beginColumn_, beginOffset_, input_->offset());
     switch (automaton_.effect[run.state]) {
         case DLGAutomaton::Effect::token:
             token.becomeBorrowed(automaton_.token[run.state], run.lexeme());

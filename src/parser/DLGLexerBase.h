@@ -77,7 +77,7 @@ public:
         mode_ = mode;
     }
 
-    /// The place of the token that is scanned by actions, for what these throw. A line or a column
+    /// The place of the current token, for what is thrown while it is scanned. A line or a column
     /// past the largest number is that number.
     int line() const { return line_; }
     int beginColumn() const { return beginColumn_; }
@@ -155,7 +155,7 @@ private:
     std::ostream& errorStream_;
     const DLGAutomaton& automaton_;
     std::size_t bufferSize_;
-    std::string_view lexeme_;  // on which an action works
+    std::string_view lexeme_;
     // What actions made of the token before that: one piece as it stands where it came from, or
     // several.
     std::string_view text_;

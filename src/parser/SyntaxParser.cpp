@@ -252,7 +252,8 @@ ExpressionPtr SyntaxParser::expression() {
     }
     const Position at = skip();
     ExpressionPtr right = quantified();
-    ExpressionPtr operands = makeOperation<TupleExpressionNode>(*left, at, left, std::move(right));
+    ExpressionPtr operands =
+        makeOperation<TupleExpressionNode>(*left, at, left, std::move(right), memory_);
     return makeOperation<ApplicationExpressionNode>(
         *left, at, OrvRegionText::constant("alternation"), std::move(operands));
 }
@@ -535,7 +536,8 @@ ExpressionPtr SyntaxParser::attribute() {
     const ColumnToken& name = identifier();
     ExpressionPtr text = makeNode<StringConstantNode>(positionOf(name), kept(name.text()));
     ExpressionPtr object = isNext(TOKEN_OF) ? ownerOfAttribute() : currentAt(at);
-    ExpressionPtr arguments = makeNode<TupleExpressionNode>(at, std::move(text), std::move(object));
+    ExpressionPtr arguments =
+        makeNode<TupleExpressionNode>(at, std::move(text), std::move(object), memory_);
     return makeNode<ApplicationExpressionNode>(at, OrvRegionText::constant("attribute"),
                                                std::move(arguments));
 }
