@@ -284,6 +284,7 @@ private:
     OrvCountedPtr<VariableSymbol> boundVariable_;
 };
 
+/// The keys of one sort, the most significant one first; in a region where the sort is in one.
 using SortKeys = OrvRegionVector<SortKey>;
 
 /// "sort { key } & sortd { key } over source".

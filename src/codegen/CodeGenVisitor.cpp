@@ -75,7 +75,7 @@ inline void CodeGenVisitor::visitOperands(ExpressionNode& node) {
             pushText(static_cast<StringConstantNode&>(node).getText());
             break;
         case ExpressionKind::path:
-            CodeGenVisitor::visitPath(static_cast<PathNode&>(node));
+            visitPath(static_cast<PathNode&>(node));
             break;
         default:
             checkVisitDepth(node);

@@ -27,7 +27,7 @@
 ///
 /// Reports nothing: what can fail is an internal inconsistency, and an OrvAssertion. Made on the
 /// stack for one walk; what it built survives it through the results that the driver takes.
-class CodeGenVisitor : public ASTVisitor {
+class CodeGenVisitor final : public ASTVisitor {
 public:
     /// Notes in `map`, where there is one, what was made of which node.
     CodeGenVisitor(const OrvCountedPtr<NameSpace>& nameSpace, const LetVariableUsage& usage,

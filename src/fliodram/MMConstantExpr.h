@@ -2,7 +2,6 @@
 #pragma once
 
 #include <cstddef>
-#include <cstring>
 #include <optional>
 
 #include "fliodram/MMExpr.h"
@@ -12,7 +11,7 @@ class __attribute__((visibility("default"))) MMConstantExpr final : public MMVal
 public:
     explicit MMConstantExpr(const MMValue& value);
     /// A text.
-    explicit MMConstantExpr(const char* text) : MMConstantExpr(text, std::strlen(text)) {}
+    explicit MMConstantExpr(const char* text) : MMConstantExpr(MMValue(text)) {}
     MMConstantExpr(const char* text, std::size_t size)
         : MMValueExpr(MMValue::Kind::text, Ownership::nothing), value_(text, size) {
         addBodyKinds(MM_KIND_CONSTANT);

@@ -47,21 +47,6 @@ const TEFunction& functionType(const Symbol& symbol) {
     return static_cast<const TEFunction&>(*symbol.getType());
 }
 
-// Several arguments are one product.
-bool isDomain(const TypePtr& domain, std::span<const TypePtr* const> arguments) {
-    if (arguments.size() == 1) {
-        return Type::areEqual(domain, *arguments.front());
-    }
-    if (!TEProduct::classof(*domain)) {
-        return false;
-    }
-    const auto& components = static_cast<const TEProduct&>(*domain).components();
-    return std::equal(components.begin(), components.end(), arguments.begin(), arguments.end(),
-                      [](const TypePtr& component, const TypePtr* argument) {
-                          return Type::areEqual(component, *argument);
-                      });
-}
-
 // A message about a name.
 std::string named(std::string_view before, std::string_view name, std::string_view behind) {
     return std::string(before).append(name).append(behind);
@@ -290,31 +275,17 @@ void ASTTypeCheckVisitor::visitApplicationExpression(ApplicationExpressionNode& 
     arguments_.truncate(first);
 }
 
-// Binds a call to the overload for these arguments; returns false where there is none. Types that
-// no function takes are compared as a whole.
+// Binds a call to the overload for these arguments; returns false where there is none, as for a
+// type that no function takes.
 inline bool ASTTypeCheckVisitor::resolve(ResolvedFunctionNode& node, const SymbolView& candidates,
                                          Arguments arguments) {
     TypeStructures structures;
     for (const TypePtr* const argument : arguments) {
         structures.add(**argument);
     }
-    if (!structures.isExact()) {
-        return resolveByTypes(node, candidates, arguments);
-    }
-    for (SymbolView rest = candidates; !rest.empty(); rest = rest.rest()) {
+    for (SymbolView rest = candidates; structures.isExact() && !rest.empty(); rest = rest.rest()) {
         const auto& function = static_cast<const FunctionSymbol&>(*rest.front().get());
         if (function.getParameters() == structures) {
-            node.setResolvedFunction(OrvConverter<FunctionSymbol, Symbol>::toCounted(rest.front()));
-            return true;
-        }
-    }
-    return false;
-}
-
-bool ASTTypeCheckVisitor::resolveByTypes(ResolvedFunctionNode& node, const SymbolView& candidates,
-                                         Arguments arguments) {
-    for (SymbolView rest = candidates; !rest.empty(); rest = rest.rest()) {
-        if (isDomain(functionType(*rest.front()).getDomain(), arguments)) {
             node.setResolvedFunction(OrvConverter<FunctionSymbol, Symbol>::toCounted(rest.front()));
             return true;
         }

@@ -116,8 +116,6 @@ private:
     const SymbolView& functionsNamed(std::string_view name);
     static bool resolve(ResolvedFunctionNode& node, const SymbolView& candidates,
                         Arguments arguments);
-    [[gnu::noinline]] static bool resolveByTypes(ResolvedFunctionNode& node,
-                                                 const SymbolView& candidates, Arguments arguments);
     void reportNoOverload(const ApplicationExpressionNode& node, const SymbolView& candidates,
                           Arguments arguments);
     void reportNoOverload(const RelationalExpressionNode& node, const SymbolView& candidates,
