@@ -49,6 +49,8 @@ private:
 template <class T>
 struct OrvPoolAllocator {
     using value_type = T;
+    // NOLINTNEXTLINE(bugprone-sizeof-expression): of a pointer, too, that is what is meant
+    static constexpr std::size_t elementSize = sizeof(T);
 
     OrvPoolAllocator() = default;
     template <class U>
@@ -68,10 +70,6 @@ struct OrvPoolAllocator {
     friend bool operator==(const OrvPoolAllocator& /*left*/, const OrvPoolAllocator& /*right*/) {
         return true;
     }
-
-private:
-    // NOLINTNEXTLINE(bugprone-sizeof-expression): of a pointer, too, that is what is meant
-    static constexpr std::size_t elementSize = sizeof(T);
 };
 
 template <class T>

@@ -88,6 +88,7 @@ private:
 template <class T>
 struct OrvRegionAllocator {
     using value_type = T;
+    static constexpr std::size_t elementSize = OrvPoolAllocator<T>::elementSize;
 
     explicit OrvRegionAllocator(OrvMemoryRegion* memory = nullptr) noexcept : region(memory) {}
     template <class U>
@@ -95,8 +96,9 @@ struct OrvRegionAllocator {
     OrvRegionAllocator(const OrvRegionAllocator<U>& other) noexcept : region(other.region) {}
 
     T* allocate(std::size_t count) {
-        return region != nullptr && count <= std::numeric_limits<std::size_t>::max() / sizeof(T)
-                   ? static_cast<T*>(region->allocate(count * sizeof(T)))
+        const std::size_t mostElements = std::numeric_limits<std::size_t>::max() / elementSize;
+        return region != nullptr && count <= mostElements
+                   ? static_cast<T*>(region->allocate(count * elementSize))
                    : OrvPoolAllocator<T>().allocate(count);
     }
     void deallocate(T* memory, std::size_t count) noexcept {
