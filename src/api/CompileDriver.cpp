@@ -3,7 +3,6 @@
 #include <iostream>
 
 #include "codegen/CodeGenVisitor.h"
-#include "foundation/OrvMemoryRegion.h"
 #include "namespace/CreateNameSpaceVisitor.h"
 #include "namespace/TopLevelEnvironment.h"
 #include "parser/SyntaxParser.h"
@@ -103,14 +102,14 @@ void reportParseException(ExprParserDialogs& dialogs, const ParseException& exce
 
 }  // namespace
 
-OrvCountedPtr<CompileResult> CompileDriver::compile(ExprParserDialogs& dialogs,
+OrvCountedPtr<CompileResult> CompileDriver::compile(OrvCompilationMemory& memory,
+                                                    ExprParserDialogs& dialogs,
                                                     const std::string& text,
                                                     const TypeRequirement& requirement,
                                                     SourceMap* map) noexcept {
     if (map != nullptr) {
         map->clear();
     }
-    OrvCompilationMemory memory;
     try {
         return runPhases(memory, dialogs, text, requirement, map);
     } catch (const ParseException& exception) {

@@ -8,6 +8,7 @@
 #include "codegen/SourceMap.h"
 #include "fliodram/MMObjectVarExpr.h"
 #include "foundation/OrvCountedPtr.h"
+#include "foundation/OrvMemoryRegion.h"
 
 /// What a compilation yields: a body, and the variable that stands for the object on which it will
 /// be evaluated.
@@ -21,8 +22,10 @@ class CompileDriver {
 public:
     /// Compiles `text` up to its first NUL. Messages go to `dialogs`. Returns an empty pointer
     /// when the text does not compile, when a dialog throws or when memory is short; throws
-    /// nothing. Fills `map` where there is one; leaves it empty with the result.
-    static OrvCountedPtr<CompileResult> compile(ExprParserDialogs& dialogs, const std::string& text,
+    /// nothing. Fills `map` where there is one; leaves it empty with the result. The tree and the
+    /// targets are made in `memory`, which is made for this compilation.
+    static OrvCountedPtr<CompileResult> compile(OrvCompilationMemory& memory,
+                                                ExprParserDialogs& dialogs, const std::string& text,
                                                 const TypeRequirement& requirement,
                                                 SourceMap* map = nullptr) noexcept;
 };

@@ -8,7 +8,8 @@
 
 namespace {
 
-// Wraps a compiled body as a function of the object on which it will be evaluated.
+// Wraps a compiled body as a function of the object on which it will be evaluated. With that the
+// graph is whole.
 template <class Abstraction, class Body>
 OrvCountedPtr<Abstraction> abstractionOf(const OrvCountedPtr<CompileResult>& result) {
     if (!result) {
@@ -18,22 +19,35 @@ OrvCountedPtr<Abstraction> abstractionOf(const OrvCountedPtr<CompileResult>& res
     const OrvCyclicLoan<MMObjectVarExpr> variable(result->objectVariable.get());
     const OrvCyclicLoan<OrvCyclicPtrBody> whole(result->body.get());
     const OrvCyclicLoan<Body> body(OrvConverter<Body, OrvCyclicPtrBody>::toBorrowed(whole));
-    return OrvCountedPtr<Abstraction>(new Abstraction(variable, body));
+    OrvCountedPtr<Abstraction> abstraction(new Abstraction(variable, body));
+    abstraction->settle();
+    return abstraction;
 }
 
 OrvCountedPtr<MMValueAbsExpr> compileCondition(ExprParserDialogs& dialogs, const std::string& text,
                                                SourceMap* map) {
     const ConditionTypeRequirement requirement;
+    OrvCompilationMemory memory;
     return abstractionOf<MMValueAbsExpr, MMValueExpr>(
-        CompileDriver::compile(dialogs, text, requirement, map));
+        CompileDriver::compile(memory, dialogs, text, requirement, map));
+}
+
+OrvCountedPtr<MMValueAbsExpr> compileAssociatedAttribute(ExprParserDialogs& dialogs,
+                                                         const std::string& text,
+                                                         SourceMap* map = nullptr) {
+    const AssociatedAttributeTypeRequirement requirement;
+    OrvCompilationMemory memory;
+    return abstractionOf<MMValueAbsExpr, MMValueExpr>(
+        CompileDriver::compile(memory, dialogs, text, requirement, map));
 }
 
 OrvCountedPtr<MMObjectCollectionAbsExpr> compileAssociation(ExprParserDialogs& dialogs,
                                                             const std::string& text,
                                                             SourceMap* map) {
     const ComplexAssociationTypeRequirement requirement;
+    OrvCompilationMemory memory;
     return abstractionOf<MMObjectCollectionAbsExpr, MMObjectCollectionExpr>(
-        CompileDriver::compile(dialogs, text, requirement, map));
+        CompileDriver::compile(memory, dialogs, text, requirement, map));
 }
 
 }  // namespace
@@ -51,12 +65,9 @@ OrvCountedPtr<MMValueAbsExpr> ExprParser::parseMappedCondition(ExprParserDialogs
 
 OrvCountedPtr<MMValueAbsExpr> ExprParser::parseAssociatedAttribute(ExprParserDialogs& dialogs,
                                                                    const std::string& text) {
-    const AssociatedAttributeTypeRequirement requirement;
-    OrvCountedPtr<CompileResult> result = compileAttributeShortcut(text);
-    if (!result) {
-        result = CompileDriver::compile(dialogs, text, requirement);
-    }
-    return abstractionOf<MMValueAbsExpr, MMValueExpr>(result);
+    const OrvCountedPtr<CompileResult> result = compileAttributeShortcut(text);
+    return result ? abstractionOf<MMValueAbsExpr, MMValueExpr>(result)
+                  : compileAssociatedAttribute(dialogs, text);
 }
 
 // The short-cut knows no places, so a bare attribute is compiled like any other text, and shows no
@@ -64,15 +75,13 @@ OrvCountedPtr<MMValueAbsExpr> ExprParser::parseAssociatedAttribute(ExprParserDia
 OrvCountedPtr<MMValueAbsExpr> ExprParser::parseMappedAssociatedAttribute(ExprParserDialogs& dialogs,
                                                                          const std::string& text,
                                                                          SourceMap& map) {
-    const AssociatedAttributeTypeRequirement requirement;
-    const bool isBare = !findBareAttribute(text).empty();
-    CodeGeneratorDialogs silent;
-    OrvCountedPtr<CompileResult> result =
-        CompileDriver::compile(isBare ? silent : dialogs, text, requirement, &map);
-    if (!result && isBare) {
-        result = compileAttributeShortcut(text);
+    if (findBareAttribute(text).empty()) {
+        return compileAssociatedAttribute(dialogs, text, &map);
     }
-    return abstractionOf<MMValueAbsExpr, MMValueExpr>(result);
+    CodeGeneratorDialogs silent;
+    OrvCountedPtr<MMValueAbsExpr> compiled = compileAssociatedAttribute(silent, text, &map);
+    return compiled ? compiled
+                    : abstractionOf<MMValueAbsExpr, MMValueExpr>(compileAttributeShortcut(text));
 }
 
 OrvCountedPtr<MMObjectCollectionAbsExpr> ExprParser::parseComplexAssociation(

@@ -108,17 +108,23 @@ void ASTPrintVisitor::visitExistentialQuantifier(ExistentialQuantifierNode& node
     writeQuantifier("ExistentialQuantifier", node);
 }
 
+void ASTPrintVisitor::beginOperation(const BinaryExpressionNode& node) {
+    beginNode("BinaryExpression", node);
+    write(" op=");
+    write(nameOf(node.getOp()));
+    write(", lhs=");
+}
+
 void ASTPrintVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
     const LeftSpine spine(node);
-    for (const BinaryExpressionNode* binary : spine) {
-        beginNode("BinaryExpression", *binary);
-        write(" op=");
-        write(nameOf(binary->getOp()));
-        write(", lhs=");
+    beginOperation(node);
+    for (const BinaryExpressionNode* binary = &node; binary != &spine.innermost();) {
+        binary = static_cast<const BinaryExpressionNode*>(binary->getLhs().get());
+        beginOperation(*binary);
     }
     writeExpression("", spine.innermostOperand());
-    for (auto binary = spine.rbegin(); binary != spine.rend(); ++binary) {
-        writeExpression(", rhs=", (*binary)->getRhs());
+    for (const BinaryExpressionNode& binary : spine) {
+        writeExpression(", rhs=", binary.getRhs());
         write(" )");
     }
 }

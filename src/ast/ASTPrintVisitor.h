@@ -51,6 +51,7 @@ private:
     void writeExpression(std::string_view field, const ExpressionPtr& expression);
     void writeOptional(std::string_view field, ASTNode* node);
     void writeQuantifier(std::string_view tag, const QuantifierNode& node);
+    void beginOperation(const BinaryExpressionNode& node);
 
     std::ostream& stream_;
 };

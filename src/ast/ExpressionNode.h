@@ -127,24 +127,46 @@ public:
 };
 
 /// A logical or arithmetic operation. Operators that are left-associative form chains through
-/// `lhs` that may be as long as a text: see LeftSpine.
+/// `lhs` that may be as long as a text: see LeftSpine, which follows them upward. An operation that
+/// is the left operand of several others is part of the chain of the first one.
 class BinaryExpressionNode final : public ExpressionNode {
 public:
     BinaryExpressionNode(BinaryOperator op, ExpressionPtr lhs, ExpressionPtr rhs)
         : ExpressionNode(ExpressionKind::binaryExpression),
           op_(op),
           lhs_(std::move(lhs)),
-          rhs_(std::move(rhs)) {}
+          rhs_(std::move(rhs)) {
+        continueChain();
+    }
     void accept(ASTVisitor& visitor) override;
 
     BinaryOperator getOp() const { return op_; }
     const ExpressionPtr& getLhs() const { return lhs_; }
     const ExpressionPtr& getRhs() const { return rhs_; }
 
+    /// Where the chain that ends with this node begins: below it, or with itself.
+    BinaryExpressionNode& getInnermost() const { return *innermost_; }
+    /// The node that continues the chain: of one that is alive, unless this is the chain's last.
+    BinaryExpressionNode* getOuter() const { return outer_; }
+
 private:
+    void continueChain() {
+        if (lhs_.get() == nullptr ||
+            lhs_.get()->getExpressionKind() != ExpressionKind::binaryExpression) {
+            return;
+        }
+        auto& left = static_cast<BinaryExpressionNode&>(*lhs_.get());
+        if (left.outer_ == nullptr) {
+            left.outer_ = this;
+            innermost_ = left.innermost_;
+        }
+    }
+
     BinaryOperator op_;
     ExpressionPtr lhs_;
     ExpressionPtr rhs_;
+    BinaryExpressionNode* innermost_ = this;
+    BinaryExpressionNode* outer_ = nullptr;
 };
 
 /// "-expr" or "not expr".

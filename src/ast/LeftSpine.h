@@ -1,40 +1,44 @@
 // The chain of binary expressions that leans to the left below one of them.
 #pragma once
 
-#include <iterator>
-
 #include "ast/ExpressionNode.h"
-#include "foundation/SmallArray.h"
 
-/// The binary expressions from `top` down through left operands, as long as these are binary
-/// expressions too. Chains of left-associative operators are as long as a text, and visitors
-/// handle them in a loop: from the top down, then the innermost left operand, then upward the
-/// right ones. Borrows the nodes; made on the stack for one visit.
+/// The binary expressions from the innermost one up to `top`, each the left operand of the next.
+/// Chains of left-associative operators are as long as a text, and visitors handle them in a loop:
+/// the innermost left operand, then upward the right ones. That is the order in which the parser
+/// made them, so that a long chain is read as it lies in memory. Borrows the nodes; made on the
+/// stack for one visit.
 class LeftSpine {
 public:
-    explicit LeftSpine(BinaryExpressionNode& top) {
-        for (BinaryExpressionNode* node = &top; node != nullptr; node = below(*node)) {
-            nodes_.append(node);
+    class Iterator {
+    public:
+        Iterator(BinaryExpressionNode* node, const BinaryExpressionNode* top)
+            : node_(node), top_(top) {}
+
+        BinaryExpressionNode& operator*() const { return *node_; }
+        Iterator& operator++() {
+            node_ = node_ == top_ ? nullptr : node_->getOuter();
+            return *this;
         }
-    }
+        friend bool operator==(const Iterator& left, const Iterator& right) {
+            return left.node_ == right.node_;
+        }
 
-    /// The nodes from the top down.
-    auto begin() const { return nodes_.begin(); }
-    auto end() const { return nodes_.end(); }
+    private:
+        BinaryExpressionNode* node_;
+        const BinaryExpressionNode* top_;
+    };
+
+    explicit LeftSpine(BinaryExpressionNode& top) : top_(top) {}
+
     /// The nodes from the innermost up.
-    auto rbegin() const { return std::make_reverse_iterator(nodes_.end()); }
-    auto rend() const { return std::make_reverse_iterator(nodes_.begin()); }
+    Iterator begin() const { return {&innermost(), &top_}; }
+    Iterator end() const { return {nullptr, &top_}; }
 
+    BinaryExpressionNode& innermost() const { return top_.getInnermost(); }
     /// The left operand of the innermost node.
-    const ExpressionPtr& innermostOperand() const { return nodes_.back()->getLhs(); }
+    const ExpressionPtr& innermostOperand() const { return innermost().getLhs(); }
 
 private:
-    static BinaryExpressionNode* below(const BinaryExpressionNode& node) {
-        ExpressionNode* const lhs = node.getLhs().get();
-        return lhs != nullptr && lhs->getExpressionKind() == ExpressionKind::binaryExpression
-                   ? static_cast<BinaryExpressionNode*>(lhs)
-                   : nullptr;
-    }
-
-    SmallArray<BinaryExpressionNode*, 16> nodes_;
+    BinaryExpressionNode& top_;
 };

@@ -190,10 +190,10 @@ MMValueExpr* newBinary(BinaryOperator op, const OrvCyclicPtr<MMValueExpr>& left,
 void CodeGenVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
     const LeftSpine spine(node);
     auto left = generate<MMValueExpr>(*spine.innermostOperand());
-    for (auto binary = spine.rbegin(); binary != spine.rend(); ++binary) {
-        const auto right = generate<MMValueExpr>(*(*binary)->getRhs());
-        left = OrvCyclicPtr<MMValueExpr>(newBinary((*binary)->getOp(), left, right));
-        note(**binary, (*binary)->getSpan(), *left);
+    for (const BinaryExpressionNode& binary : spine) {
+        const auto right = generate<MMValueExpr>(*binary.getRhs());
+        left = OrvCyclicPtr<MMValueExpr>(newBinary(binary.getOp(), left, right));
+        note(binary, binary.getSpan(), *left);
     }
     push(std::move(left));
 }

@@ -36,6 +36,7 @@ void OrvCyclicPtrBody::joinGroups(OrvCyclicPtrBody& targetGroup) const noexcept 
     upper->holds_ += lower->holds_;
     upper->size_ += lower->size_;
     upper->hasOwners_ = upper->hasOwners_ || lower->hasOwners_;
+    upper->isWholeRegion_ = false;
     std::swap(upper->next_, lower->next_);
     if (this != upper) {
         parent_ = upper;
@@ -82,6 +83,10 @@ void OrvCyclicPtrBody::sweep() const noexcept {
 
 // Of a group in which no destructor has anything to do.
 void OrvCyclicPtrBody::giveBackAll() const noexcept {
+    if (isWholeRegion_) {
+        OrvCompilationMemory::deallocateBodies(place(), size_);
+        return;
+    }
     OrvBodyReturn memory;
     for (const OrvCyclicPtrBody* body = next_; body != this;) {
         memory.add(std::exchange(body, body->next_)->place());
@@ -111,6 +116,7 @@ void OrvCyclicPtrBody::leaveGroup() noexcept {
     heir->holds_ = group->holds_;
     heir->size_ = group->size_ - 1;
     heir->hasOwners_ = group->hasOwners_;
+    heir->isWholeRegion_ = false;
     OrvCyclicPtrBody* last = this;
     while (last->next_ != this) {
         last = last->next_;

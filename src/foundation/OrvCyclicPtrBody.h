@@ -63,6 +63,14 @@ public:
         return root() == other.root();
     }
 
+    /// Called when the last body of a compilation has joined the group, before the compilation's
+    /// memory ends: a group that is all that there is in its region is given back as a whole,
+    /// without a walk over it, unless it is joined with others later.
+    void settle() const noexcept {
+        OrvCyclicPtrBody* const group = root();
+        group->isWholeRegion_ = OrvCompilationMemory::bodyCount() == group->size_;
+    }
+
     static void* operator new(std::size_t size) { return OrvCompilationMemory::allocateBody(size); }
     static void operator delete(void* body) noexcept { OrvCompilationMemory::deallocateBody(body); }
 
@@ -113,6 +121,7 @@ private:
         group.holds_ += holds_;
         ++group.size_;
         group.hasOwners_ = group.hasOwners_ || hasOwners_;
+        group.isWholeRegion_ = false;
     }
     virtual void anchor() const;  // as in OrvObject
     void joinGroups(OrvCyclicPtrBody& targetGroup) const noexcept;
@@ -128,6 +137,7 @@ private:
     mutable std::uint32_t size_ = 1;    // of the whole group; valid in a root
     mutable bool owned_ = false;
     mutable bool isOwner_;
-    mutable bool hasOwners_;  // in the whole group; valid in a root
+    mutable bool hasOwners_;              // in the whole group; valid in a root
+    mutable bool isWholeRegion_ = false;  // the group is all that is in one; valid in a root
     std::uint16_t kinds_ = 0;
 };

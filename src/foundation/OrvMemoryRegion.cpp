@@ -76,7 +76,7 @@ void OrvMemoryRegion::giveBack() noexcept {
 }
 
 OrvCompilationMemory::OrvCompilationMemory() noexcept
-    : outer_(std::exchange(currentMemory, this)) {}
+    : outer_(std::exchange(currentMemory, this)), hasRegions_(OrvMemoryPool::keepsAny()) {}
 
 OrvCompilationMemory::~OrvCompilationMemory() {
     currentMemory = outer_;
@@ -92,8 +92,8 @@ OrvCompilationMemory::~OrvCompilationMemory() {
 
 // The region that is asked for, made when it is asked for first.
 OrvMemoryRegion* OrvCompilationMemory::madeRegion(OrvMemoryRegion*& region, std::size_t firstChunk,
-                                                  std::size_t front) {
-    if (region == nullptr && OrvMemoryPool::keepsAny()) {
+                                                  std::size_t front) const {
+    if (region == nullptr && hasRegions_) {
         region = OrvMemoryRegion::make(firstChunk, front);
     }
     return region;
@@ -101,13 +101,14 @@ OrvMemoryRegion* OrvCompilationMemory::madeRegion(OrvMemoryRegion*& region, std:
 
 OrvMemoryRegion* OrvCompilationMemory::nodes() {
     OrvCompilationMemory* const memory = currentMemory;
-    return memory != nullptr ? madeRegion(memory->nodes_, firstNodeChunk, 0) : nullptr;
+    return memory != nullptr ? memory->madeRegion(memory->nodes_, firstNodeChunk, 0) : nullptr;
 }
 
 OrvMemoryRegion* OrvCompilationMemory::bodies() {
     OrvCompilationMemory* const memory = currentMemory;
-    return memory != nullptr ? madeRegion(memory->bodies_, firstBodyChunk, sizeof(BodyHeader))
-                             : nullptr;
+    return memory != nullptr
+               ? memory->madeRegion(memory->bodies_, firstBodyChunk, sizeof(BodyHeader))
+               : nullptr;
 }
 
 void* OrvCompilationMemory::allocateBody(std::size_t size) {
@@ -123,6 +124,16 @@ void OrvCompilationMemory::deallocateBody(void* body) noexcept {
     if (body != nullptr) {
         OrvBodyReturn().add(body);
     }
+}
+
+void OrvCompilationMemory::deallocateBodies(void* body, std::size_t count) noexcept {
+    (static_cast<BodyHeader*>(body) - 1)->region->release(count);
+}
+
+std::size_t OrvCompilationMemory::bodyCount() noexcept {
+    const OrvMemoryRegion* const region =
+        currentMemory != nullptr ? currentMemory->bodies_ : nullptr;
+    return region != nullptr ? region->objects_ - 1 : 0;
 }
 
 void OrvBodyReturn::add(void* body) noexcept {

@@ -125,7 +125,8 @@ using OrvRegionVector = std::vector<T, OrvRegionAllocator<T>>;
 /// from its region; of nodes and scopes, those that are made with `new (region)`. Another
 /// compilation inside it, by a host's dialogs, has regions of its own. Bodies that a host makes
 /// itself while its dialogs are called stand beside those of the compilation, and belong to the
-/// same thread as these. Where the pool may keep nothing, every object is an allocation by itself.
+/// same thread as these. Where the pool may keep nothing when it begins, every object is an
+/// allocation by itself.
 class __attribute__((visibility("default"))) OrvCompilationMemory {
 public:
     OrvCompilationMemory() noexcept;
@@ -146,14 +147,19 @@ public:
     static void* allocateBody(std::size_t size);
     /// Gives back what allocateBody() returned; null is nothing.
     static void deallocateBody(void* body) noexcept;
+    /// The same for so many bodies at once that stand in the region of this one.
+    static void deallocateBodies(void* body, std::size_t count) noexcept;
+    /// How many bodies stand in the region of this thread; none outside a compilation.
+    static std::size_t bodyCount() noexcept;
 
 private:
-    static OrvMemoryRegion* madeRegion(OrvMemoryRegion*& region, std::size_t firstChunk,
-                                       std::size_t front);
+    OrvMemoryRegion* madeRegion(OrvMemoryRegion*& region, std::size_t firstChunk,
+                                std::size_t front) const;
 
     OrvCompilationMemory* outer_;
     OrvMemoryRegion* nodes_ = nullptr;
     OrvMemoryRegion* bodies_ = nullptr;
+    bool hasRegions_;  // whether the pool kept anything when the compilation began
     bool nodesEndAtOnce_ = false;
 };
 

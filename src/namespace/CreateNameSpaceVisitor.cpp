@@ -104,12 +104,10 @@ void CreateNameSpaceVisitor::visitExistentialQuantifier(ExistentialQuantifierNod
 
 void CreateNameSpaceVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
     const LeftSpine spine(node);
-    for (BinaryExpressionNode* binary : spine) {
-        registerNode(*binary);
-    }
     visitChild(spine.innermostOperand());
-    for (auto binary = spine.rbegin(); binary != spine.rend(); ++binary) {
-        visitChild((*binary)->getRhs());
+    for (BinaryExpressionNode& binary : spine) {
+        registerNode(binary);
+        visitChild(binary.getRhs());
     }
 }
 

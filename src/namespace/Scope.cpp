@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <bit>
 
+#include "foundation/SameName.h"
 #include "foundation/TextOutput.h"
-#include "namespace/SameName.h"
 #include "namespace/SymbolPrintVisitor.h"
 
 namespace {

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "foundation/OrvCountedPtr.h"
+#include "foundation/SameName.h"
 #include "foundation/SmallArray.h"
-#include "namespace/SameName.h"
 #include "namespace/Symbol.h"
 
 /// One region of declarations: a multimap from names to symbols.

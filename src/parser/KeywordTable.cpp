@@ -4,6 +4,7 @@
 #include <array>
 
 #include "foundation/OrvPinnedRegistry.h"
+#include "foundation/SameName.h"
 #include "parser/TokenNumber.h"
 
 namespace {
@@ -68,5 +69,5 @@ int KeywordTable::lookup(std::string_view word) {
         return TOKEN_VARIABLE_OR_FUNCTION;
     }
     const Entry& entry = hashedKeywords.entries[hashOf(word)];
-    return entry.word == word ? entry.tokenNumber : TOKEN_VARIABLE_OR_FUNCTION;
+    return isSameName(entry.word, word) ? entry.tokenNumber : TOKEN_VARIABLE_OR_FUNCTION;
 }

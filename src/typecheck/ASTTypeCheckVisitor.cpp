@@ -10,7 +10,7 @@
 
 #include "ast/LeftSpine.h"
 #include "foundation/OrvConverter.h"
-#include "namespace/SameName.h"
+#include "foundation/SameName.h"
 #include "rw/RWCRegexp.h"
 #include "types/TypeExprPrintVisitor.h"
 
@@ -174,9 +174,9 @@ void ASTTypeCheckVisitor::visitExistentialQuantifier(ExistentialQuantifierNode& 
 void ASTTypeCheckVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
     const LeftSpine spine(node);
     const TypePtr* left = &typeOf(*spine.innermostOperand());
-    for (auto binary = spine.rbegin(); binary != spine.rend(); ++binary) {
-        const TypePtr& right = typeOf(*(*binary)->getRhs());
-        left = &applyBinary(**binary, *left, right);
+    for (const BinaryExpressionNode& binary : spine) {
+        const TypePtr& right = typeOf(*binary.getRhs());
+        left = &applyBinary(binary, *left, right);
     }
     give(*left);
 }

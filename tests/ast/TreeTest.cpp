@@ -74,6 +74,9 @@ TEST(PrintVisitor, Nodes) {
         {make<BinaryExpressionNode>(BinaryOperator::OR, conjunction, two),
          "BinaryExpression@( op=OR, lhs=BinaryExpression@[2:5]( op=AND, lhs=%1, rhs=<<null>> ), "
          "rhs=%2 )"},
+        {make<BinaryExpressionNode>(BinaryOperator::IMPLIES, conjunction, one),
+         "BinaryExpression@( op=IMPLIES, lhs=BinaryExpression@[2:5]( op=AND, lhs=%1, rhs=<<null>> "
+         "), rhs=%1 )"},
         {make<UnaryExpressionNode>(UnaryOperator::NOT, none),
          "UnaryExpression@( op=NOT, expr=<<null>> )"},
         {make<RelationalExpressionNode>(RelationalOperator::LESS, one, none),

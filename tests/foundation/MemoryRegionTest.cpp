@@ -201,6 +201,53 @@ TEST(MemoryRegion, BodiesThatOwnNothingAreNotDestroyed) {
               0);
 }
 
+/// What becomes of a settled group, and what else there is in its region.
+struct SettledCase {
+    bool hasNeighbour, isJoined, isJoinedInRegion, owns;
+};
+
+// Ends a group of two that was settled in a compilation, and tells how many bodies were destroyed.
+int destroyedOf(const SettledCase& settled) {
+    OrvCyclicPtr<Idle> other;
+    {
+        const OrvCompilationMemory memory;
+        other = OrvCyclicPtr<Idle>(new Idle);
+    }
+    if (!settled.isJoinedInRegion) {
+        other = OrvCyclicPtr<Idle>(new Idle);
+    }
+    OrvCyclicPtr<Idle> first;
+    OrvCyclicPtr<Idle> neighbour;
+    {
+        const OrvCompilationMemory memory;
+        first = OrvCyclicPtr<Idle>(new Idle);
+        first->setLink(OrvCyclicPtr<Idle>(new Idle));
+        neighbour = OrvCyclicPtr<Idle>(settled.hasNeighbour ? new Idle : nullptr);
+        first->settle();
+    }
+    if (settled.isJoined) {
+        other->setLink(first);
+    }
+    if (settled.owns) {
+        first->own();
+    }
+    Idle::destroyed = 0;
+    first = nullptr;
+    other = nullptr;
+    return Idle::destroyed;
+}
+
+TEST(MemoryRegion, SettledGroupsEndLikeOthers) {
+    EXPECT_EQ(leftBy([] {
+                  for (unsigned bits = 0; bits < 16; ++bits) {
+                      const SettledCase settled = {(bits & 1U) != 0, (bits & 2U) != 0,
+                                                   (bits & 4U) != 0, (bits & 8U) != 0};
+                      EXPECT_EQ(destroyedOf(settled), settled.owns ? 1 : 0) << bits;
+                  }
+              }),
+              0);
+}
+
 // Of every length around those at which copying changes.
 TEST(MemoryRegion, TextsAreCopied) {
     const std::string source = "0123456789 abcdefghijklmnopqrstuvwxyz";

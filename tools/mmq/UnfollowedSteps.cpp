@@ -47,8 +47,8 @@ public:
     void visitBinaryExpression(BinaryExpressionNode& node) override {
         const LeftSpine spine(node);
         visit(spine.innermostOperand());
-        for (const BinaryExpressionNode* binary : spine) {
-            visit(binary->getRhs());
+        for (const BinaryExpressionNode& binary : spine) {
+            visit(binary.getRhs());
         }
     }
     void visitUnaryExpression(UnaryExpressionNode& node) override { visit(node.getExpr()); }

@@ -230,12 +230,12 @@ void NameVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
     const LeftSpine spine(node);
     visit(spine.innermostOperand());
     Narrowings narrowings = judgeTested(*node.getLhs(), *spine.innermostOperand());
-    for (auto binary = spine.rbegin(); binary != spine.rend(); ++binary) {
-        const BinaryOperator op = (*binary)->getOp();
-        ExpressionNode& right = *(*binary)->getRhs();
+    for (const BinaryExpressionNode& binary : spine) {
+        const BinaryOperator op = binary.getOp();
+        ExpressionNode& right = *binary.getRhs();
         narrow(narrowings, op != BinaryOperator::OR);
         visit(right);
-        if (*binary != &node) {
+        if (&binary != &node) {
             combine(op, right, narrowings);
         }
     }

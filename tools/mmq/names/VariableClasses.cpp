@@ -107,8 +107,8 @@ void VariableClasses::collectTested(ExpressionNode& condition,
     } else if (kind == ExpressionKind::binaryExpression) {
         const LeftSpine spine(static_cast<BinaryExpressionNode&>(condition));
         collectTested(*spine.innermostOperand(), variables);
-        for (const BinaryExpressionNode* binary : spine) {
-            collectTested(*binary->getRhs(), variables);
+        for (const BinaryExpressionNode& binary : spine) {
+            collectTested(*binary.getRhs(), variables);
         }
     }
 }
@@ -152,9 +152,8 @@ ConditionOutcome VariableClasses::judge(ExpressionNode& condition, std::size_t v
         case ExpressionKind::binaryExpression: {
             const LeftSpine spine(static_cast<BinaryExpressionNode&>(condition));
             ConditionOutcome outcome = judge(*spine.innermostOperand(), variable, classes);
-            for (auto binary = spine.rbegin(); binary != spine.rend(); ++binary) {
-                outcome =
-                    combine((*binary)->getOp(), outcome, *(*binary)->getRhs(), variable, classes);
+            for (const BinaryExpressionNode& binary : spine) {
+                outcome = combine(binary.getOp(), outcome, *binary.getRhs(), variable, classes);
             }
             return outcome;
         }

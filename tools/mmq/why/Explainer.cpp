@@ -44,18 +44,15 @@ bool isSameLevel(BinaryOperator left, BinaryOperator right) {
 
 // The operands of a chain of operators that bind alike, such as a + b - c.
 std::vector<ExpressionNode*> chainOperands(BinaryExpressionNode& top) {
-    std::vector<ExpressionNode*> operands;
-    for (BinaryExpressionNode* node : LeftSpine(top)) {
-        if (!isSameLevel(node->getOp(), top.getOp())) {
-            break;
+    const LeftSpine spine(top);
+    std::vector<ExpressionNode*> operands = {spine.innermostOperand().get()};
+    for (BinaryExpressionNode& node : spine) {
+        if (isSameLevel(node.getOp(), top.getOp())) {
+            operands.push_back(node.getRhs().get());
+        } else {
+            operands = {&node};
         }
-        if (!operands.empty()) {
-            operands.pop_back();
-        }
-        operands.push_back(node->getRhs().get());
-        operands.push_back(node->getLhs().get());
     }
-    std::reverse(operands.begin(), operands.end());
     return operands;
 }
 

@@ -15,8 +15,8 @@ Number bytesAt(const char* text) {
 }
 
 /// Whether two names are the same. Most that are the same constant are not compared at all. Those
-/// of four to sixteen bytes, which nearly all are, are compared by their first and their last
-/// bytes, which meet or overlap, without a call.
+/// of two to sixteen bytes, which nearly all are, are compared by their first and their last bytes,
+/// which meet or overlap, without a call.
 inline bool isSameName(std::string_view left, std::string_view right) {
     const std::size_t size = left.size();
     if (size != right.size()) {
@@ -35,6 +35,9 @@ inline bool isSameName(std::string_view left, std::string_view right) {
     }
     if (size >= sizeof(std::uint32_t) && size < sizeof(std::uint64_t)) {
         return areEqualBy(std::uint32_t());
+    }
+    if (size >= sizeof(std::uint16_t) && size < sizeof(std::uint32_t)) {
+        return areEqualBy(std::uint16_t());
     }
     return left == right;
 }
