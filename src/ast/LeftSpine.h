@@ -1,6 +1,8 @@
 // The chain of binary expressions that leans to the left below one of them.
 #pragma once
 
+#include <cstdint>
+
 #include "ast/ExpressionNode.h"
 
 /// The binary expressions from the innermost one up to `top`, each the left operand of the next.
@@ -18,6 +20,9 @@ public:
         BinaryExpressionNode& operator*() const { return *node_; }
         Iterator& operator++() {
             node_ = node_ == top_ ? nullptr : node_->getOuter();
+            if (node_ != nullptr) {
+                prefetch(node_->getOuter());
+            }
             return *this;
         }
         friend bool operator==(const Iterator& left, const Iterator& right) {
@@ -25,6 +30,17 @@ public:
         }
 
     private:
+        // A tree larger than the caches is read once a phase: the node behind the one that is
+        // visited now comes meanwhile, with its operands, which mostly stand in front of it.
+        static void prefetch(const BinaryExpressionNode* node) {
+            constexpr std::uintptr_t line = 64;
+            constexpr std::uintptr_t lines = 4;
+            const auto place = reinterpret_cast<std::uintptr_t>(node);
+            for (std::uintptr_t i = 0; i < lines; ++i) {
+                __builtin_prefetch(reinterpret_cast<const void*>(place - i * line));
+            }
+        }
+
         BinaryExpressionNode* node_;
         const BinaryExpressionNode* top_;
     };

@@ -16,6 +16,7 @@
 #include "fliodram/MMOperatorExpr.h"
 #include "fliodram/MMQuantifierExpr.h"
 #include "fliodram/MMSortExpr.h"
+#include "foundation/SameName.h"
 
 namespace {
 
@@ -232,11 +233,62 @@ void CodeGenVisitor::visitRelationalExpression(RelationalExpressionNode& node) {
     generateCall(node, first);
 }
 
+namespace {
+
+// The two operands of a call that reads an attribute of a variable; null for any other call.
+const ExpressionPtr* operandsOfRead(const ApplicationExpressionNode& node) {
+    const ExpressionNode& argument = *node.getExpr();
+    if (argument.getExpressionKind() != ExpressionKind::tupleExpression ||
+        !isSameName(node.getName(), "attribute")) {
+        return nullptr;
+    }
+    const auto operands = static_cast<const TupleExpressionNode&>(argument).getElements();
+    const bool isRead = operands.size() == 2 &&
+                        operands[0]->getExpressionKind() == ExpressionKind::stringConstant &&
+                        operands[1]->getExpressionKind() == ExpressionKind::path;
+    return isRead ? operands.data() : nullptr;
+}
+
+// Whether all paths like this one are one target: the variable of an object.
+bool isObjectVariable(const PathNode& path) {
+    return !path.getAssociation() && !path.isAnchor(AnchorKind::MODEL) &&
+           TypeExpression::isObject(path.getAnchorVariable()->getType());
+}
+
+}  // namespace
+
+// Where a read is kept, with its target if there is one already; null for what is no read.
+inline CodeGenVisitor::Read* CodeGenVisitor::findRead(const ApplicationExpressionNode& node) {
+    const ExpressionPtr* const operands = map_ == nullptr ? operandsOfRead(node) : nullptr;
+    if (operands == nullptr || !isObjectVariable(static_cast<const PathNode&>(*operands[1]))) {
+        return nullptr;
+    }
+    const auto attribute = static_cast<const StringConstantNode&>(*operands[0]).getText();
+    const auto* const variable =
+        static_cast<const PathNode&>(*operands[1]).getAnchorVariable().get();
+    const std::size_t first = attribute.empty() ? 0 : static_cast<unsigned char>(attribute.front());
+    Read& read = reads_[(attribute.size() + first) % reads_.size()];
+    if (read.variable != variable || !isSameName(read.attribute, attribute)) {
+        read.attribute = attribute;
+        read.variable = variable;
+        read.target = nullptr;
+    }
+    return &read;
+}
+
 // The argument pushes as many results as the function takes, in the order of the text.
 void CodeGenVisitor::visitApplicationExpression(ApplicationExpressionNode& node) {
+    Read* const read = findRead(node);
+    if (read != nullptr && read->target) {
+        push(TargetPtr(read->target));
+        return;
+    }
     const std::size_t first = stack_.size();
     visitOperands(*node.getExpr());
     generateCall(node, first);
+    if (read != nullptr) {
+        read->target = stack_.back();
+    }
 }
 
 // ---------------------------------------------------------------- iterations

@@ -1,7 +1,8 @@
 // Code generation: the last walk, from the checked tree to the target expressions.
 #pragma once
 
-#include <string>
+#include <array>
+#include <string_view>
 #include <utility>
 
 #include "ast/ASTVisitor.h"
@@ -23,7 +24,8 @@
 /// comparisons are built by the generator of the function symbol that the checker chose, variables
 /// by that of the variable symbol: all uses of a symbol share one target, which is how variables
 /// are bound. Steps with a label are known before what is below them is generated, so that
-/// references make the graph cyclic; a step with several parents is generated once.
+/// references make the graph cyclic; a step with several parents is generated once. What reads the
+/// same attribute of the same variable is mostly one target, too, where no map asks for each.
 ///
 /// Reports nothing: what can fail is an internal inconsistency, and an OrvAssertion. Made on the
 /// stack for one walk; what it built survives it through the results that the driver takes.
@@ -65,6 +67,13 @@ public:
 private:
     class Retriever;
 
+    /// A read of an attribute of a variable, and the target that it became.
+    struct Read {
+        std::string_view attribute;
+        const VariableSymbol* variable = nullptr;
+        TargetPtr target;
+    };
+
     void push(TargetPtr&& target) { stack_.append(std::move(target)); }
     TargetPtr pop();
     template <class Target>
@@ -93,6 +102,7 @@ private:
     template <class Quantifier>
     void generateQuantifier(const QuantifierNode& node);
     void generateCall(const ResolvedFunctionNode& node, std::size_t first);
+    Read* findRead(const ApplicationExpressionNode& node);
     template <class If, class Branch>
     void generateIf(const OrvCyclicPtr<MMValueExpr>& test, const TargetPtr& thenBranch,
                     const TargetPtr& elseBranch);
@@ -108,6 +118,7 @@ private:
     SourceMap* map_;
     TargetTable<ASTNode, MMAssociationTraversal> steps_;
     TargetTable<VariableSymbol, OrvCyclicPtrBody> variables_;
+    std::array<Read, 4> reads_;  // each at a place that follows from its name
     SmallArray<TargetPtr, 16> stack_;
     OrvCyclicPtr<MMObjectVarExpr> thisVariable_;
     TargetPtr result_;

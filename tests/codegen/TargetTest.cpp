@@ -108,6 +108,14 @@ TEST(Target, ConstantsAttributesAndOperators) {
 $n ==> $n.v1 ;; ($n) ==> $n.v1 ;; $n of this ==> $n.v1 ;; $n of current ==> $n.v1
 attribute ("n", this) ==> $n.v1 ;; attribute ($m, this) ==> Attr($m.v1, v1)
 $n of model ==> Attr('n', Model(v1))
+// Reads of an attribute that the expression reads before, and others that look like them.
+$n + $v + $n ==> Arithmetic(Arithmetic($n.v1, 1, $v.v1), 1, $n.v1)
+$n + attribute ("n", current) ==> Arithmetic($n.v1, 1, $n.v1)
+$n of model + $n of model ==> Arithmetic(Attr('n', Model(v1)), 1, Attr('n', Model(v1)))
+$n of [n] + $n ==> Arithmetic(Delimiter(', ', Map(ValueAbs(v2, $n.v2), n:v1)), 1, $n.v1)
+let x = [a] in $n of x + $n of x ==> LetValue(b1=ObjectCollectionBinding(a:v1),
+ Arithmetic(Delimiter(', ', Map(ValueAbs(v2, $n.v2), b1)), 1,
+ Delimiter(', ', Map(ValueAbs(v3, $n.v3), b1))))
 // Arithmetic.
 1 + 2 ==> Arithmetic(#1, 1, #2) ;; 1 - 2 ==> Arithmetic(#1, 2, #2)
 1 * 2 ==> Arithmetic(#1, 3, #2) ;; 1 / 2 ==> Arithmetic(#1, 4, #2)
@@ -128,6 +136,7 @@ this = model ==> ObjectEquality(v1, 1, Model(v1)) ;; this <> current ==> ObjectE
 [a] < [b] ==> ObjectSet(a:v1, 3, b:v1) ;; [a] <= [b] ==> ObjectSet(a:v1, 4, b:v1)
 [a] > [b] ==> ObjectSet(b:v1, 3, a:v1) ;; [a] >= [b] ==> ObjectSet(b:v1, 4, a:v1)
 let x = [a] in x > [b] ==> LetValue(b1=ObjectCollectionBinding(a:v1), ObjectSet(b:v1, 3, b1))
+for_all x in [a] => $n of x = $n of this ==> All(a:v1, Relational($n.v2, 1, $n.v1), v2)
 // Comparisons with patterns: the pattern, on the right, comes first.
 $n ~= "p" ==> RegExpMatch('p', $n.v1) ;; "p" ~= $n ==> RegExpMatch($n.v1, 'p')
 $n ~<> "p" ==> Boolean(RegExpMatch('p', $n.v1), 3, null)
