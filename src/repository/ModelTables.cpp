@@ -5,8 +5,7 @@ std::string_view ModelTables::nameOf(MMObject object) const {
     if (owner.nameFeature == FeatureMap::none) {
         return {};
     }
-    const TextRef name = owner.features[owner.nameFeature].values.at(index(object));
-    return name.isAbsent() ? std::string_view() : texts.view(name);
+    return owner.features[owner.nameFeature].values.view(index(object), texts);
 }
 
 MMObjectRange ModelTables::childrenOf(ObjectNumber number) const {

@@ -3,6 +3,28 @@
 // look at another feature, the column leaves it to the model's other operations.
 #include "repository/RepositoryModel.h"
 
+// A reference reads as the name of its target, which may stand anywhere: the names of the classes
+// that references lead to are packed.
+void RepositoryModel::packNames() {
+    std::vector<bool> isReferenced(tables_.classes.size());
+    for (const ClassRecord& owner : tables_.classes) {
+        for (const FeatureRecord& feature : owner.features) {
+            if (feature.isContainment) {
+                continue;
+            }
+            for (const MMObject target : feature.targets.targets()) {
+                isReferenced[ModelTables::classNumber(target)] = true;
+            }
+        }
+    }
+    for (std::size_t number = 0; number < isReferenced.size(); ++number) {
+        ClassRecord& target = tables_.classes[number];
+        if (isReferenced[number] && target.nameFeature != FeatureMap::none) {
+            target.features[target.nameFeature].values.pack(tables_.texts);
+        }
+    }
+}
+
 // What an absent value of an attribute reads as is the same for all objects of a class, unless
 // another feature of the object stands in for it.
 void RepositoryModel::prepareColumns() {

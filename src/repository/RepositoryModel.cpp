@@ -59,6 +59,7 @@ RepositoryModel::RepositoryModel(ModelTables tables)
         fallbacks_[number].owned = tables_.featureNames.find(ownedName(name));
         fallbacks_[number].inverse = inverseOf(name);
     }
+    packNames();
     prepareColumns();
     offerColumns();
 }

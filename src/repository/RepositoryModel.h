@@ -116,6 +116,7 @@ private:
     class TextList;
 
     void noteKinds();
+    void packNames();
     void prepareColumns();
     template <class Column>
     Column columnOf(MMObject object) const;

@@ -58,6 +58,8 @@ public:
     };
     OutsideRange outsideAt(std::uint32_t owner) const;
 
+    /// All objects that are reached, those of one owner behind those of the one before it.
+    const std::vector<MMObject>& targets() const { return targets_; }
     bool empty() const { return targets_.empty() && outside_.empty(); }
 
     /// Fills in what a column of the model shows to expressions.

@@ -117,6 +117,20 @@ TextRef ValueColumn::findSparse(std::uint32_t owner) const {
                : TextRef();
 }
 
+void ValueColumn::pack(const TextStore& texts) {
+    if (shape_ != Shape::placed) {
+        return;
+    }
+    packedPlaces_ = places_;
+    for (MMTextPlace& place : packedPlaces_) {
+        if (place.length < MMTextPlace::elsewhere) {
+            const std::string_view text = texts.view(refOf(place));
+            place.offset = static_cast<std::uint32_t>(packed_.size());
+            packed_.append(text);
+        }
+    }
+}
+
 void ValueColumn::prepare(const TextStore& texts, std::string_view absentText) {
     base_ = texts.base();
     for (const TextRef text : codeTexts_) {
@@ -133,7 +147,8 @@ void ValueColumn::show(MMTextColumn& column) const {
         column.codes = codes_.data();
         column.texts = views_.data();
     } else {
-        column.places = places_.data();
-        column.base = base_;
+        const bool isPacked = !packedPlaces_.empty();
+        column.places = isPacked ? packedPlaces_.data() : places_.data();
+        column.base = isPacked ? packed_.data() : base_;
     }
 }

@@ -3,6 +3,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -65,6 +66,17 @@ public:
         return shape_ == Shape::sparse ? owners_[place] : static_cast<std::uint32_t>(place);
     }
 
+    /// Has the texts stand one behind the other, for a column that is read in no order: where they
+    /// were read, each may lie on a page of its own.
+    void pack(const TextStore& texts);
+    /// The text of an object; without characters where it has none.
+    std::string_view view(std::uint32_t owner, const TextStore& texts) const {
+        if (owner < packedPlaces_.size() && packedPlaces_[owner].length < TextRef::absent) {
+            return {packed_.data() + packedPlaces_[owner].offset, packedPlaces_[owner].length};
+        }
+        return texts.view(at(owner));
+    }
+
     /// Makes ready for show(), with what an object without a value reads as, or a view without data
     /// where that is not the same for all of them. `texts` must live as long as the column.
     void prepare(const TextStore& texts, std::string_view absentText);
@@ -89,7 +101,9 @@ private:
     std::vector<std::string_view> views_;
     std::vector<MMTextPlace> places_;
     std::vector<std::uint32_t> owners_;  // of the places, where the column is sparse
-    const char* base_ = nullptr;         // of the places, for show()
+    std::string packed_;
+    std::vector<MMTextPlace> packedPlaces_;  // the places in that, in a column that is packed
+    const char* base_ = nullptr;             // of the places, for show()
     std::size_t count_ = 0;
     Shape shape_ = Shape::coded;
 };
