@@ -5,6 +5,8 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <string>
+#include <utility>
 
 #include "fliodram/MMModel.h"
 #include "support/OrvStack.h"
@@ -124,6 +126,8 @@ public:
     void giveBack(std::size_t size) { kept_ -= size < kept_ ? size : kept_; }
 
 private:
+    friend class MMTextBuffer;
+
     static constexpr std::size_t bytesPerStep = 64;
 
     void startClock();
@@ -145,6 +149,38 @@ private:
     std::uintptr_t stackLimit_ = 0;
     std::size_t kept_ = 0;  // bytes
     std::chrono::nanoseconds freeTime_{0};
+    std::string spareText_;  // of an MMTextBuffer that is gone; its characters mean nothing
+};
+
+/// A text that grows piece by piece, in memory that the context keeps for the next such text; what
+/// comes of it takes no more than it needs, and one allocation. Made on the stack by what makes the
+/// text; another one may live inside it.
+class MMTextBuffer {
+public:
+    explicit MMTextBuffer(MMEvaluationContext& context) noexcept : context_(context) {
+        text_.swap(context.spareText_);
+        text_.clear();
+    }
+    MMTextBuffer(const MMTextBuffer&) = delete;
+    MMTextBuffer& operator=(const MMTextBuffer&) = delete;
+    ~MMTextBuffer() {
+        if (text_.capacity() <= largestCopied) {
+            text_.swap(context_.spareText_);
+        }
+    }
+
+    /// What the text is appended to.
+    std::string& text() { return text_; }
+    /// The text as it is now: a copy, or itself where it is long. Throws std::bad_alloc.
+    std::string release() {
+        return text_.size() <= largestCopied ? std::string(text_) : std::move(text_);
+    }
+
+private:
+    static constexpr std::size_t largestCopied = 2048;
+
+    MMEvaluationContext& context_;
+    std::string text_;
 };
 
 /// Counts the bytes that a frame of an evaluation keeps, for as long as this object lives in it.

@@ -177,9 +177,9 @@ MMValue MMArithmeticExpr::evaluate(MMEvaluationContext& context) const {
     if (!isAlways(MMValue::Kind::text)) {
         return MMOperatorExpr::evaluate(context);
     }
-    std::string joined;
-    appendText(context, joined);
-    return MMValue(std::move(joined));
+    MMTextBuffer joined(context);
+    appendText(context, joined.text());
+    return MMValue(joined.release());
 }
 
 std::string_view MMArithmeticExpr::evaluateText(MMEvaluationContext& context,

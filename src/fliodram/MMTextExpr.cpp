@@ -139,9 +139,9 @@ MMDelimiterExpr::MMDelimiterExpr(const OrvCyclicPtr<MMValueExpr>& delimiter,
       strings_(*this, strings) {}
 
 MMValue MMDelimiterExpr::evaluate(MMEvaluationContext& context) const {
-    std::string joined;
-    appendText(context, joined);
-    return MMValue(std::move(joined));
+    MMTextBuffer joined(context);
+    appendText(context, joined.text());
+    return MMValue(joined.release());
 }
 
 void MMDelimiterExpr::appendText(MMEvaluationContext& context, std::string& text) const {
