@@ -257,8 +257,9 @@ bool isObjectVariable(const PathNode& path) {
 
 }  // namespace
 
-// Where a read is kept, with its target if there is one already; null for what is no read.
-inline CodeGenVisitor::Read* CodeGenVisitor::findRead(const ApplicationExpressionNode& node) {
+// Where a read has its place, with its target if it has one already; what stood there before makes
+// room. Null for what is no read.
+inline CodeGenVisitor::Read* CodeGenVisitor::placeOfRead(const ApplicationExpressionNode& node) {
     const ExpressionPtr* const operands = map_ == nullptr ? operandsOfRead(node) : nullptr;
     if (operands == nullptr || !isObjectVariable(static_cast<const PathNode&>(*operands[1]))) {
         return nullptr;
@@ -278,7 +279,7 @@ inline CodeGenVisitor::Read* CodeGenVisitor::findRead(const ApplicationExpressio
 
 // The argument pushes as many results as the function takes, in the order of the text.
 void CodeGenVisitor::visitApplicationExpression(ApplicationExpressionNode& node) {
-    Read* const read = findRead(node);
+    Read* const read = placeOfRead(node);
     if (read != nullptr && read->target) {
         push(TargetPtr(read->target));
         return;

@@ -102,7 +102,7 @@ private:
     template <class Quantifier>
     void generateQuantifier(const QuantifierNode& node);
     void generateCall(const ResolvedFunctionNode& node, std::size_t first);
-    Read* findRead(const ApplicationExpressionNode& node);
+    Read* placeOfRead(const ApplicationExpressionNode& node);
     template <class If, class Branch>
     void generateIf(const OrvCyclicPtr<MMValueExpr>& test, const TargetPtr& thenBranch,
                     const TargetPtr& elseBranch);

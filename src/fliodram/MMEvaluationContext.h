@@ -153,18 +153,23 @@ private:
 };
 
 /// A text that grows piece by piece, in memory that the context keeps for the next such text; what
-/// comes of it takes no more than it needs, and one allocation. Made on the stack by what makes the
-/// text; another one may live inside it.
+/// comes of it takes one allocation of its size, unless it is long.
+///
+/// Made on the stack by what makes the text; another one may live inside it. All of them begin with
+/// the same memory, whatever was evaluated before: what a long text takes follows from its pieces.
 class MMTextBuffer {
 public:
-    explicit MMTextBuffer(MMEvaluationContext& context) noexcept : context_(context) {
+    /// Throws std::bad_alloc.
+    explicit MMTextBuffer(MMEvaluationContext& context) : context_(context) {
         text_.swap(context.spareText_);
         text_.clear();
+        text_.reserve(shortest);
+        capacity_ = text_.capacity();
     }
     MMTextBuffer(const MMTextBuffer&) = delete;
     MMTextBuffer& operator=(const MMTextBuffer&) = delete;
     ~MMTextBuffer() {
-        if (text_.capacity() <= largestCopied) {
+        if (text_.capacity() == capacity_) {
             text_.swap(context_.spareText_);
         }
     }
@@ -173,14 +178,15 @@ public:
     std::string& text() { return text_; }
     /// The text as it is now: a copy, or itself where it is long. Throws std::bad_alloc.
     std::string release() {
-        return text_.size() <= largestCopied ? std::string(text_) : std::move(text_);
+        return text_.capacity() == capacity_ ? std::string(text_) : std::move(text_);
     }
 
 private:
-    static constexpr std::size_t largestCopied = 2048;
+    static constexpr std::size_t shortest = 2048;
 
     MMEvaluationContext& context_;
     std::string text_;
+    std::size_t capacity_;  // before it grew
 };
 
 /// Counts the bytes that a frame of an evaluation keeps, for as long as this object lives in it.

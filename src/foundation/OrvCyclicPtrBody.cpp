@@ -36,7 +36,7 @@ void OrvCyclicPtrBody::joinGroups(OrvCyclicPtrBody& targetGroup) const noexcept 
     upper->holds_ += lower->holds_;
     upper->size_ += lower->size_;
     upper->hasOwners_ = upper->hasOwners_ || lower->hasOwners_;
-    upper->isWholeRegion_ = false;
+    upper->isInOneRegion_ = false;
     std::swap(upper->next_, lower->next_);
     if (this != upper) {
         parent_ = upper;
@@ -83,7 +83,7 @@ void OrvCyclicPtrBody::sweep() const noexcept {
 
 // Of a group in which no destructor has anything to do.
 void OrvCyclicPtrBody::giveBackAll() const noexcept {
-    if (isWholeRegion_) {
+    if (isInOneRegion_) {
         OrvCompilationMemory::deallocateBodies(place(), size_);
         return;
     }
@@ -116,7 +116,7 @@ void OrvCyclicPtrBody::leaveGroup() noexcept {
     heir->holds_ = group->holds_;
     heir->size_ = group->size_ - 1;
     heir->hasOwners_ = group->hasOwners_;
-    heir->isWholeRegion_ = false;
+    heir->isInOneRegion_ = false;
     OrvCyclicPtrBody* last = this;
     while (last->next_ != this) {
         last = last->next_;

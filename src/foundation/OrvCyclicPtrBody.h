@@ -63,12 +63,12 @@ public:
         return root() == other.root();
     }
 
-    /// Called when the last body of a compilation has joined the group, before the compilation's
-    /// memory ends: a group that is all that there is in its region is given back as a whole,
-    /// without a walk over it, unless it is joined with others later.
+    /// Called when a compilation has made and joined the last body of the group, of which all were
+    /// made in it, before its memory ends: if that has a region, the group stands in it and is
+    /// given back at once, without a walk over its bodies, unless it is joined with others later.
     void settle() const noexcept {
         OrvCyclicPtrBody* const group = root();
-        group->isWholeRegion_ = OrvCompilationMemory::bodyCount() == group->size_;
+        group->isInOneRegion_ = group->size_ <= OrvCompilationMemory::bodyCount();
     }
 
     static void* operator new(std::size_t size) { return OrvCompilationMemory::allocateBody(size); }
@@ -121,7 +121,7 @@ private:
         group.holds_ += holds_;
         ++group.size_;
         group.hasOwners_ = group.hasOwners_ || hasOwners_;
-        group.isWholeRegion_ = false;
+        group.isInOneRegion_ = false;
     }
     virtual void anchor() const;  // as in OrvObject
     void joinGroups(OrvCyclicPtrBody& targetGroup) const noexcept;
@@ -138,6 +138,6 @@ private:
     mutable bool owned_ = false;
     mutable bool isOwner_;
     mutable bool hasOwners_;              // in the whole group; valid in a root
-    mutable bool isWholeRegion_ = false;  // the group is all that is in one; valid in a root
+    mutable bool isInOneRegion_ = false;  // the whole group, for certain; valid in a root
     std::uint16_t kinds_ = 0;
 };

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <limits>
 #include <vector>
 
@@ -36,6 +37,7 @@ public:
         }
         void* const memory = free_;
         free_ += bytes;
+        prefetch();
         ++objects_;
         return memory;
     }
@@ -67,6 +69,13 @@ private:
 
     static std::size_t aligned(std::size_t size) {
         return (size + alignment - 1) / alignment * alignment;
+    }
+
+    // Objects are written as they are taken: what comes soon is brought into the cache meanwhile.
+    void prefetch() const {
+        constexpr std::uintptr_t ahead = 512;
+        const auto place = reinterpret_cast<std::uintptr_t>(free_) + ahead;
+        __builtin_prefetch(reinterpret_cast<const void*>(place), 1);
     }
 
     friend class OrvCompilationMemory;

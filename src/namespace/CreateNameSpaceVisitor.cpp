@@ -103,6 +103,7 @@ void CreateNameSpaceVisitor::visitExistentialQuantifier(ExistentialQuantifierNod
 }
 
 void CreateNameSpaceVisitor::visitBinaryExpression(BinaryExpressionNode& node) {
+    checkVisitDepth(node);
     const LeftSpine spine(node);
     visitChild(spine.innermostOperand());
     for (BinaryExpressionNode& binary : spine) {

@@ -121,13 +121,18 @@ void ValueColumn::pack(const TextStore& texts) {
     if (shape_ != Shape::placed) {
         return;
     }
+    const auto isPacked = [](MMTextPlace place) { return place.length < MMTextPlace::elsewhere; };
+    std::size_t size = 0;
+    for (const MMTextPlace place : places_) {
+        size += isPacked(place) ? place.length : 0;
+    }
+    packed_.clear();
+    packed_.reserve(size);
     packedPlaces_ = places_;
     for (MMTextPlace& place : packedPlaces_) {
-        if (place.length < MMTextPlace::elsewhere) {
-            const std::string_view text = texts.view(refOf(place));
-            place.offset = static_cast<std::uint32_t>(packed_.size());
-            packed_.append(text);
-        }
+        const std::string_view text = isPacked(place) ? texts.view(refOf(place)) : "";
+        place.offset = static_cast<std::uint32_t>(packed_.size());
+        packed_.append(text);
     }
 }
 

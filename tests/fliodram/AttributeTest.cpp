@@ -152,6 +152,44 @@ TEST(MMValueAbsExpr, WhatAModelThrowsBecomesAnEvaluationError) {
     EXPECT_EQ(expression->apply(context, things[0].handle()).getText(), "Order");
 }
 
+// Of all sizes, one inside the other and one after the other.
+TEST(MMTextBuffer, BeginsEmptyAndGivesWhatWasAppended) {
+    const std::vector<Thing> things;
+    const StructModel model(things);
+    MMEvaluationContext context(model);
+    for (const std::size_t size : {0U, 20U, 3000U, 1U, 2048U, 2047U, 100000U, 15U}) {
+        MMTextBuffer outer(context);
+        EXPECT_EQ(outer.text(), "") << size;
+        outer.text().append(size, 'a');
+        for (int round = 0; round < 2; ++round) {
+            MMTextBuffer inner(context);
+            EXPECT_EQ(inner.text(), "") << size;
+            inner.text().append(size / 2 + 1, 'b');
+            EXPECT_EQ(inner.release(), std::string(size / 2 + 1, 'b'));
+        }
+        EXPECT_EQ(outer.text().append("c"), std::string(size, 'a') + 'c');
+        EXPECT_EQ(outer.release(), std::string(size, 'a') + 'c');
+    }
+}
+
+// What a text takes counts as kept, and must not follow from what was evaluated before.
+TEST(MMTextBuffer, TakesTheSameAfterOtherTexts) {
+    const std::vector<Thing> things;
+    const StructModel model(things);
+    const auto capacityOf = [](MMEvaluationContext& context, std::size_t size) {
+        MMTextBuffer buffer(context);
+        for (std::size_t i = 0; i < size; i += 100) {
+            buffer.text().append(100, 'a');
+        }
+        return buffer.release().capacity();
+    };
+    MMEvaluationContext used(model);
+    for (const std::size_t size : {100U, 2000U, 2100U, 1000U, 3000U, 5000U, 10000U, 2100U, 100U}) {
+        MMEvaluationContext fresh(model);
+        EXPECT_EQ(capacityOf(used, size), capacityOf(fresh, size)) << size;
+    }
+}
+
 TEST(MMEvaluationContext, LimitsEndAnEvaluation) {
     using Kind = MMEvaluationError::Kind;
     const std::vector<Thing> things;

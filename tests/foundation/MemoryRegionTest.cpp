@@ -8,6 +8,7 @@
 #include <cstdint>
 #include <functional>
 #include <new>
+#include <optional>
 #include <string>
 #include <thread>
 #include <utility>
@@ -203,10 +204,10 @@ TEST(MemoryRegion, BodiesThatOwnNothingAreNotDestroyed) {
 
 /// What becomes of a settled group, and what else there is in its region.
 struct SettledCase {
-    bool hasNeighbour, isJoined, isJoinedInRegion, owns;
+    bool isInRegion, hasNeighbour, isJoined, isJoinedInRegion, owns;
 };
 
-// Ends a group of two that was settled in a compilation, and tells how many bodies were destroyed.
+// Ends a group of two that was settled, and tells how many bodies were destroyed.
 int destroyedOf(const SettledCase& settled) {
     OrvCyclicPtr<Idle> other;
     {
@@ -219,7 +220,10 @@ int destroyedOf(const SettledCase& settled) {
     OrvCyclicPtr<Idle> first;
     OrvCyclicPtr<Idle> neighbour;
     {
-        const OrvCompilationMemory memory;
+        std::optional<OrvCompilationMemory> memory;
+        if (settled.isInRegion) {
+            memory.emplace();
+        }
         first = OrvCyclicPtr<Idle>(new Idle);
         first->setLink(OrvCyclicPtr<Idle>(new Idle));
         neighbour = OrvCyclicPtr<Idle>(settled.hasNeighbour ? new Idle : nullptr);
@@ -239,9 +243,10 @@ int destroyedOf(const SettledCase& settled) {
 
 TEST(MemoryRegion, SettledGroupsEndLikeOthers) {
     EXPECT_EQ(leftBy([] {
-                  for (unsigned bits = 0; bits < 16; ++bits) {
+                  for (unsigned bits = 0; bits < 32; ++bits) {
                       const SettledCase settled = {(bits & 1U) != 0, (bits & 2U) != 0,
-                                                   (bits & 4U) != 0, (bits & 8U) != 0};
+                                                   (bits & 4U) != 0, (bits & 8U) != 0,
+                                                   (bits & 16U) != 0};
                       EXPECT_EQ(destroyedOf(settled), settled.owns ? 1 : 0) << bits;
                   }
               }),

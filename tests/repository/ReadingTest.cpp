@@ -277,6 +277,28 @@ TEST(Columns, HoldFewValuesOfManyObjects) {
     }
 }
 
+// References read as the names of what they lead to: as they were written, composed, or none.
+TEST(Columns, KnowTheNamesThatReferencesLeadTo) {
+    constexpr int count = 60;
+    std::string objects;
+    std::vector<std::string> names;
+    for (int i = 0; i < count; ++i) {
+        const std::string number = std::to_string(i);
+        names.push_back(i % 7 == 3 ? "" : i % 7 == 5 ? "a&b" + number : "n" + number);
+        const std::string written = i % 7 == 5 ? "a&amp;b" + number : names.back();
+        objects += "<b xmi:id='o" + number + "' r='o" + std::to_string((i + 1) % count) + "'" +
+                   (i % 14 == 3 ? "" : " name='" + written + "'") + "/>";
+    }
+    const auto model = readModelText(xmi("<uml:A>" + objects + "</uml:A>"), "doc");
+    for (int i = 0; i < count; ++i) {
+        const std::string uid = "o" + std::to_string(i);
+        const int next = (i + 1) % count;
+        const std::string& name = names[static_cast<std::size_t>(next)];
+        EXPECT_EQ(ask(*model, uid, "$name"), names[static_cast<std::size_t>(i)]);
+        EXPECT_EQ(ask(*model, uid, "$r"), name.empty() ? "o" + std::to_string(next) : name);
+    }
+}
+
 TEST(Columns, TellWhetherTargetsAreDistinct) {
     const auto model = readModelText(
         xmi("<uml:A xmi:id='a' r='b a' s='a b a'/><uml:A xmi:id='b' r='a b' s='b'/>"), "doc");
