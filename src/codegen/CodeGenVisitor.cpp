@@ -24,6 +24,9 @@ namespace {
     throwLogged(OrvAssertion("false", "CodeGenVisitor", 0, message));
 }
 
+// The root, an operator, and of each read the call, its tuple, the name and the path.
+constexpr std::size_t nodesOfTwoReads = 10;
+
 constexpr const char* wrongLetType = "Type is not appropriate for generating a let binding.";
 
 }  // namespace
@@ -44,7 +47,10 @@ private:
 
 CodeGenVisitor::CodeGenVisitor(const OrvCountedPtr<NameSpace>& nameSpace,
                                const LetVariableUsage& usage, SourceMap* map)
-    : nameSpace_(nameSpace), usage_(usage), map_(map) {}
+    : nameSpace_(nameSpace),
+      usage_(usage),
+      map_(map),
+      sharesReads_(map == nullptr && nameSpace->entries().size() >= nodesOfTwoReads) {}
 
 // ---------------------------------------------------------------- results and variables
 
@@ -257,24 +263,32 @@ bool isObjectVariable(const PathNode& path) {
 
 }  // namespace
 
-// Where a read has its place, with its target if it has one already; what stood there before makes
-// room. Null for what is no read.
+// Where a read has its place, with its target if it has one already; null for what is no read.
 inline CodeGenVisitor::Read* CodeGenVisitor::placeOfRead(const ApplicationExpressionNode& node) {
-    const ExpressionPtr* const operands = map_ == nullptr ? operandsOfRead(node) : nullptr;
+    const ExpressionPtr* const operands = sharesReads_ ? operandsOfRead(node) : nullptr;
     if (operands == nullptr || !isObjectVariable(static_cast<const PathNode&>(*operands[1]))) {
         return nullptr;
     }
     const auto attribute = static_cast<const StringConstantNode&>(*operands[0]).getText();
-    const auto* const variable =
-        static_cast<const PathNode&>(*operands[1]).getAnchorVariable().get();
-    const std::size_t first = attribute.empty() ? 0 : static_cast<unsigned char>(attribute.front());
-    Read& read = reads_[(attribute.size() + first) % reads_.size()];
-    if (read.variable != variable || !isSameName(read.attribute, attribute)) {
-        read.attribute = attribute;
-        read.variable = variable;
-        read.target = nullptr;
+    const auto& variable = *static_cast<const PathNode&>(*operands[1]).getAnchorVariable();
+    for (Read& read : reads_) {
+        if (read.variable == &variable && isSameName(read.attribute, attribute)) {
+            return &read;
+        }
     }
-    return &read;
+    return &addRead(attribute, variable);
+}
+
+// A read that is none of the last ones; it takes the place of the oldest.
+CodeGenVisitor::Read& CodeGenVisitor::addRead(std::string_view attribute,
+                                              const VariableSymbol& variable) {
+    if (reads_.size() < mostReads) {
+        reads_.append(attribute, &variable, TargetPtr());
+        return reads_.back();
+    }
+    Read& oldest = reads_[nextRead_++ % mostReads];
+    oldest = {attribute, &variable, TargetPtr()};
+    return oldest;
 }
 
 // The argument pushes as many results as the function takes, in the order of the text.

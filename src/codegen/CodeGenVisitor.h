@@ -1,7 +1,6 @@
 // Code generation: the last walk, from the checked tree to the target expressions.
 #pragma once
 
-#include <array>
 #include <string_view>
 #include <utility>
 
@@ -67,6 +66,8 @@ public:
 private:
     class Retriever;
 
+    static constexpr std::size_t mostReads = 4;
+
     /// A read of an attribute of a variable, and the target that it became.
     struct Read {
         std::string_view attribute;
@@ -103,6 +104,7 @@ private:
     void generateQuantifier(const QuantifierNode& node);
     void generateCall(const ResolvedFunctionNode& node, std::size_t first);
     Read* placeOfRead(const ApplicationExpressionNode& node);
+    Read& addRead(std::string_view attribute, const VariableSymbol& variable);
     template <class If, class Branch>
     void generateIf(const OrvCyclicPtr<MMValueExpr>& test, const TargetPtr& thenBranch,
                     const TargetPtr& elseBranch);
@@ -118,7 +120,9 @@ private:
     SourceMap* map_;
     TargetTable<ASTNode, MMAssociationTraversal> steps_;
     TargetTable<VariableSymbol, OrvCyclicPtrBody> variables_;
-    std::array<Read, 4> reads_;  // each at a place that follows from its name
+    bool sharesReads_;
+    SmallArray<Read, mostReads> reads_;  // the last ones
+    std::size_t nextRead_ = 0;           // the place of the oldest, when all are taken
     SmallArray<TargetPtr, 16> stack_;
     OrvCyclicPtr<MMObjectVarExpr> thisVariable_;
     TargetPtr result_;
