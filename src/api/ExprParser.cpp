@@ -24,31 +24,21 @@ OrvCountedPtr<Abstraction> abstractionOf(const OrvCountedPtr<CompileResult>& res
     return abstraction;
 }
 
-OrvCountedPtr<MMValueAbsExpr> compileCondition(ExprParserDialogs& dialogs, const std::string& text,
-                                               SourceMap* map) {
-    const ConditionTypeRequirement requirement;
+// Compiles a text whose type must be what the requirement asks for.
+template <class Requirement, class Abstraction, class Body>
+OrvCountedPtr<Abstraction> compileAs(ExprParserDialogs& dialogs, const std::string& text,
+                                     SourceMap* map) {
+    const Requirement requirement;
     OrvCompilationMemory memory;
-    return abstractionOf<MMValueAbsExpr, MMValueExpr>(
+    return abstractionOf<Abstraction, Body>(
         CompileDriver::compile(memory, dialogs, text, requirement, map));
 }
 
-OrvCountedPtr<MMValueAbsExpr> compileAssociatedAttribute(ExprParserDialogs& dialogs,
-                                                         const std::string& text,
-                                                         SourceMap* map = nullptr) {
-    const AssociatedAttributeTypeRequirement requirement;
-    OrvCompilationMemory memory;
-    return abstractionOf<MMValueAbsExpr, MMValueExpr>(
-        CompileDriver::compile(memory, dialogs, text, requirement, map));
-}
-
-OrvCountedPtr<MMObjectCollectionAbsExpr> compileAssociation(ExprParserDialogs& dialogs,
-                                                            const std::string& text,
-                                                            SourceMap* map) {
-    const ComplexAssociationTypeRequirement requirement;
-    OrvCompilationMemory memory;
-    return abstractionOf<MMObjectCollectionAbsExpr, MMObjectCollectionExpr>(
-        CompileDriver::compile(memory, dialogs, text, requirement, map));
-}
+constexpr auto compileCondition = &compileAs<ConditionTypeRequirement, MMValueAbsExpr, MMValueExpr>;
+constexpr auto compileAssociatedAttribute =
+    &compileAs<AssociatedAttributeTypeRequirement, MMValueAbsExpr, MMValueExpr>;
+constexpr auto compileAssociation = &compileAs<ComplexAssociationTypeRequirement,
+                                               MMObjectCollectionAbsExpr, MMObjectCollectionExpr>;
 
 }  // namespace
 
@@ -67,7 +57,7 @@ OrvCountedPtr<MMValueAbsExpr> ExprParser::parseAssociatedAttribute(ExprParserDia
                                                                    const std::string& text) {
     const OrvCountedPtr<CompileResult> result = compileAttributeShortcut(text);
     return result ? abstractionOf<MMValueAbsExpr, MMValueExpr>(result)
-                  : compileAssociatedAttribute(dialogs, text);
+                  : compileAssociatedAttribute(dialogs, text, nullptr);
 }
 
 // The short-cut knows no places, so a bare attribute is compiled like any other text, and shows no

@@ -120,7 +120,7 @@ private:
     SourceMap* map_;
     TargetTable<ASTNode, MMAssociationTraversal> steps_;
     TargetTable<VariableSymbol, OrvCyclicPtrBody> variables_;
-    bool sharesReads_;
+    bool sharesReads_;                   // no map asks for each, and there is room for two
     SmallArray<Read, mostReads> reads_;  // the last ones
     std::size_t nextRead_ = 0;           // the place of the oldest, when all are taken
     SmallArray<TargetPtr, 16> stack_;

@@ -11,6 +11,7 @@
 #include "fliodram/MMEvaluationError.h"
 #include "fliodram/MMObjectVarExpr.h"
 #include "fliodram/MMTargetPrinter.h"
+#include "fliodram/MMTextBuffer.h"
 #include "foundation/TextOutput.h"
 
 namespace {

@@ -7,6 +7,7 @@
 #include "fliodram/MMAssociationExpr.h"
 #include "fliodram/MMEvaluationError.h"
 #include "fliodram/MMTargetPrinter.h"
+#include "fliodram/MMTextBuffer.h"
 
 namespace {
 

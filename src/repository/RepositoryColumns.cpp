@@ -3,11 +3,15 @@
 // look at another feature, the column leaves it to the model's other operations.
 #include "repository/RepositoryModel.h"
 
-// A reference reads as the name of its target, which may stand anywhere: the names of the classes
-// that references lead to are packed.
-void RepositoryModel::packNames() {
-    std::vector<bool> isReferenced(tables_.classes.size());
-    for (const ClassRecord& owner : tables_.classes) {
+#include <cstddef>
+#include <vector>
+
+namespace {
+
+// For each class, by its number, whether a reference leads to one of its objects.
+std::vector<bool> findReferencedClasses(const ModelTables& tables) {
+    std::vector<bool> isReferenced(tables.classes.size());
+    for (const ClassRecord& owner : tables.classes) {
         for (const FeatureRecord& feature : owner.features) {
             if (feature.isContainment) {
                 continue;
@@ -17,6 +21,15 @@ void RepositoryModel::packNames() {
             }
         }
     }
+    return isReferenced;
+}
+
+}  // namespace
+
+// A reference reads as the name of its target, which may stand anywhere: the names of the classes
+// that references lead to are packed.
+void RepositoryModel::packNames() {
+    const std::vector<bool> isReferenced = findReferencedClasses(tables_);
     for (std::size_t number = 0; number < isReferenced.size(); ++number) {
         ClassRecord& target = tables_.classes[number];
         if (isReferenced[number] && target.nameFeature != FeatureMap::none) {

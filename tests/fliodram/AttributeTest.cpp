@@ -11,6 +11,7 @@
 #include "fliodram/MMAttrExpr.h"
 #include "fliodram/MMConstantExpr.h"
 #include "fliodram/MMEvaluationError.h"
+#include "fliodram/MMTextBuffer.h"
 #include "fliodram/StructModel.h"
 
 namespace {
