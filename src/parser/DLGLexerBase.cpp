@@ -119,10 +119,14 @@ DLGLexerBase::Outcome DLGLexerBase::endLexeme(std::size_t state, int& number) {
 }
 
 // Ends the lexeme that the automaton left in a state that asks for an action, and the token of
-// which it is a part, if it is: then `token` becomes that; else there is none yet.
-bool DLGLexerBase::endByAction(Run run, ColumnToken& token) {
-    int number = automaton_.token[run.state];
-    Outcome outcome = endLexeme(run.state, number);
+// which it is a part, if it is: then `token`, which has its place, becomes that; else there is none
+// yet.
+bool DLGLexerBase::endByAction(std::size_t state, ColumnToken& token) {
+    beginOffset_ = token.getOffset();
+    beginColumn_ = token.getColumn();
+    lexeme_ = input_->since(beginOffset_);
+    int number = automaton_.token[state];
+    Outcome outcome = endLexeme(state, number);
     while (outcome == Outcome::more) {
         const Run next = runAutomaton(input_->rest());
         lexeme_ = next.lexeme();
@@ -144,10 +148,8 @@ bool DLGLexerBase::endByAction(Run run, ColumnToken& token) {
 // Reads one lexeme; most are a whole token.
 inline bool DLGLexerBase::recognize(ColumnToken& token) {
     const Run run = runAutomaton(beginLexeme());
-    lexeme_ = run.lexeme();
-    beginOffset_ = input_->offsetOf(run.begin);
-    beginColumn_ = numberBehind(beginOffset_ - columnOrigin_);
-    token.setPlace(line_, beginColumn_, beginOffset_, input_->offset());
+    const std::size_t offset = input_->offsetOf(run.begin);
+    token.setPlace(line_, numberBehind(offset - columnOrigin_), offset, input_->offset());
     switch (automaton_.effect[run.state]) {
         case DLGAutomaton::Effect::token:
             token.becomeBorrowed(automaton_.token[run.state], run.lexeme());
@@ -159,7 +161,7 @@ inline bool DLGLexerBase::recognize(ColumnToken& token) {
             token.becomeBorrowed(automaton_.token[run.state], run.unquoted());
             return true;
         default:
-            return endByAction(run, token);
+            return endByAction(run.state, token);
     }
 }
 

@@ -139,7 +139,7 @@ private:
     const char* beginLexeme();
     Run runAutomaton(const char* begin);
     Outcome endLexeme(std::size_t state, int& number);
-    bool endByAction(Run run, ColumnToken& token);
+    bool endByAction(std::size_t state, ColumnToken& token);
     bool recognize(ColumnToken& token);
     void dropInvalid();
     std::string textSoFar() const;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstddef>
+#include <string_view>
 
 /// Gives the bytes of a C string one after the other, up to its NUL. Borrows the text.
 class DLGStringInput {
@@ -23,6 +24,10 @@ public:
     /// How many bytes stand before a place in the text.
     std::size_t offsetOf(const char* place) const {
         return static_cast<std::size_t>(place - start_);
+    }
+    /// The bytes that were taken behind so many.
+    std::string_view since(std::size_t offset) const {
+        return {start_ + offset, this->offset() - offset};
     }
 
 private:
