@@ -10,6 +10,26 @@ thread_local OrvCountedBlock* pendingBlocks = nullptr;
 
 }  // namespace
 
+void OrvCountedObject::anchor() const {}
+
+void OrvCountedBlock::endObject() noexcept {
+    if (origin == separate) {
+        const auto& block = static_cast<const OrvSeparateCountedBlock&>(*this);
+        block.dispose(block.object);
+    } else {
+        static_cast<OrvCountedObject*>(static_cast<void*>(this + 1))->~OrvCountedObject();
+    }
+}
+
+void OrvCountedBlock::free() noexcept {
+    if (isInRegion()) {
+        OrvMemoryRegion::regionOf(this, origin / 2 * step)->release();
+    } else {
+        OrvMemoryPool::deallocate(
+            this, origin == separate ? sizeof(OrvSeparateCountedBlock) : origin / 2 * step);
+    }
+}
+
 void OrvCountedBlock::end() noexcept {
     if (pendingBlocks != nullptr) {
         next = pendingBlocks;
@@ -20,10 +40,10 @@ void OrvCountedBlock::end() noexcept {
 }
 
 void OrvCountedBlock::endWithAllThatFollow() noexcept {
-    OrvCountedBlock last;
+    OrvCountedBlock last(separate);
     pendingBlocks = &last;
     for (OrvCountedBlock* block = this; block != &last;) {
-        block->dispose(*block);
+        block->endObject();
         block->free();
         block = pendingBlocks;
         pendingBlocks = block->next;

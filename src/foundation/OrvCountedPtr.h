@@ -14,29 +14,30 @@
 template <class To, class From>
 class OrvConverter;
 
-/// The count of a shared object together with what is needed to end it.
+/// The count of a shared object together with what is needed to give back its memory.
 ///
 /// Made by the first OrvCountedPtr to an object and shared by its copies; it stands in front of an
-/// OrvCountedObject, and by itself for any other. Its memory is a piece of the pool, or a part of a
-/// region. A count of all ones belongs to an object that the whole process shares
-/// (OrvPinnedRegistry): it is never written, so any number of threads may copy such pointers.
+/// OrvCountedObject, and by itself for any other (OrvSeparateCountedBlock). Its memory is a piece
+/// of the pool, or a part of a region. A count of all ones belongs to an object that the whole
+/// process shares (OrvPinnedRegistry): it is never written, so any number of threads may copy such
+/// pointers.
 struct __attribute__((visibility("default"))) OrvCountedBlock {
     static constexpr std::uint32_t pinned = 0xFFFFFFFFU;
+    /// The origin of a block that stands by itself.
+    static constexpr std::uint32_t separate = 0;
 
-    std::uint32_t count = 1;
-    std::uint32_t size = sizeof(OrvCountedBlock);  // of the memory that begins with this block
-    void (*dispose)(OrvCountedBlock& block) noexcept = nullptr;
-    OrvMemoryRegion* region = nullptr;  // of which the memory is a part; null for the pool
-    OrvCountedBlock* next = nullptr;    // objects that wait for their end; pinned objects
-
-    /// Frees the memory that begins with this block; the object has ended before.
-    void free() noexcept {
-        if (region != nullptr) {
-            region->release();
-        } else {
-            OrvMemoryPool::deallocate(this, size);
-        }
+    /// Where the memory of an object came from with the block in front of it: an even number by the
+    /// size of a piece of the pool, an odd one by how far a part of a region stands in its chunk.
+    static std::uint32_t originInPool(std::size_t size) {
+        return static_cast<std::uint32_t>(size / step * 2);
     }
+    static std::uint32_t originInRegion(const OrvMemoryRegion& region, const void* memory) {
+        return static_cast<std::uint32_t>(region.distanceOf(memory) / (step / 2) + 1);
+    }
+
+    explicit OrvCountedBlock(std::uint32_t itsOrigin) noexcept : origin(itsOrigin) {}
+
+    bool isInRegion() const noexcept { return origin % 2 != 0; }
 
     void hold() noexcept {
         if (count != pinned) {
@@ -49,7 +50,17 @@ struct __attribute__((visibility("default"))) OrvCountedBlock {
         }
     }
 
+    void endObject() noexcept;
+    /// Frees the memory that begins with this block; the object has ended before.
+    void free() noexcept;
+
+    std::uint32_t count = 1;
+    std::uint32_t origin;
+    OrvCountedBlock* next;  // of objects that wait for their end, and of pinned ones; else not set
+
 private:
+    static constexpr std::size_t step = OrvMemoryRegion::alignment;  // of sizes and distances
+
     /// Ends the object and frees the block. Objects whose last pointer goes while another object
     /// is ended wait in a list through the blocks, so that a chain of any length neither recurses
     /// nor allocates.
@@ -60,7 +71,8 @@ private:
 /// The base of objects that are shared by counted pointers alone and are many: the count stands in
 /// front of the object, in one piece of memory with it.
 ///
-/// Such an object is made with new and handed at once to one OrvCountedPtr.
+/// Such an object is made with new and handed at once to one OrvCountedPtr. It begins with this
+/// base, and asks for no more than eight bytes of alignment.
 class __attribute__((visibility("default"))) OrvCountedObject {
 public:
     static void* operator new(std::size_t bytes) { return allocate(bytes, nullptr); }
@@ -81,23 +93,34 @@ public:
 
 protected:
     OrvCountedObject() = default;
-    ~OrvCountedObject() = default;
+    OrvCountedObject(const OrvCountedObject&) = default;
+    OrvCountedObject& operator=(const OrvCountedObject&) = default;
+    virtual ~OrvCountedObject() = default;
 
 private:
+    friend struct OrvCountedBlock;
+
+    virtual void anchor() const;  // as in OrvObject
+
     static void* allocate(std::size_t bytes, OrvMemoryRegion* region) {
         const std::size_t size = sizeof(OrvCountedBlock) + bytes;
-        void* const memory =
-            region != nullptr ? region->allocate(size) : OrvMemoryPool::allocate(size);
-        auto* const block = new (memory) OrvCountedBlock;
-        block->size = static_cast<std::uint32_t>(size);
-        block->region = region;
-        return block + 1;
+        if (region == nullptr) {
+            return new (OrvMemoryPool::allocate(size))
+                       OrvCountedBlock(OrvCountedBlock::originInPool(size)) +
+                   1;
+        }
+        void* const memory = region->allocate(size);
+        return new (memory) OrvCountedBlock(OrvCountedBlock::originInRegion(*region, memory)) + 1;
     }
 };
 
-/// The block of an object that has none in front of it.
+/// The block of an object that has none in front of it, and how that is ended.
 struct OrvSeparateCountedBlock : OrvCountedBlock {
-    void* object = nullptr;
+    OrvSeparateCountedBlock(void* itsObject, void (*disposal)(void*) noexcept) noexcept
+        : OrvCountedBlock(separate), object(itsObject), dispose(disposal) {}
+
+    void* object;
+    void (*dispose)(void* object) noexcept;
 };
 
 /// A shared pointer: the object goes with the last copy.
@@ -149,7 +172,7 @@ public:
     /// (OrvCompilationMemory::endNodesAtOnce()). Returns false, and does nothing, where the object
     /// stands elsewhere.
     bool abandonInRegion() noexcept {
-        const bool isInRegion = block_ != nullptr && block_->region != nullptr;
+        const bool isInRegion = block_ != nullptr && block_->isInRegion();
         if (isInRegion) {
             block_ = nullptr;
             object_ = nullptr;
@@ -209,18 +232,6 @@ void disposeOwned(void* object) noexcept {
     }
 }
 
-/// Ends the object behind a block; its memory goes with the block.
-template <class T>
-void destroyOwned(OrvCountedBlock& block) noexcept {
-    static_cast<T*>(static_cast<void*>(&block + 1))->~T();
-}
-
-/// Ends the object of a block that stands by itself.
-template <class T>
-void disposeSeparate(OrvCountedBlock& block) noexcept {
-    disposeOwned<T>(static_cast<OrvSeparateCountedBlock&>(block).object);
-}
-
 /// Begins the ownership of an object: a body is held, anything else needs nothing.
 template <class T>
 void beginOwned(T* object) noexcept {
@@ -234,12 +245,8 @@ template <class T>
 OrvCountedBlock* makeSeparateBlock(T* object) {
     beginOwned(object);
     try {
-        auto* const block =
-            new (OrvMemoryPool::allocate(sizeof(OrvSeparateCountedBlock))) OrvSeparateCountedBlock;
-        block->size = sizeof(OrvSeparateCountedBlock);
-        block->dispose = &disposeSeparate<T>;
-        block->object = object;
-        return block;
+        void* const memory = OrvMemoryPool::allocate(sizeof(OrvSeparateCountedBlock));
+        return new (memory) OrvSeparateCountedBlock(object, &disposeOwned<T>);
     } catch (...) {
         disposeOwned<T>(object);
         throw;
@@ -255,9 +262,8 @@ OrvCountedBlock* OrvCountedPtr<T>::makeBlock(U* object) {
     }
     Object* const owned = const_cast<Object*>(object);
     if constexpr (std::is_base_of_v<OrvCountedObject, Object>) {
-        OrvCountedBlock* const block = OrvCountedObject::blockOf(owned);
-        block->dispose = &destroyOwned<Object>;
-        return block;
+        static_assert(alignof(Object) <= alignof(OrvCountedBlock));
+        return OrvCountedObject::blockOf(owned);
     } else {
         return makeSeparateBlock(owned);
     }

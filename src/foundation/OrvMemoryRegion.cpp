@@ -30,14 +30,15 @@ struct PieceFront {
 };
 static_assert(sizeof(PieceFront) % __STDCPP_DEFAULT_NEW_ALIGNMENT__ == 0);
 
-// A body with its header where there is no region yet, or none at all, or a chunk is full.
-void* allocateSlowly(std::size_t size) {
+// A body with its header, of so many bytes together, where there is no region yet, or none at all,
+// or a chunk is full.
+void* allocateSlowly(std::size_t whole) {
     OrvMemoryRegion* const region = OrvCompilationMemory::bodies();
     if (region != nullptr) {
-        return new (region->allocate(sizeof(BodyHeader) + size)) BodyHeader{region} + 1;
+        return new (region->allocate(whole)) BodyHeader{region} + 1;
     }
-    const std::size_t whole = sizeof(PieceFront) + size;
-    return new (OrvMemoryPool::allocate(whole)) PieceFront{whole, {nullptr}} + 1;
+    const std::size_t size = whole + sizeof(PieceFront) - sizeof(BodyHeader);
+    return new (OrvMemoryPool::allocate(size)) PieceFront{size, {nullptr}} + 1;
 }
 
 }  // namespace
@@ -49,21 +50,27 @@ OrvMemoryRegion::OrvMemoryRegion(Chunk* chunk, std::size_t front)
       end_(reinterpret_cast<char*>(chunk) + chunk->size) {}
 
 OrvMemoryRegion* OrvMemoryRegion::make(std::size_t firstChunk, std::size_t front) {
-    auto* const chunk = new (OrvMemoryPool::allocate(firstChunk)) Chunk{nullptr, firstChunk};
-    return new (chunk + 1) OrvMemoryRegion(chunk, front);
+    auto* const chunk =
+        new (OrvMemoryPool::allocate(firstChunk)) Chunk{nullptr, firstChunk, nullptr};
+    chunk->region = new (chunk + 1) OrvMemoryRegion(chunk, front);
+    return chunk->region;
 }
 
-// The first place from `begin` on at which an object may stand.
+// The first place from `begin` on at which an object may stand whose size leaves no gap.
 char* OrvMemoryRegion::placeFrom(void* begin) const {
+    constexpr std::uintptr_t multiple = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
     const std::uintptr_t content = reinterpret_cast<std::uintptr_t>(begin) + front_;
-    return static_cast<char*>(begin) + (aligned(content) - content);
+    return static_cast<char*>(begin) + (multiple - content % multiple) % multiple;
 }
 
-// Each chunk is twice as large as the one before it, up to the largest that the pool keeps.
+// Each chunk is twice as large as the one before it, up to the largest that the pool keeps. What is
+// larger than that has a chunk to itself: all objects stand near the beginning of theirs.
 void OrvMemoryRegion::addChunk(std::size_t bytes) {
     const std::size_t usual = std::min(chunks_->size * 2, OrvMemoryPool::largestChunk);
-    const std::size_t size = std::max(usual, std::bit_ceil(sizeof(Chunk) + alignment + bytes));
-    chunks_ = new (OrvMemoryPool::allocate(size)) Chunk{chunks_, size};
+    const std::size_t least = sizeof(Chunk) + __STDCPP_DEFAULT_NEW_ALIGNMENT__ + bytes;
+    const std::size_t size =
+        least > OrvMemoryPool::largestChunk ? least : std::max(usual, std::bit_ceil(least));
+    chunks_ = new (OrvMemoryPool::allocate(size)) Chunk{chunks_, size, this};
     free_ = placeFrom(chunks_ + 1);
     end_ = reinterpret_cast<char*>(chunks_) + size;
 }
@@ -111,11 +118,10 @@ OrvMemoryRegion* OrvCompilationMemory::bodies() {
                : nullptr;
 }
 
-void* OrvCompilationMemory::allocateBody(std::size_t size) {
-    const std::size_t whole = sizeof(BodyHeader) + size;
+void* OrvCompilationMemory::allocateWithFront(std::size_t whole) {
     OrvMemoryRegion* const region = currentMemory != nullptr ? currentMemory->bodies_ : nullptr;
     if (region == nullptr || !region->hasRoom(whole)) [[unlikely]] {
-        return allocateSlowly(size);
+        return allocateSlowly(whole);
     }
     return new (region->allocate(whole)) BodyHeader{region} + 1;
 }

@@ -10,19 +10,23 @@
 
 /// Memory for many objects of one lifetime, which stand one behind the other in chunks.
 ///
-/// An object keeps a pointer to its region and releases it when it ends; nothing of a region is
-/// used again before all of it goes, with its last object. So what is made together stands
-/// together, however often memory was taken and given back before, and taking and giving it back
-/// are a few instructions. Chunks come from OrvMemoryPool and grow with what is asked for.
-/// A region and its objects belong to one thread at a time.
+/// An object knows its region, or how far it stands from the beginning of its chunk, which does,
+/// and releases the region when it ends; nothing of that is used again before all of it goes, with
+/// its last object. So what is made together stands together, however often memory was taken and
+/// given back before, and taking and giving it back are a few instructions. Chunks come from
+/// OrvMemoryPool and grow with what is asked for. A region and its objects belong to one thread at
+/// a time.
 class __attribute__((visibility("default"))) OrvMemoryRegion {
 public:
     OrvMemoryRegion(const OrvMemoryRegion&) = delete;
     OrvMemoryRegion& operator=(const OrvMemoryRegion&) = delete;
 
+    /// How objects are aligned, in bytes.
+    static constexpr std::size_t alignment = sizeof(std::uint64_t);
+
     /// A region that counts its maker as an object; `firstChunk` is a power of two, in bytes. Of
-    /// each object, what stands behind the first `front` bytes is aligned as operator new does.
-    /// Throws std::bad_alloc.
+    /// objects of sizes for which operator new would leave no gaps, what stands behind the first
+    /// `front` bytes is aligned as it does. Throws std::bad_alloc.
     static OrvMemoryRegion* make(std::size_t firstChunk, std::size_t front);
 
     /// Whether one object more needs no further chunk.
@@ -40,6 +44,16 @@ public:
         prefetch();
         ++objects_;
         return memory;
+    }
+    /// How far what was allocated last stands from the beginning of its chunk, a multiple of the
+    /// alignment and less than the size of the largest chunk of the pool; and the region of what
+    /// stands so far from there.
+    std::size_t distanceOf(const void* memory) const {
+        return static_cast<std::size_t>(static_cast<const char*>(memory) -
+                                        reinterpret_cast<const char*>(chunks_));
+    }
+    static OrvMemoryRegion* regionOf(const void* memory, std::size_t distance) {
+        return reinterpret_cast<const Chunk*>(static_cast<const char*>(memory) - distance)->region;
     }
     /// Bytes that go with the region and are not released by themselves, where nobody minds how
     /// they are aligned: from the end of a chunk. Throws std::bad_alloc.
@@ -63,9 +77,8 @@ private:
     struct Chunk {
         Chunk* next;
         std::size_t size;
+        OrvMemoryRegion* region;
     };
-
-    static constexpr std::size_t alignment = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
 
     static std::size_t aligned(std::size_t size) {
         return (size + alignment - 1) / alignment * alignment;
@@ -105,6 +118,7 @@ struct OrvRegionAllocator {
     OrvRegionAllocator(const OrvRegionAllocator<U>& other) noexcept : region(other.region) {}
 
     T* allocate(std::size_t count) {
+        static_assert(alignof(T) <= OrvMemoryRegion::alignment);
         const std::size_t mostElements = std::numeric_limits<std::size_t>::max() / elementSize;
         return region != nullptr && count <= mostElements
                    ? static_cast<T*>(region->allocate(count * elementSize))
@@ -153,7 +167,7 @@ public:
     static OrvMemoryRegion* bodies();
 
     /// Memory for a body, which remembers its region; throws std::bad_alloc.
-    static void* allocateBody(std::size_t size);
+    static void* allocateBody(std::size_t size) { return allocateWithFront(sizeWithFront(size)); }
     /// Gives back what allocateBody() returned; null is nothing.
     static void deallocateBody(void* body) noexcept;
     /// The same for so many bodies at once that stand in the region of this one.
@@ -162,6 +176,14 @@ public:
     static std::size_t bodyCount() noexcept;
 
 private:
+    // What a body takes with the pointer in front of it. All bodies take multiples of what operator
+    // new aligns to, so that each stands as that would have it.
+    static constexpr std::size_t sizeWithFront(std::size_t size) {
+        constexpr std::size_t multiple = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
+        return (sizeof(OrvMemoryRegion*) + size + multiple - 1) / multiple * multiple;
+    }
+    static void* allocateWithFront(std::size_t whole);
+
     OrvMemoryRegion* madeRegion(OrvMemoryRegion*& region, std::size_t firstChunk,
                                 std::size_t front) const;
 

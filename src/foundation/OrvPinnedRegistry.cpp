@@ -14,7 +14,7 @@ void OrvPinnedRegistry::add(OrvCountedBlock& block) noexcept {
 // pointer still finds the count that tells it to do nothing.
 OrvPinnedRegistry::~OrvPinnedRegistry() {
     for (OrvCountedBlock* block = blocks_; block != nullptr; block = block->next) {
-        block->dispose(*block);
+        block->endObject();
     }
     while (blocks_ != nullptr) {
         OrvCountedBlock* const block = blocks_;

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <bit>
 #include <cstdint>
@@ -249,6 +250,38 @@ TEST(MemoryRegion, SettledGroupsEndLikeOthers) {
                                                    (bits & 16U) != 0};
                       EXPECT_EQ(destroyedOf(settled), settled.owns ? 1 : 0) << bits;
                   }
+              }),
+              0);
+}
+
+/// A counted object that tells how many of its kind there are.
+struct Counted : OrvCountedObject {
+    Counted() { ++alive; }
+    ~Counted() override { --alive; }
+
+    static inline int alive = 0;
+};
+
+// Before and behind pieces that are larger than what the pool keeps, and longer than the
+// compilation; each finds the region in which it stands, or the pool.
+TEST(MemoryRegion, CountedObjectsOutliveTheCompilation) {
+    EXPECT_EQ(leftBy([] {
+                  std::vector<OrvCountedPtr<Counted>> held;
+                  {
+                      const OrvCompilationMemory memory;
+                      OrvMemoryRegion* const region = OrvCompilationMemory::nodes();
+                      for (int i = 0; i < 10000; ++i) {
+                          held.emplace_back(new (region) Counted);
+                          held.emplace_back(new Counted);
+                          if (i % 1000 == 0) {
+                              region->allocateBytes(OrvMemoryPool::largestChunk + 1);
+                          }
+                      }
+                  }
+                  EXPECT_EQ(Counted::alive, 20000);
+                  std::reverse(held.begin(), held.begin() + 10000);
+                  held.clear();
+                  EXPECT_EQ(Counted::alive, 0);
               }),
               0);
 }
