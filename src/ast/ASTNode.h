@@ -17,7 +17,8 @@ enum class NodeKind : std::uint32_t { specification = 0, expression = 1, associa
 /// Nodes hold their children by counted pointers, an absent child by an empty one; they are shared
 /// and never copied. They are plain data: what is done with a tree is done by visitors, which
 /// decide themselves in which order the children accept them. Later passes annotate nodes in
-/// place. A tree belongs to the thread of its compilation.
+/// place. A tree belongs to the thread of its compilation. Kinds and operators are kept in a byte
+/// each: the tree of a long text is read from memory once a phase, and its size is what that costs.
 class ASTNode : public OrvCountedObject {
 public:
     ASTNode(const ASTNode&) = delete;
@@ -27,7 +28,7 @@ public:
     /// Calls the visitor's operation for the class of this node.
     virtual void accept(ASTVisitor& visitor) = 0;
 
-    NodeKind getNodeKind() const { return nodeKind_; }
+    NodeKind getNodeKind() const { return static_cast<NodeKind>(nodeKind_); }
 
     /// The place in the text at which a person would point for this node: the operator of a binary
     /// or relational expression, else the first token. Counted from 1; -1 until it is set.
@@ -47,12 +48,12 @@ public:
     void setScopeEntry(std::int32_t entry) { scopeEntry_ = entry; }
 
 protected:
-    explicit ASTNode(NodeKind nodeKind) : nodeKind_(nodeKind) {}
+    explicit ASTNode(NodeKind nodeKind) : nodeKind_(static_cast<std::uint8_t>(nodeKind)) {}
 
 private:
-    NodeKind nodeKind_;
     SourceSpan span_;
     std::int32_t scopeEntry_ = -1;
+    std::uint8_t nodeKind_;
 };
 
 /// The root of a tree: a whole expression.

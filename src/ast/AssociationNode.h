@@ -17,7 +17,9 @@ enum class AssociationKind : std::uint32_t { reference = 0, definition = 1 };
 /// is the child of the last step of each alternative, one node with several parents.
 class AssociationNode : public ASTNode {
 public:
-    AssociationKind getAssociationKind() const { return associationKind_; }
+    AssociationKind getAssociationKind() const {
+        return static_cast<AssociationKind>(associationKind_);
+    }
     const OrvCountedPtr<AssociationNode>& getChild() const { return child_; }
     void setChild(OrvCountedPtr<AssociationNode> child) { child_ = std::move(child); }
     const OrvCountedPtr<AssociationNode>& getSibling() const { return sibling_; }
@@ -29,10 +31,11 @@ public:
 
 protected:
     explicit AssociationNode(AssociationKind associationKind)
-        : ASTNode(NodeKind::association), associationKind_(associationKind) {}
+        : ASTNode(NodeKind::association),
+          associationKind_(static_cast<std::uint8_t>(associationKind)) {}
 
 private:
-    AssociationKind associationKind_;
+    std::uint8_t associationKind_;
     OrvCountedPtr<AssociationNode> child_;
     OrvCountedPtr<AssociationNode> sibling_;
     OrvCountedPtr<LabelSymbol> labelSymbol_;

@@ -69,14 +69,29 @@ enum class AnchorKind : std::uint32_t { THIS = 0, CURRENT = 1, MODEL = 2 };
 /// An expression of any kind.
 class ExpressionNode : public ASTNode {
 public:
-    ExpressionKind getExpressionKind() const { return expressionKind_; }
+    ExpressionKind getExpressionKind() const {
+        return static_cast<ExpressionKind>(expressionKind_);
+    }
 
 protected:
     explicit ExpressionNode(ExpressionKind expressionKind)
-        : ASTNode(NodeKind::expression), expressionKind_(expressionKind) {}
+        : ASTNode(NodeKind::expression),
+          expressionKind_(static_cast<std::uint8_t>(expressionKind)) {}
+    /// An operation, with its operator.
+    template <class Operator>
+    ExpressionNode(ExpressionKind expressionKind, Operator op) : ExpressionNode(expressionKind) {
+        operator_ = static_cast<std::uint8_t>(op);
+    }
+
+    /// The operator of an operation.
+    template <class Operator>
+    Operator getOperator() const {
+        return static_cast<Operator>(operator_);
+    }
 
 private:
-    ExpressionKind expressionKind_;
+    std::uint8_t expressionKind_;
+    std::uint8_t operator_ = 0;
 };
 
 using ExpressionPtr = OrvCountedPtr<ExpressionNode>;
@@ -132,15 +147,14 @@ public:
 class BinaryExpressionNode final : public ExpressionNode {
 public:
     BinaryExpressionNode(BinaryOperator op, ExpressionPtr lhs, ExpressionPtr rhs)
-        : ExpressionNode(ExpressionKind::binaryExpression),
-          op_(op),
+        : ExpressionNode(ExpressionKind::binaryExpression, op),
           lhs_(std::move(lhs)),
           rhs_(std::move(rhs)) {
         continueChain();
     }
     void accept(ASTVisitor& visitor) override;
 
-    BinaryOperator getOp() const { return op_; }
+    BinaryOperator getOp() const { return getOperator<BinaryOperator>(); }
     const ExpressionPtr& getLhs() const { return lhs_; }
     const ExpressionPtr& getRhs() const { return rhs_; }
 
@@ -162,7 +176,6 @@ private:
         }
     }
 
-    BinaryOperator op_;
     ExpressionPtr lhs_;
     ExpressionPtr rhs_;
     BinaryExpressionNode* innermost_ = this;
@@ -173,14 +186,13 @@ private:
 class UnaryExpressionNode final : public ExpressionNode {
 public:
     UnaryExpressionNode(UnaryOperator op, ExpressionPtr expr)
-        : ExpressionNode(ExpressionKind::unaryExpression), op_(op), expr_(std::move(expr)) {}
+        : ExpressionNode(ExpressionKind::unaryExpression, op), expr_(std::move(expr)) {}
     void accept(ASTVisitor& visitor) override;
 
-    UnaryOperator getOp() const { return op_; }
+    UnaryOperator getOp() const { return getOperator<UnaryOperator>(); }
     const ExpressionPtr& getExpr() const { return expr_; }
 
 private:
-    UnaryOperator op_;
     ExpressionPtr expr_;
 };
 
@@ -203,18 +215,16 @@ private:
 class RelationalExpressionNode final : public ResolvedFunctionNode {
 public:
     RelationalExpressionNode(RelationalOperator op, ExpressionPtr lhs, ExpressionPtr rhs)
-        : ResolvedFunctionNode(ExpressionKind::relationalExpression),
-          op_(op),
+        : ResolvedFunctionNode(ExpressionKind::relationalExpression, op),
           lhs_(std::move(lhs)),
           rhs_(std::move(rhs)) {}
     void accept(ASTVisitor& visitor) override;
 
-    RelationalOperator getOp() const { return op_; }
+    RelationalOperator getOp() const { return getOperator<RelationalOperator>(); }
     const ExpressionPtr& getLhs() const { return lhs_; }
     const ExpressionPtr& getRhs() const { return rhs_; }
 
 private:
-    RelationalOperator op_;
     ExpressionPtr lhs_;
     ExpressionPtr rhs_;
 };

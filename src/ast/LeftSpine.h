@@ -34,7 +34,7 @@ public:
         // visited now comes meanwhile, with its operands, which mostly stand in front of it.
         static void prefetch(const BinaryExpressionNode* node) {
             constexpr std::uintptr_t line = 64;
-            constexpr std::uintptr_t lines = 12;
+            constexpr std::uintptr_t lines = 10;
             const auto place = reinterpret_cast<std::uintptr_t>(node);
             for (std::uintptr_t i = 0; i < lines; ++i) {
                 __builtin_prefetch(reinterpret_cast<const void*>(place - i * line));
