@@ -41,9 +41,8 @@ protected:
                                           std::optional<MMValue::Kind> kind)
         : MMValueExpr(kind, Ownership::nothing),
           lhs_(*this, lhs),
-          op_(op),
           rhs_(*this, rhs),
-          chainLength_(1) {
+          op_(static_cast<std::uint8_t>(op)) {
         const MMOperatorExpr* const left = from(lhs.get());
         chainLength_ += left != nullptr ? left->chainLength_ : 0;
         addBodyKinds(MM_KIND_OPERATOR);
@@ -67,10 +66,10 @@ private:
     static constexpr std::size_t longestRecursion = 16;
 
     OrvCyclicOperand<MMValueExpr> lhs_;
-    int op_;
     OrvCyclicOperand<MMValueExpr> rhs_;
-    std::size_t chainLength_;
     mutable std::unique_ptr<std::vector<const MMOperatorExpr*>> chain_;  // once it is asked for
+    std::uint32_t chainLength_ = 1;
+    std::uint8_t op_;
 };
 
 /// Arithmetic operators; subtraction without a right operand is negation.

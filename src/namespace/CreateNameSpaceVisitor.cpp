@@ -206,7 +206,7 @@ void CreateNameSpaceVisitor::visitPath(PathNode& node) {
     if (enclosing == NameSpace::noScope) {
         openScope("Path");
     } else {
-        current_ = nameSpace_.get()->addEmptyScope("Path", enclosing);
+        current_ = nameSpace_.get()->addPathScope(enclosing);
     }
     registerNode(node);
     visitStep(node.getAssociation());

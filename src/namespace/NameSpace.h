@@ -46,12 +46,10 @@ public:
     /// scope around it.
     ScopeNumber addScope(ScopePtr scope, ScopeNumber parent) {
         scopes_.append(std::move(scope));
-        return addPlace(nullptr, parent, static_cast<ScopeNumber>(scopes_.size() - 1));
+        return addPlace(parent, static_cast<ScopeNumber>(scopes_.size() - 1));
     }
-    /// Adds a scope that declares nothing yet. `name` is a constant.
-    ScopeNumber addEmptyScope(const char* name, ScopeNumber parent) {
-        return addPlace(name, parent, noScope);
-    }
+    /// Adds the scope of a path, which declares nothing yet.
+    ScopeNumber addPathScope(ScopeNumber parent) { return addPlace(parent, noScope); }
     void setScope(ASTNode& node, ScopeNumber scope) {
         if (!hasScope(node)) {
             setFirstScope(node, scope);
@@ -89,9 +87,9 @@ public:
     const Entries& entries() const { return entries_; }
 
 private:
-    /// Where a scope is: its number in scopes_, or noScope while it declares nothing.
+    /// Where a scope is: its number in scopes_, or noScope for that of a path that declares
+    /// nothing.
     struct Place {
-        const char* emptyName;
         ScopeNumber parent;
         ScopeNumber index;
     };
@@ -104,8 +102,8 @@ private:
         return scopes_[searched->index].get();
     }
 
-    ScopeNumber addPlace(const char* emptyName, ScopeNumber parent, ScopeNumber index) {
-        places_.append(emptyName, parent, index);
+    ScopeNumber addPlace(ScopeNumber parent, ScopeNumber index) {
+        places_.append(parent, index);
         return static_cast<ScopeNumber>(places_.size() - 1);
     }
 
