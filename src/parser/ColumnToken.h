@@ -48,7 +48,7 @@ private:
 ///
 /// The token buffer has a few, which become one token after the other; the lexer makes others for
 /// whoever wants to keep them, by a template (makeToken()).
-class ColumnToken : public CommonToken, public OrvCountedObject {
+class ColumnToken : public CommonToken {
 public:
     ColumnToken() = default;
     ColumnToken(int number, std::string_view text, int line) : CommonToken(number, text, line) {}
