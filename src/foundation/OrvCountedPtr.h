@@ -104,13 +104,12 @@ private:
 
     static void* allocate(std::size_t bytes, OrvMemoryRegion* region) {
         const std::size_t size = sizeof(OrvCountedBlock) + bytes;
-        if (region == nullptr) {
-            return new (OrvMemoryPool::allocate(size))
-                       OrvCountedBlock(OrvCountedBlock::originInPool(size)) +
-                   1;
-        }
-        void* const memory = region->allocate(size);
-        return new (memory) OrvCountedBlock(OrvCountedBlock::originInRegion(*region, memory)) + 1;
+        void* const memory =
+            region != nullptr ? region->allocate(size) : OrvMemoryPool::allocate(size);
+        auto* const block = new (memory)
+            OrvCountedBlock(region != nullptr ? OrvCountedBlock::originInRegion(*region, memory)
+                                              : OrvCountedBlock::originInPool(size));
+        return block + 1;
     }
 };
 

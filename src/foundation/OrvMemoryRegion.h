@@ -180,7 +180,7 @@ private:
     // new aligns to, so that each stands as that would have it.
     static constexpr std::size_t sizeWithFront(std::size_t size) {
         constexpr std::size_t multiple = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
-        return (sizeof(OrvMemoryRegion*) + size + multiple - 1) / multiple * multiple;
+        return (sizeof(void*) + size + multiple - 1) / multiple * multiple;
     }
     static void* allocateWithFront(std::size_t whole);
 
