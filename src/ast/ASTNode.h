@@ -23,7 +23,7 @@ class ASTNode : public OrvCountedObject {
 public:
     ASTNode(const ASTNode&) = delete;
     ASTNode& operator=(const ASTNode&) = delete;
-    virtual ~ASTNode();
+    ~ASTNode() override;
 
     /// Calls the visitor's operation for the class of this node.
     virtual void accept(ASTVisitor& visitor) = 0;

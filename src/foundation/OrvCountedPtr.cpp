@@ -41,6 +41,7 @@ void OrvCountedBlock::end() noexcept {
 
 void OrvCountedBlock::endWithAllThatFollow() noexcept {
     OrvCountedBlock last(separate);
+    last.next = nullptr;
     pendingBlocks = &last;
     for (OrvCountedBlock* block = this; block != &last;) {
         block->endObject();

@@ -16,18 +16,18 @@ class OrvConverter;
 
 /// The count of a shared object together with what is needed to give back its memory.
 ///
-/// Made by the first OrvCountedPtr to an object and shared by its copies; it stands in front of an
-/// OrvCountedObject, and by itself for any other (OrvSeparateCountedBlock). Its memory is a piece
-/// of the pool, or a part of a region. A count of all ones belongs to an object that the whole
-/// process shares (OrvPinnedRegistry): it is never written, so any number of threads may copy such
-/// pointers.
+/// It stands in front of an OrvCountedObject, with which it is made, and by itself for any other
+/// object, where the first OrvCountedPtr makes it (OrvSeparateCountedBlock); copies of a pointer
+/// share it. Its memory is a piece of the pool, or a part of a region. A count of all ones belongs
+/// to an object that the whole process shares (OrvPinnedRegistry): it is never written, so any
+/// number of threads may copy such pointers.
 struct __attribute__((visibility("default"))) OrvCountedBlock {
     static constexpr std::uint32_t pinned = 0xFFFFFFFFU;
     /// The origin of a block that stands by itself.
     static constexpr std::uint32_t separate = 0;
 
-    /// Where the memory of an object came from with the block in front of it: an even number by the
-    /// size of a piece of the pool, an odd one by how far a part of a region stands in its chunk.
+    /// Where the memory of a block and the object behind it came from: even, the size of a piece of
+    /// the pool; odd, the distance of a part of a region from the beginning of its chunk.
     static std::uint32_t originInPool(std::size_t size) {
         return static_cast<std::uint32_t>(size / step * 2);
     }
@@ -71,8 +71,8 @@ private:
 /// The base of objects that are shared by counted pointers alone and are many: the count stands in
 /// front of the object, in one piece of memory with it.
 ///
-/// Such an object is made with new and handed at once to one OrvCountedPtr. It begins with this
-/// base, and asks for no more than eight bytes of alignment.
+/// Such an object is made with new and handed at once to one OrvCountedPtr. This is the first base
+/// of its class, which asks for no more than eight bytes of alignment.
 class __attribute__((visibility("default"))) OrvCountedObject {
 public:
     static void* operator new(std::size_t bytes) { return allocate(bytes, nullptr); }

@@ -56,7 +56,7 @@ OrvMemoryRegion* OrvMemoryRegion::make(std::size_t firstChunk, std::size_t front
     return chunk->region;
 }
 
-// The first place from `begin` on at which an object may stand whose size leaves no gap.
+// The first place from `begin` on at which what follows the front of an object is aligned.
 char* OrvMemoryRegion::placeFrom(void* begin) const {
     constexpr std::uintptr_t multiple = __STDCPP_DEFAULT_NEW_ALIGNMENT__;
     const std::uintptr_t content = reinterpret_cast<std::uintptr_t>(begin) + front_;
@@ -64,7 +64,8 @@ char* OrvMemoryRegion::placeFrom(void* begin) const {
 }
 
 // Each chunk is twice as large as the one before it, up to the largest that the pool keeps. What is
-// larger than that has a chunk to itself: all objects stand near the beginning of theirs.
+// larger than that has a chunk of its size, in which no counted object finds room behind it: their
+// distances stay small.
 void OrvMemoryRegion::addChunk(std::size_t bytes) {
     const std::size_t usual = std::min(chunks_->size * 2, OrvMemoryPool::largestChunk);
     const std::size_t least = sizeof(Chunk) + __STDCPP_DEFAULT_NEW_ALIGNMENT__ + bytes;

@@ -10,10 +10,10 @@
 
 /// Memory for many objects of one lifetime, which stand one behind the other in chunks.
 ///
-/// An object knows its region, or how far it stands from the beginning of its chunk, which does,
-/// and releases the region when it ends; nothing of that is used again before all of it goes, with
-/// its last object. So what is made together stands together, however often memory was taken and
-/// given back before, and taking and giving it back are a few instructions. Chunks come from
+/// An object knows its region, or its distance from the beginning of its chunk, which knows the
+/// region, and releases that when it ends; nothing of a region is used again before all of it goes,
+/// with its last object. So what is made together stands together, however often memory was taken
+/// and given back before, and taking and giving it back are a few instructions. Chunks come from
 /// OrvMemoryPool and grow with what is asked for. A region and its objects belong to one thread at
 /// a time.
 class __attribute__((visibility("default"))) OrvMemoryRegion {
@@ -24,9 +24,9 @@ public:
     /// How objects are aligned, in bytes.
     static constexpr std::size_t alignment = sizeof(std::uint64_t);
 
-    /// A region that counts its maker as an object; `firstChunk` is a power of two, in bytes. Of
-    /// objects of sizes for which operator new would leave no gaps, what stands behind the first
-    /// `front` bytes is aligned as it does. Throws std::bad_alloc.
+    /// A region that counts its maker as an object; `firstChunk` is a power of two, in bytes. While
+    /// the sizes of all objects are multiples of what operator new aligns to, what stands behind
+    /// the first `front` bytes of each is aligned as that does. Throws std::bad_alloc.
     static OrvMemoryRegion* make(std::size_t firstChunk, std::size_t front);
 
     /// Whether one object more needs no further chunk.
@@ -46,8 +46,7 @@ public:
         return memory;
     }
     /// How far what was allocated last stands from the beginning of its chunk, a multiple of the
-    /// alignment and less than the size of the largest chunk of the pool; and the region of what
-    /// stands so far from there.
+    /// alignment; and the region of what stands so far from there.
     std::size_t distanceOf(const void* memory) const {
         return static_cast<std::size_t>(static_cast<const char*>(memory) -
                                         reinterpret_cast<const char*>(chunks_));

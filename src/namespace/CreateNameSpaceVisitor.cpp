@@ -204,7 +204,7 @@ void CreateNameSpaceVisitor::visitBooleanConstant(BooleanConstantNode& node) { r
 void CreateNameSpaceVisitor::visitPath(PathNode& node) {
     const NameSpace::ScopeNumber enclosing = current_;
     if (enclosing == NameSpace::noScope) {
-        openScope("Path");
+        openScope(NameSpace::pathScopeName);
     } else {
         current_ = nameSpace_.get()->addPathScope(enclosing);
     }

@@ -14,7 +14,7 @@
 ScopePtr NameSpace::scope(ScopeNumber number) const {
     Place& place = places_[number];
     if (place.index == noScope) {
-        scopes_.append(ScopePtr(new (region_) Scope("Path", scope(place.parent), region_)));
+        scopes_.append(ScopePtr(new (region_) Scope(pathScopeName, scope(place.parent), region_)));
         place.index = static_cast<ScopeNumber>(scopes_.size() - 1);
     }
     return scopes_[place.index];

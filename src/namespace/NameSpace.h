@@ -24,6 +24,8 @@ public:
     /// The number of a scope; scopes are numbered as they are added.
     using ScopeNumber = std::uint32_t;
     static constexpr ScopeNumber noScope = 0xFFFFFFFFU;
+    /// The name of the scopes of paths.
+    static constexpr const char* pathScopeName = "Path";
 
     struct Entry {
         ASTNode* node;

@@ -26,7 +26,7 @@ class Symbol : public OrvCountedObject {
 public:
     Symbol(const Symbol&) = delete;
     Symbol& operator=(const Symbol&) = delete;
-    virtual ~Symbol();
+    ~Symbol() override;
 
     virtual void accept(SymbolVisitor& visitor) = 0;
 

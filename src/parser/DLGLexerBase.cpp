@@ -118,13 +118,12 @@ DLGLexerBase::Outcome DLGLexerBase::endLexeme(std::size_t state, int& number) {
     return Outcome::skip;
 }
 
-// Ends the lexeme that the automaton left in a state that asks for an action, and the token of
-// which it is a part, if it is: then `token`, which has its place, becomes that; else there is none
-// yet.
+// Ends a lexeme that is no token as it stands, and the token of which it is a part, if it is: then
+// `token`, which has its place, becomes that; else there is none yet.
 bool DLGLexerBase::endByAction(std::size_t state, ColumnToken& token) {
     beginOffset_ = token.getOffset();
     beginColumn_ = token.getColumn();
-    lexeme_ = input_->since(beginOffset_);
+    lexeme_ = input_->takenFrom(beginOffset_);
     int number = automaton_.token[state];
     Outcome outcome = endLexeme(state, number);
     while (outcome == Outcome::more) {

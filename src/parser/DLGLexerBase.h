@@ -77,8 +77,9 @@ public:
         mode_ = mode;
     }
 
-    /// The place of the current token, for what is thrown while it is scanned. A line or a column
-    /// past the largest number is that number.
+    /// The place of the token that an action is asked about, for that and for what it throws; the
+    /// line is always that of the next byte. A line or a column past the largest number is that
+    /// number.
     int line() const { return line_; }
     int beginColumn() const { return beginColumn_; }
     std::size_t beginOffset() const { return beginOffset_; }
@@ -100,11 +101,12 @@ protected:
     /// was 'TEXT')" and a line end to the error stream.
     virtual void reportInvalid(const InvalidToken& invalid);
 
-    /// Throws ParseException with the message and the current text, at the current token.
+    /// Throws ParseException with the message, at the token that an action is asked about and with
+    /// its text so far.
     [[noreturn]] void fail(const std::string& message) const;
 
     // What actions work on.
-    /// What the automaton recognised last, as it stands in the input.
+    /// What the automaton recognised before the action, as it stands in the input.
     std::string_view lexeme() const { return lexeme_; }
     /// Appends a piece of the input, or a constant, to the text of the token.
     void appendText(std::string_view text) {

@@ -25,8 +25,8 @@ public:
     std::size_t offsetOf(const char* place) const {
         return static_cast<std::size_t>(place - start_);
     }
-    /// The bytes that were taken behind so many.
-    std::string_view since(std::size_t offset) const {
+    /// The bytes that were taken after the first `offset`.
+    std::string_view takenFrom(std::size_t offset) const {
         return {start_ + offset, this->offset() - offset};
     }
 

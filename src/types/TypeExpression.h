@@ -55,7 +55,7 @@ public:
 
     TypeExpression(const TypeExpression&) = delete;
     TypeExpression& operator=(const TypeExpression&) = delete;
-    virtual ~TypeExpression();
+    ~TypeExpression() override;
 
     /// True when both types have the same structure; throws OrvException on an empty pointer.
     virtual bool equals(const OrvCountedPtr<TypeExpression>& other) const = 0;

@@ -3,10 +3,14 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstddef>
+#include <cstdint>
 #include <thread>
+#include <utility>
 #include <vector>
 
+#include "foundation/OrvCountedPtr.h"
 #include "support/AllocationCounter.h"
 
 namespace {
@@ -65,6 +69,35 @@ TEST(MemoryPool, GivesAPieceAgainAndBackWithItsThread) {
         OrvMemoryPool::deallocate(again, blockSize);
     }).join();
     EXPECT_EQ(AllocationCounter::live(), before - static_cast<std::ptrdiff_t>(pieces));
+}
+
+template <std::size_t words>
+struct Sized : OrvCountedObject {
+    std::array<std::uint64_t, words> content{};
+};
+
+// How many allocations an object takes that is made when one of its kind was dropped before.
+template <class Object>
+std::ptrdiff_t allocationsOfTheSecond() {
+    OrvCountedPtr<Object>(new Object);
+    const std::ptrdiff_t before = AllocationCounter::live();
+    const OrvCountedPtr<Object> second(new Object);
+    return AllocationCounter::live() - before;
+}
+
+template <std::size_t... words>
+std::ptrdiff_t allocationsOfSeconds(std::index_sequence<words...> /*sizes*/) {
+    return (allocationsOfTheSecond<Sized<words>>() + ...);
+}
+
+// A counted object is given back with the size with which it was taken, and so is a count that
+// stands by itself: an int has one, and is an allocation of its own.
+TEST(MemoryPool, GivesCountedObjectsAgain) {
+    std::thread([] {
+        const Limit limited(pieces);
+        EXPECT_EQ(allocationsOfSeconds(std::make_index_sequence<28>()), 0);
+        EXPECT_EQ(allocationsOfTheSecond<int>(), 1);
+    }).join();
 }
 
 // However many of the largest chunks come back, smaller ones are kept as well.

@@ -262,8 +262,8 @@ struct Counted : OrvCountedObject {
     static inline int alive = 0;
 };
 
-// Before and behind pieces that are larger than what the pool keeps, and longer than the
-// compilation; each finds the region in which it stands, or the pool.
+// Some stand before and some behind pieces that are larger than what the pool keeps; each finds the
+// region in which it stands, or the pool.
 TEST(MemoryRegion, CountedObjectsOutliveTheCompilation) {
     EXPECT_EQ(leftBy([] {
                   std::vector<OrvCountedPtr<Counted>> held;
