@@ -26,14 +26,16 @@
 
 namespace {
 
+// Reads the tokens as the parser does.
 std::int64_t countTokens(const std::string& text) {
-    const ColumnToken tokenTemplate;
     DLGStringInput input(text.c_str());
     DLGLexer lexer(&input);
-    std::int64_t tokens = 0;
-    while (lexer.nextToken(tokenTemplate)->getNumber() != TOKEN_EOF) {
+    std::int64_t tokens = -1;  // without the end
+    ColumnToken token;
+    do {
+        lexer.readToken(token);
         ++tokens;
-    }
+    } while (token.getNumber() != TOKEN_EOF);
     return tokens;
 }
 

@@ -59,8 +59,10 @@ private:
     PreparedQuery prepareTexts(const std::string& text) {
         const auto compiled = checked(ExprParser::parseAssociatedAttribute(dialogs_, text));
         const auto evaluate = [this, compiled] {
+            const MMObjectRange operations = model_->instances("Operation");
             std::vector<MMValue> values;
-            for (const MMObject operation : model_->instances("Operation")) {
+            values.reserve(operations.size());
+            for (const MMObject operation : operations) {
                 values.push_back(compiled->apply(context_, operation));
             }
             return values;
