@@ -94,9 +94,15 @@ bool everyClassHasLongOperation(const Model& model) {
     return true;
 }
 
+// Made in one allocation.
 std::string signature(const Operation& operation) {
-    std::string text = operation.name;
-    text.append("(");
+    std::size_t size = operation.name.size() + 2;
+    for (const Parameter& parameter : operation.parameters) {
+        size += parameter.name.size() + parameter.type->name.size() + 4;
+    }
+    std::string text;
+    text.reserve(size);
+    text.append(operation.name).append("(");
     for (std::size_t i = 0; i < operation.parameters.size(); ++i) {
         const Parameter& parameter = operation.parameters[i];
         text.append(i == 0 ? "" : ", ").append(parameter.name).append(": ");
