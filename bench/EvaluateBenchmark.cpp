@@ -17,6 +17,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <string_view>
 
 #include "QueryEngine.h"
 
@@ -111,10 +112,15 @@ void addConditions(const Engines& engines) {
     }
 }
 
-Engines makeEngines(const synthetic::Model& model, const std::string& directory) {
+Engines makeTwoEngines(const synthetic::Model& model) {
     Engines engines;
     engines["ours"] = makeProductEngine(model);
     engines["structs"] = makeStructEngine(model);
+    return engines;
+}
+
+Engines makeEngines(const synthetic::Model& model, const std::string& directory) {
+    Engines engines = makeTwoEngines(model);
     engines["pugixml"] = makePugixmlEngine(model);
     engines["luajit"] = makeScriptQueryEngine(model, LUAJIT_ENGINE);
     engines["lua"] = makeScriptQueryEngine(model, LUA_ENGINE);
@@ -135,18 +141,20 @@ int main(int argc, char** argv) try {
     mallopt(M_TRIM_THRESHOLD, 1 << 30);
     mallopt(M_MMAP_THRESHOLD, 32 << 20);
     benchmark::Initialize(&argc, argv);
-    if (argc != 2) {
-        throw std::runtime_error("evaluate_benchmark DIRECTORY [benchmark options]");
+    const bool isScale = argc == 3 && std::string_view(argv[2]) == "scale";
+    if (argc != 2 && !isScale) {
+        throw std::runtime_error("evaluate_benchmark DIRECTORY [scale] [benchmark options]");
     }
     const synthetic::Model large(20000);
-    const Engines engines = makeEngines(large, argv[1]);
-    addQueries("queries", engines);
-    addConditions(engines);
     const synthetic::Model small(1000);
-    Engines smallEngines;
-    smallEngines["ours"] = makeProductEngine(small);
-    smallEngines["structs"] = makeStructEngine(small);
-    addQueries("small", smallEngines);
+    const Engines engines = isScale ? makeTwoEngines(large) : makeEngines(large, argv[1]);
+    const Engines smallEngines = isScale ? makeTwoEngines(small) : Engines();
+    addQueries("queries", engines);
+    if (isScale) {
+        addQueries("small", smallEngines);
+    } else {
+        addConditions(engines);
+    }
     benchmark::RunSpecifiedBenchmarks();
     return 0;
 } catch (const std::exception& exception) {

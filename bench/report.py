@@ -81,6 +81,10 @@ def milliseconds(time):
     return f"{time / 1e6:,.0f}" if time >= 1e8 else f"{max(time / 1e6, 0.0001):.3g}"
 
 
+def power(value):
+    return f"{round(value, 2) + 0:.2f}"  # without a sign of zero
+
+
 def factor(value):
     return f"{value:,.0f}" if value >= 10 else f"{value:.2f}"
 
@@ -184,12 +188,12 @@ def evaluate_aims(results):
 
 def scale_tables(results):
     yield ("Time from 1,000 to 20,000 classes as a power of their number; what has to be looked at "
-           "grows likewise, and the caches of the processor hold less of the larger model. In a run "
-           "without the other engines: what they leave in the heap would decide how long it takes "
-           "to keep 100,000 texts.\n")
+           "grows likewise, and the caches of the processor hold less of the larger model. In a "
+           "process without the other engines: what they leave in the heap would decide how long "
+           "it takes to keep 100,000 texts.\n")
     yield table(["", "ours", "structs", "looked at"],
-                [[caption, f"{results.exponent('ours', query):.2f}",
-                  f"{results.exponent('structs', query):.2f}", f"{demand(results, query):.2f}"]
+                [[caption, power(results.exponent("ours", query)),
+                  power(results.exponent("structs", query)), power(demand(results, query))]
                  for query, caption in QUERIES.items()])
 
 
@@ -299,7 +303,7 @@ def introduction(context):
     return f"""# Performance
 
 Written by `scripts/bench`, not by hand: every engine answers the same questions in one run, in one
-process, in turn; times are medians of the processor's time. A ratio is another's time through ours:
+process for each part, in turn; times are medians of the processor's time. A ratio is another's time through ours:
 above 1 we are faster. A wrong answer of any engine ends the run.
 
 - machine: {processor()}; load when it began: {load}

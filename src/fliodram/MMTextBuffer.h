@@ -32,22 +32,12 @@ public:
     /// What the text is appended to.
     std::string& text() { return text_; }
     /// The text as it is now: a copy, or itself where it is long. Throws std::bad_alloc.
-    std::string release() { return text_.capacity() == capacity_ ? copy() : std::move(text_); }
+    std::string release() {
+        return text_.capacity() == capacity_ ? std::string(text_) : std::move(text_);
+    }
 
 private:
     static constexpr std::size_t shortest = 2048;
-    static constexpr std::size_t step = 64;
-
-    // In memory of few sizes, so that what one text gives back serves another, and a host that
-    // keeps and drops many of them does not scatter its heap.
-    std::string copy() const {
-        std::string result;
-        if (text_.size() > result.capacity()) {
-            result.reserve(text_.size() / step * step + step - 1);
-        }
-        result = text_;
-        return result;
-    }
 
     MMEvaluationContext& context_;
     std::string text_;

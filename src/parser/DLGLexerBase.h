@@ -68,7 +68,8 @@ public:
     /// How many invalid tokens were dropped.
     int lexicalErrorCount() const { return lexicalErrorCount_; }
 
-    /// The current mode, from 0. Changing it throws ParseException for a mode of 5 or more.
+    /// The current mode, from 0. Changing it, in an action or before the first token, throws
+    /// ParseException for a mode of 5 or more.
     int mode() const { return mode_; }
     void setMode(int mode) {
         if (mode >= modeCount) {
@@ -77,10 +78,10 @@ public:
         mode_ = mode;
     }
 
-    /// The place of the token that an action is asked about, for that and for what it throws; the
-    /// line is always that of the next byte. A line or a column past the largest number is that
-    /// number.
+    /// The line that actions have counted up to, from 1. A line or a column past the largest number
+    /// is that number.
     int line() const { return line_; }
+    /// The place of the token that an action is asked about, for that and for what it throws.
     int beginColumn() const { return beginColumn_; }
     std::size_t beginOffset() const { return beginOffset_; }
 

@@ -34,17 +34,19 @@ std::string describe(int error) {
     return std::generic_category().message(error);
 }
 
-// Has the system use large pages for a buffer, as far as it has them: getting as many small ones
-// takes longer than reading what they are to hold.
+// Has the system use large pages for a large buffer, where it has them: getting as many small ones
+// takes longer than reading what they are to hold. A smaller buffer may be a part of the heap, on
+// which the advice would stay when it is freed.
 void askForLargePages(char* buffer, std::size_t size) {
 #ifdef MADV_HUGEPAGE
     constexpr std::uintptr_t page = std::uintptr_t{2} << 20U;
-    const auto begin = reinterpret_cast<std::uintptr_t>(buffer);
-    const std::uintptr_t first = (begin + page - 1) / page * page;
-    const std::uintptr_t last = (begin + size) / page * page;
-    if (first < last) {
+    constexpr std::size_t largestOfHeap = std::size_t{32} << 20U;  // malloc's largest threshold
+    if (size > largestOfHeap) {
+        const auto begin = reinterpret_cast<std::uintptr_t>(buffer);
+        const std::uintptr_t first = (begin + page - 1) / page * page;
+        const std::uintptr_t last = (begin + size) / page * page;
         const int error = errno;
-        madvise(buffer + (first - begin), last - first, MADV_HUGEPAGE);  // an advice: may fail
+        madvise(buffer + (first - begin), last - first, MADV_HUGEPAGE);  // is advice, and may fail
         errno = error;
     }
 #else
