@@ -303,8 +303,8 @@ def introduction(context):
     return f"""# Performance
 
 Written by `scripts/bench`, not by hand: every engine answers the same questions in one run, in one
-process for each part, in turn; times are medians of the processor's time. A ratio is another's time through ours:
-above 1 we are faster. A wrong answer of any engine ends the run.
+process for each part, in turn; times are medians of the processor's time. A ratio is another's time
+through ours: above 1 we are faster. A wrong answer of any engine ends the run.
 
 - machine: {processor()}; load when it began: {load}
 - revision: {revision}

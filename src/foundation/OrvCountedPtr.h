@@ -50,6 +50,7 @@ struct __attribute__((visibility("default"))) OrvCountedBlock {
         }
     }
 
+    /// Ends the object behind this block, or the one for which it stands by itself.
     void endObject() noexcept;
     /// Frees the memory that begins with this block; the object has ended before.
     void free() noexcept;

@@ -22,6 +22,7 @@ thread_local OrvCompilationMemory* currentMemory = nullptr;
 struct BodyHeader {
     OrvMemoryRegion* region;  // null where it came from the pool
 };
+static_assert(sizeof(BodyHeader) == sizeof(void*));  // as allocateBody() counts
 
 /// What stands in front of a body from the pool, which is aligned as the piece.
 struct PieceFront {

@@ -37,7 +37,7 @@ std::string describe(int error) {
 // Has the system use large pages for a large buffer, where it has them: getting as many small ones
 // takes longer than reading what they are to hold. A smaller buffer may be a part of the heap, on
 // which the advice would stay when it is freed.
-void askForLargePages(char* buffer, std::size_t size) {
+void askForLargePages([[maybe_unused]] char* buffer, [[maybe_unused]] std::size_t size) {
 #ifdef MADV_HUGEPAGE
     constexpr std::uintptr_t page = std::uintptr_t{2} << 20U;
     constexpr std::size_t largestOfHeap = std::size_t{32} << 20U;  // malloc's largest threshold
@@ -49,9 +49,6 @@ void askForLargePages(char* buffer, std::size_t size) {
         madvise(buffer + (first - begin), last - first, MADV_HUGEPAGE);  // is advice, and may fail
         errno = error;
     }
-#else
-    (void)buffer;
-    (void)size;
 #endif
 }
 
